@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Core/Device/RazerDevice.h"
+#include "Core/HID/RazerCommand.h"
+#include "Core/HID/USBRazerDevice.h"
+#include "Platform/Platform.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+namespace kelmoth {
+
+/// Knows which mice are attached and how to reach them. Main thread, but for the transfers, which run one
+/// at a time, first come first served, on a thread of their own named "com.kelmoth.hid".
+class HIDMonitor : public QObject {
+    Q_OBJECT
+
+public:
+    /// The application's one monitor, on the installed platform; made on first use, gone with the
+    /// application object.
+    static HIDMonitor &shared();
+
+    explicit HIDMonitor(const Platform &platform, QObject *parent = nullptr);
+    /// Waits for the transfer under way.
+    ~HIDMonitor() override;
+
+    /// The accepted devices in attach order. The USB transport of a device is opened on the transfer thread,
+    /// ahead of every command that is sent to it: the list never waits for hardware.
+    const std::vector<RazerDevice> &connectedDevices() const { return m_connectedDevices; }
+
+    /// True between a successful start and the stop.
+    bool isMonitoring() const { return m_isMonitoring; }
+
+    /// Lists the mice that are present and begins to watch; logs the outcome. Nothing when already watching.
+    void startMonitoring();
+
+    /// Ends watching. The list, the transports and the battery timers stay as they are.
+    void stopMonitoring();
+
+    /// Sends one command. The answer is a report that the mouse accepted the command with, 90 or 91 bytes;
+    /// none when it was rejected, went unanswered, or the device takes no commands. The USB path first; when
+    /// that gives no answer at all, HID feature reports. Resumes on the main thread.
+    QCoro::Task<std::optional<Data>> send(RazerCommand command, RazerDevice device);
+
+    /// Reads battery and charging status into the published list; returns at once. Nothing for a device
+    /// without a battery that can be read.
+    void readBatteryLevel(const RazerDevice &device);
+
+    /// The HID interface behind a listed device; none once it has gone.
+    std::shared_ptr<HIDDevice> deviceHandle(const QUuid &id) const;
+
+signals:
+    /// After each change of the list, of a device's battery level and of its charging status.
+    void connectedDevicesChanged();
+    void isMonitoringChanged();
+
+private:
+    void deviceConnected(const std::shared_ptr<HIDDevice> &handle);
+    void deviceDisconnected(const std::shared_ptr<HIDDevice> &handle);
+    void openTransport(const RazerDevice &device);
+    void startBatteryMonitoring(const RazerDevice &device);
+    QCoro::Task<void> updateBattery(RazerDevice device);
+    void setIsMonitoring(bool monitoring);
+
+    /// What the transfer thread needs of the monitor. Shared with the jobs on that thread, so that one that
+    /// still runs outlives a monitor that goes.
+    struct Transports;
+
+    Platform m_platform;
+    std::vector<RazerDevice> m_connectedDevices;
+    bool m_isMonitoring = false;
+    std::unique_ptr<HIDManager> m_manager;
+    std::shared_ptr<Transports> m_transports;
+    std::map<QUuid, std::unique_ptr<QTimer>> m_batteryMonitors;
+    QThreadPool m_queue;
+};
+
+} // namespace kelmoth

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Core/Device/Types.h"
+#include "Platform/Sleeper.h"
+#include "Platform/USB.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace kelmoth {
+
+/// The outcome of one transaction.
+struct TransactResult {
+    enum class Kind {
+        success,    ///< `response` holds the matching answer
+        rejected,   ///< the mouse answered with a failure status
+        noResponse, ///< five attempts without a matching answer
+    };
+    Kind kind = Kind::noResponse;
+    Data response; ///< 90 bytes on success, else empty
+};
+
+/// The primary path to a mouse: 90-byte reports as class control transfers to its protocol interface.
+/// No lock of its own: every call comes from the transfer thread, which also owns the last reference while
+/// a transfer runs, so the device is never closed under one.
+class USBRazerDevice {
+public:
+    /// A device that is not open yet. `reportIndex` is the wIndex of every request.
+    USBRazerDevice(std::shared_ptr<USBService> service, std::shared_ptr<Sleeper> sleeper,
+                   std::uint16_t vendorID, std::uint16_t productID, std::uint16_t reportIndex);
+    ~USBRazerDevice();
+    USBRazerDevice(const USBRazerDevice &) = delete;
+    USBRazerDevice &operator=(const USBRazerDevice &) = delete;
+
+    /// Finds the first device with the IDs and prepares it; logs the outcome. False when there is no way to
+    /// it. That the interface is in use is only a warning. Blocks; transfer thread.
+    bool open();
+
+    /// Sends one report, zero-padded to 90 bytes; a longer one is sent as it is. Logs. True when the transfer
+    /// succeeded.
+    bool sendRazerReport(std::span<const std::uint8_t> report);
+
+    /// Sends a report, waits, and reads 90 bytes back, while no other process may use the mouse; none when a
+    /// transfer failed. `waitTimeUs` in microseconds.
+    std::optional<Data> sendReportAndGetResponse(std::span<const std::uint8_t> report,
+                                                 std::uint32_t waitTimeUs);
+
+    /// Sends a report until it is answered: at most five attempts, 10 ms apart. A failed transfer and an
+    /// answer that does not match use up an attempt; a rejection is final.
+    TransactResult transact(std::span<const std::uint8_t> report, std::uint32_t waitTimeUs);
+
+private:
+    std::shared_ptr<USBDeviceInterface> findInterface();
+    int request(std::uint8_t type, std::uint8_t request, std::span<std::uint8_t> data);
+
+    std::shared_ptr<USBService> m_service;
+    std::shared_ptr<Sleeper> m_sleeper;
+    std::uint16_t m_vendorID;
+    std::uint16_t m_productID;
+    std::uint16_t m_reportIndex;
+    std::shared_ptr<USBDeviceInterface> m_deviceInterface;
+};
+
+} // namespace kelmoth

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Platform/Bundle.h"
+#include "Platform/HID.h"
+#include "Platform/Log.h"
+#include "Platform/Sleeper.h"
+#include "Platform/USB.h"
+#include "Platform/UserDefaults.h"
+
+#include <memory>
+
+namespace kelmoth {
+
+/// Everything that the program asks of a system. The program's entry builds one and installs it before
+/// anything else of ours runs; the pieces outlive every user of them.
+struct Platform {
+    std::shared_ptr<Log> log;
+    std::shared_ptr<Sleeper> sleeper;
+    std::shared_ptr<HIDService> hid;
+    std::shared_ptr<USBService> usb;
+    std::shared_ptr<UserDefaults> userDefaults;
+    std::shared_ptr<const Bundle> mainBundle;
+
+    /// The installed platform; all pieces absent before one is installed.
+    static const Platform &current();
+
+    /// Installs the platform of this process. Main thread, while no other thread of ours runs.
+    static void setCurrent(Platform platform);
+};
+
+} // namespace kelmoth

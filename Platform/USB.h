@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Platform/Exchange.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace kelmoth {
+
+/// One control request on a device's default pipe. Field names and meanings are those of the USB setup
+/// packet; wLength is the size of `data`.
+struct USBControlRequest {
+    std::uint8_t bmRequestType = 0;
+    std::uint8_t bRequest = 0;
+    std::uint16_t wValue = 0;
+    std::uint16_t wIndex = 0;
+    std::span<std::uint8_t> data; ///< sent, or filled, by the direction in bmRequestType
+};
+
+/// Status of a transfer that was asked of a device that is not open.
+inline constexpr int usbStatusNotOpen = ENOTCONN;
+
+/// The way through which control requests reach one matched device. Transfer thread throughout.
+class USBDeviceInterface : public ExchangeChannel {
+public:
+    /// Asks for exclusive use of one interface of the device. 0 on success, else errno. A failure is no
+    /// obstacle: a kernel driver may hold the interface, and requests travel beside it.
+    virtual int open(std::uint16_t interfaceNumber) = 0;
+
+    /// Gives back what `open` took. Also called after an `open` that failed.
+    virtual void close() = 0;
+
+    /// Performs one control transfer. 0 on success, else errno; a transfer cut short is EIO. Blocks as long
+    /// as the device takes, at most some seconds.
+    virtual int deviceRequest(const USBControlRequest &request) = 0;
+};
+
+/// A device that matched.
+class USBDevice {
+public:
+    virtual ~USBDevice() = default;
+
+    struct InterfaceResult {
+        int status = 0;                                 ///< 0, or errno
+        std::unique_ptr<USBDeviceInterface> interface;  ///< none also when the system offers no way
+    };
+
+    /// Prepares the way to the device; sends nothing. Transfer thread.
+    virtual InterfaceResult createInterface() = 0;
+};
+
+/// The door to the system's USB devices.
+class USBService {
+public:
+    virtual ~USBService() = default;
+
+    struct Matches {
+        int status = 0; ///< 0, or the errno of the enumeration
+        std::vector<std::shared_ptr<USBDevice>> devices;
+    };
+
+    /// The attached devices with these IDs, in the system's order. Transfer thread.
+    virtual Matches matchingDevices(std::uint16_t vendorID, std::uint16_t productID) = 0;
+};
+
+} // namespace kelmoth
