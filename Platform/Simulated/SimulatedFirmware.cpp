@@ -15,7 +15,7 @@ namespace offset = RazerProtocol::offset;
 using Report = SimulatedFirmware::Report;
 
 /// How long a mouse works on a request: the host's pauses of 10 and 60 ms leave room for it.
-constexpr std::chrono::microseconds cableAnswerTime = 8ms;
+constexpr std::chrono::microseconds quickAnswerTime = 8ms;
 constexpr std::chrono::microseconds usualAnswerTime = 45ms;
 
 constexpr std::uint8_t usualTransactionID = 0x1F;
@@ -126,7 +126,7 @@ SimulatedFirmware::SimulatedFirmware(const SimulatedModel &model, std::chrono::m
         reportIndex = row.reportIndex;
         m_dpiTransactionID = row.dpiTransactionID;
         m_isOnCable = *productID == BasiliskProductID::basiliskV3ProWired;
-        m_answerTime = *productID == BasiliskProductID::basiliskV3 ? cableAnswerTime : usualAnswerTime;
+        m_answerTime = *productID == BasiliskProductID::basiliskV3 ? quickAnswerTime : usualAnswerTime;
     }
     if (model.transport == "USB") {
         m_reportIndex = reportIndex;
