@@ -11,7 +11,9 @@ namespace kelmoth {
 
 namespace {
 
-/// One reading. Its coroutines are awaited one after the other by `readDevice`, in whose frame it lives.
+/// One reading. Commands are named before they are sent: g++ 12 destroys a temporary of an aggregate twice
+/// when it is made inside a co_await expression. Its coroutines are awaited one after the other by
+/// `readDevice`, in whose frame it lives.
 class Reader {
 public:
     Reader(HIDMonitor &monitor, RazerDevice device, DeviceState base)
@@ -24,7 +26,8 @@ public:
 
     QCoro::Task<void> readStages()
     {
-        const std::optional<Data> response = co_await ask(command::getDPIStages{});
+        const RazerCommand getStages = command::getDPIStages{};
+        const std::optional<Data> response = co_await ask(getStages);
         const auto stages = response ? RazerProtocol::parseDPIStages(*response) : std::nullopt;
         if (!stages) {
             unanswered("DPI stages");
@@ -49,8 +52,9 @@ public:
     {
         for (const auto &entry : defaultButtonMappings(m_device)) {
             const MouseButton button = entry.first;
-            const std::optional<Data> response =
-                co_await ask(command::getButtonMapping{.button = button, .profile = 0, .hypershift = false});
+            const RazerCommand getMapping =
+                command::getButtonMapping{.button = button, .profile = 0, .hypershift = false};
+            const std::optional<Data> response = co_await ask(getMapping);
             if (auto action = response ? RazerProtocol::parseButtonMapping(*response) : std::nullopt) {
                 m_reading.state.buttonMappings.insert_or_assign(button, *std::move(action));
             } else {
@@ -61,7 +65,8 @@ public:
 
     QCoro::Task<void> readLiftOff()
     {
-        const std::optional<Data> response = co_await ask(command::getLiftOff{});
+        const RazerCommand getLiftOff = command::getLiftOff{};
+        const std::optional<Data> response = co_await ask(getLiftOff);
         m_reading.liftOffLevel = response ? RazerProtocol::parseLiftOff(*response) : std::nullopt;
         if (!m_reading.liftOffLevel) {
             unanswered("lift-off distance");
@@ -74,18 +79,20 @@ private:
         if (!m_monitor) {
             co_return std::nullopt;
         }
-        std::optional<Data> response = co_await m_monitor->send(std::move(command), m_device);
+        std::optional<Data> response = co_await m_monitor->send(command, m_device);
         m_reading.anyAnswer = m_reading.anyAnswer || response.has_value();
         co_return response;
     }
 
     QCoro::Task<std::optional<RGBSetting>> readZone(RGBZone zone)
     {
-        const std::optional<Data> effect = co_await ask(command::getRGB{zone});
+        const RazerCommand getEffect = command::getRGB{zone};
+        const std::optional<Data> effect = co_await ask(getEffect);
         if (!effect) {
             co_return std::nullopt;
         }
-        const std::optional<Data> brightness = co_await ask(command::getBrightness{zone});
+        const RazerCommand getBrightness = command::getBrightness{zone};
+        const std::optional<Data> brightness = co_await ask(getBrightness);
         if (!brightness) {
             co_return std::nullopt;
         }

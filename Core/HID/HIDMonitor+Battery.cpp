@@ -47,14 +47,16 @@ void HIDMonitor::readBatteryLevel(const RazerDevice &device)
 QCoro::Task<void> HIDMonitor::updateBattery(RazerDevice device)
 {
     const QPointer<HIDMonitor> self(this);
-    const std::optional<Data> levelResponse = co_await send(command::getBatteryLevel{}, device);
+    const RazerCommand getLevel = command::getBatteryLevel{};
+    const std::optional<Data> levelResponse = co_await send(getLevel, device);
     const auto level = levelResponse ? RazerProtocol::parseBatteryLevel(*levelResponse) : std::nullopt;
     if (!level || !self) {
         co_return;
     }
     bool isCharging = false;
     if (device.capabilities().reportsCharging) {
-        const std::optional<Data> status = co_await send(command::getChargingStatus{}, device);
+        const RazerCommand getStatus = command::getChargingStatus{};
+        const std::optional<Data> status = co_await send(getStatus, device);
         isCharging = status && RazerProtocol::parseChargingStatus(*status);
         if (!self) {
             co_return;

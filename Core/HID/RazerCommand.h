@@ -61,8 +61,8 @@ struct getButtonMapping {
 
 using RazerCommand =
     std::variant<command::setDPIStages, command::getDPIStages, command::setRGB, command::getRGB,
-                 command::setBrightness, command::getBrightness, command::prepareLiftOff,
-                 command::setLiftOff, command::getLiftOff, command::getBatteryLevel,
-                 command::getChargingStatus, command::setButtonMapping, command::getButtonMapping>;
+                 command::setBrightness, command::getBrightness, command::prepareLiftOff, command::setLiftOff,
+                 command::getLiftOff, command::getBatteryLevel, command::getChargingStatus,
+                 command::setButtonMapping, command::getButtonMapping>;
 
 } // namespace kelmoth

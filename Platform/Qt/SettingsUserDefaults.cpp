@@ -1,19 +1,167 @@
 #include "Platform/Qt/SettingsUserDefaults.h"
 
+#include "Platform/Log.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QSettings>
+
+#include <charconv>
+#include <sys/stat.h>
 
 namespace kelmoth {
 
-SettingsUserDefaults::SettingsUserDefaults(QString path) : m_path(std::move(path)) {}
+namespace {
+
+/// A file of ours has some kilobytes. To read a larger one would hold up the main thread.
+constexpr std::int64_t largestFile = 1024 * 1024;
+
+constexpr int longestWaitAtExit = 2000; // milliseconds
+
+constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+
+QString qtText(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::optional<std::int64_t> wholeNumber(const std::string &text)
+{
+    std::int64_t value = 0;
+    const auto *const end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, value);
+    return result.ec == std::errc() && result.ptr == end ? std::optional(value) : std::nullopt;
+}
+
+/// Makes sure that the file is there and that nobody else can read it. A file that replaces it inherits
+/// its permissions.
+void protect(const QString &path)
+{
+    const auto directory = QFileInfo(path).path();
+    if (!QFileInfo::exists(directory) && QDir().mkpath(directory)) {
+        QFile::setPermissions(directory, ownerOnly | QFile::ExeOwner);
+    }
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly)) {
+        return;
+    }
+    if (file.exists() && file.permissions() != ownerOnly) {
+        file.setPermissions(ownerOnly);
+    }
+}
+
+void reportLoss(const QString &path)
+{
+    log("⚠️ Settings could not be saved: %s", qUtf8Printable(path));
+}
+
+void write(const QString &path, const QString &key, const QString &value)
+{
+    protect(path);
+    QSettings settings(path, QSettings::IniFormat);
+    settings.setValue(key, value);
+    settings.sync();
+    if (settings.status() == QSettings::AccessError) {
+        reportLoss(path);
+    }
+}
+
+} // namespace
+
+SettingsUserDefaults::SettingsUserDefaults(QString path)
+    : m_path(std::move(path)), m_writer(std::make_unique<QThreadPool>())
+{
+    m_writer->setObjectName(QStringLiteral("com.kelmoth.defaults"));
+    m_writer->setMaxThreadCount(1);
+}
+
+SettingsUserDefaults::~SettingsUserDefaults()
+{
+    if (!m_writer->waitForDone(longestWaitAtExit)) {
+        reportLoss(m_path);
+        (void)m_writer.release(); // ends with the process, which must not wait for it any longer
+    }
+}
+
+std::optional<SettingsUserDefaults::Stamp> SettingsUserDefaults::stamp() const
+{
+    struct stat info{};
+    if (::stat(QFile::encodeName(m_path).constData(), &info) != 0) {
+        return std::nullopt;
+    }
+    return Stamp{static_cast<std::int64_t>(info.st_ino), info.st_size,
+                 info.st_mtim.tv_sec * std::int64_t{1'000'000'000} + info.st_mtim.tv_nsec};
+}
+
+/// Reads the file when it is not the one that was read last.
+void SettingsUserDefaults::look() const
+{
+    if (*m_pendingWrites > 0) {
+        return;
+    }
+    const auto now = stamp();
+    if (now == m_stamp) {
+        return;
+    }
+    m_stamp = now;
+    m_values.clear();
+    if (!now || now->size > largestFile) {
+        return;
+    }
+    const QSettings settings(m_path, QSettings::IniFormat);
+    for (const QString &key : settings.allKeys()) {
+        const auto value = settings.value(key);
+        m_values[key.toStdString()] = value.typeId() == QMetaType::QString
+                                          ? std::optional(value.toString().toStdString())
+                                          : std::nullopt;
+    }
+}
+
+std::optional<std::string> SettingsUserDefaults::text(std::string_view key) const
+{
+    look();
+    const auto found = m_values.find(key);
+    return found == m_values.end() ? std::nullopt : found->second;
+}
 
 std::int64_t SettingsUserDefaults::integerForKey(std::string_view key) const
 {
-    // Objects on one file share what they have read and look for changes of the file by themselves.
-    const QSettings settings(m_path, QSettings::IniFormat);
-    const auto name = QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
-    bool isInteger = false;
-    const auto value = settings.value(name).toString().toLongLong(&isInteger);
-    return isInteger ? value : 0;
+    const auto value = text(key);
+    return value ? wholeNumber(*value).value_or(0) : 0;
+}
+
+std::optional<std::string> SettingsUserDefaults::dataForKey(std::string_view key) const
+{
+    auto value = text(key);
+    return value && !wholeNumber(*value) ? std::move(value) : std::nullopt;
+}
+
+bool SettingsUserDefaults::hasObjectForKey(std::string_view key) const
+{
+    look();
+    return m_values.contains(key);
+}
+
+void SettingsUserDefaults::setInteger(std::string_view key, std::int64_t value)
+{
+    set(key, std::to_string(value));
+}
+
+void SettingsUserDefaults::setData(std::string_view key, std::string data)
+{
+    set(key, std::move(data));
+}
+
+void SettingsUserDefaults::set(std::string_view key, std::string value)
+{
+    look(); // what is set from here on stands over what the file holds now
+    ++*m_pendingWrites;
+    m_writer->start([path = m_path, name = qtText(key), text = qtText(value), pending = m_pendingWrites] {
+        write(path, name, text);
+        --*pending;
+    });
+    m_values[std::string(key)] = std::move(value);
 }
 
 } // namespace kelmoth

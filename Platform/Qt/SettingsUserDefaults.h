@@ -3,19 +3,53 @@
 #include "Platform/UserDefaults.h"
 
 #include <QString>
+#include <QThreadPool>
+
+#include <atomic>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace kelmoth {
 
-/// Preferences in an INI file.
+/// Preferences in an INI file that only its owner can read. Programs may share the file: each writes only
+/// what it was told to set, and replaces the file as a whole, so that a reader finds the old or the new one.
 class SettingsUserDefaults : public UserDefaults {
 public:
-    /// A missing or unreadable file reads as empty.
+    /// A missing, unreadable or unusable file reads as empty.
     explicit SettingsUserDefaults(QString path);
+    /// Waits for what is still to be written, some seconds at most.
+    ~SettingsUserDefaults() override;
 
     std::int64_t integerForKey(std::string_view key) const override;
+    std::optional<std::string> dataForKey(std::string_view key) const override;
+    bool hasObjectForKey(std::string_view key) const override;
+    void setInteger(std::string_view key, std::int64_t value) override;
+    void setData(std::string_view key, std::string data) override;
 
 private:
+    /// A file as it was when it was read; another stamp is another content.
+    struct Stamp {
+        std::int64_t inode = 0;
+        std::int64_t size = 0;
+        std::int64_t modified = 0; ///< nanoseconds
+
+        bool operator==(const Stamp &) const = default;
+    };
+
+    void look() const;
+    std::optional<Stamp> stamp() const;
+    std::optional<std::string> text(std::string_view key) const;
+    void set(std::string_view key, std::string value);
+
     QString m_path;
+    /// What the file holds and what was set since; a value that is neither text nor number is absent.
+    mutable std::map<std::string, std::optional<std::string>, std::less<>> m_values;
+    mutable std::optional<Stamp> m_stamp;
+    /// Writes still to come. While there are any, the file is not looked at: what is set here is newer.
+    std::shared_ptr<std::atomic<int>> m_pendingWrites = std::make_shared<std::atomic<int>>(0);
+    std::unique_ptr<QThreadPool> m_writer; ///< one thread: the disk, or another program, may keep it waiting
 };
 
 } // namespace kelmoth

@@ -4,6 +4,8 @@
 #include "Platform/Sleeper.h"
 
 #include <chrono>
+#include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -16,9 +18,41 @@ public:
     /// Sleeping takes no time: it moves this time on, and is remembered.
     void sleep(std::chrono::microseconds duration) override
     {
+        std::function<void()> action;
+        {
+            std::unique_lock lock(m_mutex);
+            m_released.wait(lock, [this] { return !m_isHeld; });
+            m_now += duration;
+            m_pauses.push_back(duration);
+            if (m_action && m_pausesToAction-- == 0) {
+                action = std::exchange(m_action, nullptr);
+            }
+        }
+        if (action) {
+            action();
+        }
+    }
+
+    /// Whoever sleeps from now on waits until time is released.
+    void hold()
+    {
         const std::lock_guard lock(m_mutex);
-        m_now += duration;
-        m_pauses.push_back(duration);
+        m_isHeld = true;
+    }
+    void release()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isHeld = false;
+        m_released.notify_all();
+    }
+
+    /// Lets something happen once, during the pause that comes after so many others, on the thread that
+    /// sleeps.
+    void duringPause(int pausesBefore, std::function<void()> action)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_pausesToAction = pausesBefore;
+        m_action = std::move(action);
     }
 
     /// Lets time pass unremembered.
@@ -51,6 +85,10 @@ private:
     mutable std::mutex m_mutex;
     std::chrono::microseconds m_now{};
     std::vector<std::chrono::microseconds> m_pauses;
+    std::condition_variable m_released;
+    bool m_isHeld = false;
+    std::function<void()> m_action;
+    int m_pausesToAction = 0;
 };
 
 } // namespace kelmoth

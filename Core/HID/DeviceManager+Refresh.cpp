@@ -1,0 +1,48 @@
+// Reading the mouse: the mouse is the authority over what was saved.
+
+#include "Core/HID/DeviceManager.h"
+#include "Core/HID/DeviceManagerSections.h"
+#include "Core/HID/DeviceReader.h"
+
+namespace kelmoth {
+
+QCoro::Task<void> DeviceManager::refreshFromDevice(bool full)
+{
+    const auto device = configurableDevice();
+    if (!device) {
+        co_return;
+    }
+    if (isBusy()) {
+        m_pendingFullRefresh = m_pendingFullRefresh || full;
+        co_return;
+    }
+    const QPointer<DeviceManager> self(this);
+    const SyncingSection syncing(this);
+    DeviceReading reading = co_await readDevice(*m_hidMonitor, *device, m_deviceState, full);
+    if (!self || !isCurrent(*device)) {
+        co_return;
+    }
+    if (full) {
+        m_unanswered = std::move(reading.unanswered);
+        setLiftOffLevel(reading.liftOffLevel);
+    }
+    setDeviceState(std::move(reading.state));
+    saveSettings();
+}
+
+/// Starts a full read from the event loop.
+void DeviceManager::startFullRefresh()
+{
+    QMetaObject::invokeMethod(this, [this] { refreshFromDevice(true); }, Qt::QueuedConnection);
+}
+
+/// Starts the full read that was put off, once nothing is in its way.
+void DeviceManager::runPendingRefresh()
+{
+    if (m_pendingFullRefresh && !isBusy()) {
+        m_pendingFullRefresh = false;
+        startFullRefresh();
+    }
+}
+
+} // namespace kelmoth

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "Core/Device/DeviceState.h"
+#include "Core/Device/RazerDevice.h"
+#include "Core/HID/HIDMonitor.h"
+#include "Core/HID/SavedSettings.h"
+#include "Core/Services/ToastManager.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QPointer>
+#include <QVariant>
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kelmoth {
+
+/// The one owner of the choice of mouse and of its settings: picks the mouse, loads what was saved for it,
+/// reads it, writes changes to it, publishes and saves the result. Nothing is published or saved that the
+/// mouse has not said or accepted. Main thread.
+///
+/// Each published property notifies after every assignment, also of an equal value.
+class DeviceManager : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QVariant connectedDevice READ connectedDeviceVariant NOTIFY connectedDeviceChanged)
+    Q_PROPERTY(kelmoth::DeviceState deviceState READ deviceState NOTIFY deviceStateChanged)
+    Q_PROPERTY(bool isConnected READ isConnected NOTIFY isConnectedChanged)
+    Q_PROPERTY(QVariant liftOffLevel READ liftOffLevelVariant NOTIFY liftOffLevelChanged)
+    Q_PROPERTY(bool isSyncing READ isSyncing NOTIFY isSyncingChanged)
+
+public:
+    /// The application's one instance, on the shared monitor and toasts; made on first use, gone with the
+    /// application object.
+    static DeviceManager &shared();
+
+    /// The collaborators outlive the manager. The monitor is started by whoever owns it.
+    DeviceManager(HIDMonitor &hidMonitor, ToastManager &toastManager, std::shared_ptr<UserDefaults> defaults,
+                  QObject *parent = nullptr);
+
+    /// The mouse chosen for configuration; it may be one that cannot be configured. None when none is
+    /// attached.
+    const std::optional<RazerDevice> &connectedDevice() const { return m_connectedDevice; }
+
+    /// The settings of the mouse last chosen, also after it has gone.
+    const DeviceState &deviceState() const { return m_deviceState; }
+
+    /// Whether there is a chosen mouse and it can be configured.
+    bool isConnected() const { return m_isConnected; }
+
+    /// The lift-off level last read: 0 low, 1 medium, 2 high; none while unknown.
+    const std::optional<Int> &liftOffLevel() const { return m_liftOffLevel; }
+
+    /// Whether the mouse is being read.
+    bool isSyncing() const { return m_isSyncing; }
+
+    /// What the last full read asked and was not answered, in words. Empty before the first.
+    const std::vector<std::string> &unanswered() const { return m_unanswered; }
+
+    /// The device to configure: the first that can be, else the first at all; none for an empty list.
+    static std::optional<RazerDevice> preferredDevice(std::span<const RazerDevice> devices);
+
+    /// Reads the chosen mouse into the published settings and saves them: the DPI stages, and when `full`
+    /// everything that can be read. While a read or a write runs, a full read is put off until it ends, and
+    /// any other is dropped. Shows no messages.
+    QCoro::Task<void> refreshFromDevice(bool full);
+
+    // The writers. Each is true when the mouse accepted the change and the published settings hold it. They
+    // refuse silently what the controls of the panel cannot ask for, and while the manager is busy; of other
+    // failures the user is told.
+
+    /// Sets the DPI of a stage, 0-based; of the active one when none is given. Multiples of 100 from 100 to
+    /// the most that the model accepts.
+    QCoro::Task<bool> setDPI(Int dpi, std::optional<Int> stage);
+
+    /// Makes a stage the active one, 0-based.
+    QCoro::Task<bool> setDPIStage(Int stage);
+
+    /// Sets the lighting of a zone: its brightness first, and that back again when the rest is refused.
+    QCoro::Task<bool> setRGB(RGBZone zone, RGBSetting setting);
+
+    /// Assigns a button in profile 0 and, when another is named, in that one too; for the hypershift layer
+    /// when `hypershift`. True only when the mouse gives the same bytes back. The left button stays the left
+    /// click.
+    QCoro::Task<bool> setButtonMapping(MouseButton button, ButtonAction action, Int profile, bool hypershift);
+
+    /// Sets the lift-off distance, 0 to 2. Publishes what the mouse gives back, whatever it is.
+    QCoro::Task<bool> setLiftOff(Int level);
+
+Q_SIGNALS:
+    void connectedDeviceChanged();
+    void deviceStateChanged();
+    void isConnectedChanged();
+    void liftOffLevelChanged();
+    void isSyncingChanged();
+
+private:
+    class SyncingSection;
+    class WritingSection;
+
+    void setupObservers();
+    void takeDevices(const std::vector<RazerDevice> &devices);
+    bool isCurrent(const RazerDevice &device) const;
+    bool isBusy() const { return m_isSyncing || m_isWriting; }
+    std::optional<RazerDevice> configurableDevice() const;
+    std::optional<RazerDevice> configurableDeviceOrToast();
+    void saveSettings();
+    void startFullRefresh();
+    void runPendingRefresh();
+    void failure(const RazerDevice &device, const std::string &message);
+    QCoro::Task<bool> writeDPI(DeviceState state, RazerDevice device, std::string message);
+
+    void setDeviceState(DeviceState state);
+    void setLiftOffLevel(std::optional<Int> level);
+    void setIsSyncing(bool syncing);
+    QVariant connectedDeviceVariant() const;
+    QVariant liftOffLevelVariant() const;
+
+    std::optional<RazerDevice> m_connectedDevice;
+    DeviceState m_deviceState = DeviceState::defaultState();
+    bool m_isConnected = false;
+    std::optional<Int> m_liftOffLevel;
+    bool m_isSyncing = false;
+    bool m_pendingFullRefresh = false; ///< a full read was asked for while the manager was busy
+    bool m_isWriting = false;
+    std::vector<std::string> m_unanswered;
+    QPointer<HIDMonitor> m_hidMonitor;
+    QPointer<ToastManager> m_toastManager;
+    SavedSettings m_savedSettings;
+};
+
+} // namespace kelmoth
+
+Q_DECLARE_METATYPE(kelmoth::RazerDevice)
+Q_DECLARE_METATYPE(kelmoth::DeviceState)

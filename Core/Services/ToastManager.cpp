@@ -1,0 +1,51 @@
+#include "Core/Services/ToastManager.h"
+
+#include <QCoreApplication>
+#include <QMetaObject>
+#include <QPointer>
+
+#include <chrono>
+
+namespace kelmoth {
+
+ToastManager &ToastManager::shared()
+{
+    static QPointer<ToastManager> manager;
+    if (!manager) {
+        manager = new ToastManager(QCoreApplication::instance());
+    }
+    return *manager;
+}
+
+ToastManager::ToastManager(QObject *parent) : QObject(parent) {}
+
+void ToastManager::show(ToastType type, std::string message, double duration)
+{
+    const Toast toast{.type = type, .message = std::move(message), .duration = duration};
+    m_toastTimer = std::make_unique<QTimer>();
+    m_toastTimer->setSingleShot(true);
+    connect(m_toastTimer.get(), &QTimer::timeout, this, [this, id = toast.id] {
+        // Once more through the queue: what was shown in the meantime is not this timer's to hide.
+        QMetaObject::invokeMethod(this, [this, id] { hideIfCurrent(id); }, Qt::QueuedConnection);
+    });
+    m_toastTimer->start(
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>(duration)));
+    m_currentToast = toast;
+    Q_EMIT currentToastChanged();
+}
+
+void ToastManager::hide()
+{
+    m_toastTimer.reset();
+    m_currentToast.reset();
+    Q_EMIT currentToastChanged();
+}
+
+void ToastManager::hideIfCurrent(const QUuid &id)
+{
+    if (m_currentToast && m_currentToast->id == id) {
+        hide();
+    }
+}
+
+} // namespace kelmoth

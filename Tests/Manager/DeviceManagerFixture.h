@@ -1,0 +1,128 @@
+#pragma once
+
+#include "Core/HID/DeviceManager.h"
+#include "Core/HID/RazerProtocol.h"
+#include "Tests/Core/SimulatedMouseFixture.h"
+#include "Tests/Manager/MemoryDefaults.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kelmoth {
+
+/// A manager on simulated mice, in a time that nobody has to wait for.
+class DeviceManagerTest : public testing::Test {
+protected:
+    using Kind = SimulatedFault::Kind;
+
+    ~DeviceManagerTest() override
+    {
+        manager.reset();
+        monitor.reset();
+        Platform::setCurrent({});
+    }
+
+    /// Plugs mice in, starts to watch, and waits for the first full read.
+    void plugIn(const std::vector<std::string> &models)
+    {
+        mice.clear();
+        for (const auto &model : models) {
+            mice.push_back(std::make_shared<SimulatedMouse>(*SimulatedModel::named(model), time->clock()));
+        }
+        const auto machine = simulatedMachine(mice);
+        Platform platform;
+        platform.sleeper = time;
+        platform.hid = machine.hid;
+        platform.usb = machine.usb;
+        manager.reset();
+        monitor = std::make_unique<HIDMonitor>(platform);
+        toasts = std::make_unique<ToastManager>();
+        manager = std::make_unique<DeviceManager>(*monitor, *toasts, defaults);
+        QObject::connect(toasts.get(), &ToastManager::currentToastChanged, toasts.get(), [this] {
+            if (toasts->currentToast()) {
+                messages.push_back(toasts->currentToast()->message);
+            }
+        });
+        monitor->startMonitoring();
+        settle();
+        messages.clear();
+    }
+
+    /// Lets everything that is under way come to its end.
+    void finishAll()
+    {
+        // Each turn waits behind all that is queued now; a read under way asks again in between.
+        for (int quietTurns = 0; quietTurns < 3;) {
+            RazerDevice nobody;
+            nobody.vendorID = razerVendorID;
+            nobody.productID = 0x0099;
+            QCoro::waitFor(monitor->send(command::getLiftOff{}, nobody));
+            QCoreApplication::processEvents();
+            quietTurns = manager->isSyncing() ? 0 : quietTurns + 1;
+        }
+    }
+
+    /// The same, and forgets what went over the wire.
+    void settle()
+    {
+        finishAll();
+        for (const auto &attached : mice) {
+            attached->takeTransfers();
+        }
+    }
+
+    SimulatedMouse &mouse() { return *mice.front(); }
+
+    bool finish(QCoro::Task<bool> task)
+    {
+        const bool result = QCoro::waitFor(std::move(task));
+        QCoreApplication::processEvents();
+        return result;
+    }
+
+    /// Runs something on the main thread from the transfer thread, behind all that waits there now; twice
+    /// around, for what is put off to the next turn of the event loop.
+    void onMainThread(const std::function<void()> &action)
+    {
+        for (int turn = 0; turn < 3; ++turn) {
+            QMetaObject::invokeMethod(QCoreApplication::instance(), [] {}, Qt::BlockingQueuedConnection);
+        }
+        QMetaObject::invokeMethod(QCoreApplication::instance(), action, Qt::BlockingQueuedConnection);
+    }
+
+    using Code = std::pair<int, int>; ///< command class and id
+
+    /// The commands that went to the mouse since the last look, each once however often it was tried.
+    std::vector<Code> takeCommands()
+    {
+        std::vector<Code> codes;
+        Data last;
+        for (const auto &transfer : mouse().takeTransfers()) {
+            if (transfer.isSet && transfer.bytes != last) {
+                codes.emplace_back(transfer.bytes[6], transfer.bytes[7]);
+                last = transfer.bytes;
+            }
+        }
+        return codes;
+    }
+
+    std::optional<DeviceState> stored(int productID) const
+    {
+        const auto text = defaults->dataForKey("com.kelmoth.deviceState." + std::to_string(productID));
+        return text ? decodeDeviceState(*text) : std::nullopt;
+    }
+
+    std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();
+    std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
+    std::vector<std::shared_ptr<SimulatedMouse>> mice;
+    std::unique_ptr<HIDMonitor> monitor;
+    std::unique_ptr<ToastManager> toasts;
+    std::unique_ptr<DeviceManager> manager;
+    std::vector<std::string> messages; ///< of every toast, in order
+};
+
+} // namespace kelmoth

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Platform/UserDefaults.h"
+
+#include <map>
+#include <string>
+#include <variant>
+
+namespace kelmoth {
+
+/// Preferences that last as long as a test.
+class MemoryDefaults : public UserDefaults {
+public:
+    std::map<std::string, std::variant<std::int64_t, std::string>, std::less<>> values;
+
+    std::int64_t integerForKey(std::string_view key) const override
+    {
+        const auto *value = find<std::int64_t>(key);
+        return value ? *value : 0;
+    }
+    std::optional<std::string> dataForKey(std::string_view key) const override
+    {
+        const auto *value = find<std::string>(key);
+        return value ? std::optional(*value) : std::nullopt;
+    }
+    bool hasObjectForKey(std::string_view key) const override { return values.contains(key); }
+    void setInteger(std::string_view key, std::int64_t value) override { values[std::string(key)] = value; }
+    void setData(std::string_view key, std::string data) override
+    {
+        values[std::string(key)] = std::move(data);
+    }
+
+private:
+    template <class T> const T *find(std::string_view key) const
+    {
+        const auto found = values.find(key);
+        return found == values.end() ? nullptr : std::get_if<T>(&found->second);
+    }
+};
+
+} // namespace kelmoth
