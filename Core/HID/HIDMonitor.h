@@ -12,7 +12,6 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -54,10 +53,16 @@ public:
     /// without a battery that can be read.
     void readBatteryLevel(const RazerDevice &device);
 
+    /// Whether the battery of such a device can be read and is watched.
+    static bool hasReadableBattery(const RazerDevice &device);
+
+    /// Whether the battery of the listed device with this `id` is read at intervals.
+    bool isBatteryMonitored(const QUuid &id) const;
+
     /// The HID interface behind a listed device; none once it has gone.
     std::shared_ptr<HIDDevice> deviceHandle(const QUuid &id) const;
 
-signals:
+Q_SIGNALS:
     /// After each change of the list, of a device's battery level and of its charging status.
     void connectedDevicesChanged();
     void isMonitoringChanged();

@@ -20,7 +20,8 @@ enum class ResponseStatus {
     noMatch,  ///< no usable answer to this request yet: too short, for another command, or not final
 };
 
-/// The 90-byte vendor reports. Pure functions, any thread.
+/// The 90-byte vendor reports. Pure functions, any thread. Parsers take reports that `classify` accepted;
+/// for one of fewer than 90 bytes they give no result.
 ///
 /// The frame: byte 0 status (0 in a request), 1 transaction id, 2-3 remaining packets (0), 4 protocol type
 /// (0), 5 data size, 6 command class, 7 command id (bit 7 set reads, clear writes), 8-87 arguments, 88 CRC
@@ -105,7 +106,8 @@ struct DPIStages {
 };
 
 /// Reads an accepted answer to `getDPIStages`: byte 9 active stage (1-based), byte 10 count, stage i's DPI
-/// big-endian at 12 + 7i. None for a count outside 1 to 5, an active stage that does not exist, or a DPI of 0.
+/// big-endian at 12 + 7i. None for a count outside 1 to 5, an active stage that does not exist, or a DPI of
+/// 0.
 std::optional<DPIStages> parseDPIStages(std::span<const std::uint8_t> response);
 
 /// Reads accepted answers to `getRGB` (byte 10 effect code, byte 13 number of colours, 14-16 colour) and
@@ -119,10 +121,10 @@ std::optional<RGBSetting> parseRGB(std::span<const std::uint8_t> effect,
 std::optional<Int> parseLiftOff(std::span<const std::uint8_t> response);
 
 /// Reads an accepted answer to `getButtonMapping`: the assignment in bytes 11 to 17.
-ButtonAction parseButtonMapping(std::span<const std::uint8_t> response);
+std::optional<ButtonAction> parseButtonMapping(std::span<const std::uint8_t> response);
 
 /// Reads an accepted answer to `getBatteryLevel`: byte 9 of 255, as percent, truncated.
-Int parseBatteryLevel(std::span<const std::uint8_t> response);
+std::optional<Int> parseBatteryLevel(std::span<const std::uint8_t> response);
 
 /// Reads an accepted answer to `getChargingStatus`: byte 9 equals 1.
 bool parseChargingStatus(std::span<const std::uint8_t> response);

@@ -4,12 +4,18 @@
 #include "Platform/Sleeper.h"
 #include "Platform/USB.h"
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
 
 namespace kelmoth {
+
+/// How often a report is sent before it counts as unanswered, and the pause after each vain attempt; the
+/// same on both paths to the mouse.
+inline constexpr int transactAttempts = 5;
+inline constexpr std::chrono::milliseconds transactRetryPause{10};
 
 /// The outcome of one transaction.
 struct TransactResult {
@@ -52,15 +58,15 @@ public:
     TransactResult transact(std::span<const std::uint8_t> report, std::uint32_t waitTimeUs);
 
 private:
-    std::shared_ptr<USBDeviceInterface> findInterface();
-    int request(std::uint8_t type, std::uint8_t request, std::span<std::uint8_t> data);
+    std::unique_ptr<USBDeviceInterface> findInterface() const;
+    int request(std::uint8_t bmRequestType, std::uint8_t bRequest, std::span<std::uint8_t> data);
 
     std::shared_ptr<USBService> m_service;
     std::shared_ptr<Sleeper> m_sleeper;
     std::uint16_t m_vendorID;
     std::uint16_t m_productID;
     std::uint16_t m_reportIndex;
-    std::shared_ptr<USBDeviceInterface> m_deviceInterface;
+    std::unique_ptr<USBDeviceInterface> m_deviceInterface;
 };
 
 } // namespace kelmoth

@@ -1,0 +1,81 @@
+// Battery polling: every mouse whose battery can be read is asked when it is listed, every five minutes, and
+// whenever somebody is about to look.
+
+#include "Core/HID/HIDMonitor.h"
+#include "Core/HID/RazerProtocol.h"
+
+#include <QPointer>
+
+#include <algorithm>
+#include <chrono>
+
+namespace kelmoth {
+
+namespace {
+
+constexpr std::chrono::seconds pollInterval{300};
+
+} // namespace
+
+bool HIDMonitor::hasReadableBattery(const RazerDevice &device)
+{
+    return device.isConfigurable() && device.capabilities().hasBattery;
+}
+
+bool HIDMonitor::isBatteryMonitored(const QUuid &id) const
+{
+    return m_batteryMonitors.contains(id);
+}
+
+void HIDMonitor::startBatteryMonitoring(const RazerDevice &device)
+{
+    auto timer = std::make_unique<QTimer>();
+    timer->setTimerType(Qt::VeryCoarseTimer); // whole seconds: wake-ups can be shared
+    connect(timer.get(), &QTimer::timeout, this, [this, device] { readBatteryLevel(device); });
+    timer->start(pollInterval);
+    m_batteryMonitors[device.id] = std::move(timer);
+    readBatteryLevel(device);
+}
+
+void HIDMonitor::readBatteryLevel(const RazerDevice &device)
+{
+    if (hasReadableBattery(device)) {
+        updateBattery(device);
+    }
+}
+
+QCoro::Task<void> HIDMonitor::updateBattery(RazerDevice device)
+{
+    const QPointer<HIDMonitor> self(this);
+    const std::optional<Data> levelResponse = co_await send(command::getBatteryLevel{}, device);
+    const auto level = levelResponse ? RazerProtocol::parseBatteryLevel(*levelResponse) : std::nullopt;
+    if (!level || !self) {
+        co_return;
+    }
+    bool isCharging = false;
+    if (device.capabilities().reportsCharging) {
+        const std::optional<Data> status = co_await send(command::getChargingStatus{}, device);
+        isCharging = status && RazerProtocol::parseChargingStatus(*status);
+        if (!self) {
+            co_return;
+        }
+    }
+    // The list may be another one when its observers have heard of the first change.
+    for (const bool isLevel : {true, false}) {
+        const auto listed = std::ranges::find(m_connectedDevices, device.id, &RazerDevice::id);
+        if (listed == m_connectedDevices.end()) {
+            co_return;
+        }
+        if (isLevel) {
+            listed->batteryLevel = level;
+        } else {
+            listed->isCharging = isCharging;
+        }
+        Q_EMIT connectedDevicesChanged();
+        if (!self) {
+            co_return;
+        }
+    }
+}
+
+} // namespace kelmoth

@@ -1,0 +1,266 @@
+#include "Core/HID/HIDMonitor.h"
+
+#include "Core/HID/HIDTransport.h"
+#include "Core/HID/RazerProtocol.h"
+#include "Platform/Log.h"
+
+#include <QCoreApplication>
+#include <QCoroFuture>
+#include <QPointer>
+#include <QtConcurrentRun>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <mutex>
+
+namespace kelmoth {
+
+namespace {
+
+constexpr std::array vendorIDs{razerVendorID, otherVendorID};
+
+/// A feature report of this size or more marks the interface that speaks the protocol.
+constexpr std::int64_t protocolReportSize = RazerProtocol::reportSize;
+
+/// A 16-bit ID property; none when the system has none or one that no ID can hold.
+std::optional<std::uint16_t> idProperty(const HIDDevice &handle, std::string_view key)
+{
+    const auto value = handle.integerProperty(key);
+    if (!value || *value < 0 || *value > std::numeric_limits<std::uint16_t>::max()) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint16_t>(*value);
+}
+
+/// The record of an interface; none when its IDs are unusable or its vendor is not ours.
+std::optional<RazerDevice> describe(const HIDDevice &handle)
+{
+    const auto productID = idProperty(handle, "ProductID");
+    const auto vendorID = idProperty(handle, "VendorID");
+    if (!productID || !vendorID || std::ranges::find(vendorIDs, *vendorID) == vendorIDs.end()) {
+        return std::nullopt;
+    }
+    RazerDevice device;
+    device.vendorID = *vendorID;
+    device.productID = *productID;
+    device.serialNumber = handle.stringProperty("SerialNumber");
+    device.transport = handle.stringProperty("Transport").value_or("Unknown");
+    device.advertisedName = handle.stringProperty("Product");
+    return device;
+}
+
+} // namespace
+
+struct HIDMonitor::Transports {
+    /// Guards the maps, for access only: never held across a transfer.
+    std::mutex devicesLock;
+    std::map<QUuid, std::shared_ptr<HIDDevice>> deviceHandles;
+    std::map<QUuid, std::shared_ptr<USBRazerDevice>> usbDevices;
+
+    /// The ways to a device; both absent once it has gone.
+    std::pair<std::shared_ptr<USBRazerDevice>, std::shared_ptr<HIDDevice>> find(const QUuid &id)
+    {
+        const std::scoped_lock lock(devicesLock);
+        const auto usb = usbDevices.find(id);
+        const auto handle = deviceHandles.find(id);
+        return {usb == usbDevices.end() ? nullptr : usb->second,
+                handle == deviceHandles.end() ? nullptr : handle->second};
+    }
+
+    /// Keeps the USB transport of a device that is still attached.
+    void keep(const QUuid &id, std::shared_ptr<USBRazerDevice> usb)
+    {
+        const std::scoped_lock lock(devicesLock);
+        if (deviceHandles.contains(id)) {
+            usbDevices[id] = std::move(usb);
+        }
+    }
+
+    /// One command on the transfer thread: by USB, and by HID only when that gave no answer at all.
+    static std::optional<Data> transfer(const std::shared_ptr<Transports> &transports,
+                                        const std::shared_ptr<Sleeper> &sleeper, const QUuid &id,
+                                        const Data &report, std::uint32_t waitTimeUs)
+    {
+        const auto [usb, handle] = transports->find(id);
+        if (usb) {
+            auto result = usb->transact(report, waitTimeUs);
+            if (result.kind == TransactResult::Kind::success) {
+                return std::move(result.response);
+            }
+            if (result.kind == TransactResult::Kind::rejected) {
+                return std::nullopt;
+            }
+        }
+        return handle ? transactViaHID(report, *handle, *sleeper, waitTimeUs) : std::nullopt;
+    }
+};
+
+HIDMonitor &HIDMonitor::shared()
+{
+    static QPointer<HIDMonitor> monitor;
+    if (!monitor) {
+        monitor = new HIDMonitor(Platform::current(), QCoreApplication::instance());
+    }
+    return *monitor;
+}
+
+HIDMonitor::HIDMonitor(const Platform &platform, QObject *parent)
+    : QObject(parent), m_platform(platform), m_transports(std::make_shared<Transports>())
+{
+    m_queue.setObjectName(QStringLiteral("com.kelmoth.hid"));
+    m_queue.setMaxThreadCount(1);
+    m_queue.setExpiryTimeout(-1); // a thread that expires wakes up to do so
+}
+
+HIDMonitor::~HIDMonitor()
+{
+    stopMonitoring();
+    m_queue.waitForDone();
+}
+
+void HIDMonitor::startMonitoring()
+{
+    if (m_isMonitoring) {
+        return;
+    }
+    m_manager = m_platform.hid->createManager();
+    if (!m_manager) {
+        log("❌ Failed to create IOHIDManager");
+        return;
+    }
+    m_manager->setDeviceMatching(vendorIDs);
+    for (const auto &handle : m_manager->copyDevices()) {
+        deviceConnected(handle);
+    }
+    m_manager->registerDeviceMatchingCallback(
+        [this](const std::shared_ptr<HIDDevice> &handle) { deviceConnected(handle); });
+    m_manager->registerDeviceRemovalCallback(
+        [this](const std::shared_ptr<HIDDevice> &handle) { deviceDisconnected(handle); });
+    if (const int status = m_manager->open(); status != 0) {
+        log("❌ Failed to open IOHIDManager: 0x%X", static_cast<unsigned>(status));
+        m_manager.reset();
+        return;
+    }
+    setIsMonitoring(true);
+    log("HID monitoring started");
+}
+
+void HIDMonitor::stopMonitoring()
+{
+    if (!m_isMonitoring || !m_manager) {
+        return;
+    }
+    m_manager->close();
+    m_manager.reset();
+    setIsMonitoring(false);
+}
+
+void HIDMonitor::setIsMonitoring(bool monitoring)
+{
+    m_isMonitoring = monitoring;
+    Q_EMIT isMonitoringChanged();
+}
+
+void HIDMonitor::deviceConnected(const std::shared_ptr<HIDDevice> &handle)
+{
+    const auto described = describe(*handle);
+    if (!described) {
+        return;
+    }
+    const RazerDevice &device = *described;
+    const auto model = device.model();
+    if (!model) {
+        log("Unsupported Razer device: %s PID:0x%04X", device.advertisedName.value_or("Unknown").c_str(),
+            device.productID);
+        return;
+    }
+    const auto reportSize = handle->integerProperty("MaxFeatureReportSize");
+    if (!device.isBluetooth() && reportSize.value_or(0) < protocolReportSize) {
+        return;
+    }
+    const bool isListed = std::ranges::any_of(m_connectedDevices, [&device](const RazerDevice &other) {
+        return other.productID == device.productID && other.isBluetooth() == device.isBluetooth();
+    });
+    if (isListed) {
+        return;
+    }
+    {
+        const std::scoped_lock lock(m_transports->devicesLock);
+        m_transports->deviceHandles[device.id] = handle;
+    }
+    if (!device.isBluetooth()) {
+        openTransport(device);
+    }
+    log("✅ Razer device connected: %s (PID: 0x%04X)", device.name().c_str(), device.productID);
+    m_connectedDevices.push_back(device);
+    Q_EMIT connectedDevicesChanged();
+    if (hasReadableBattery(device)) {
+        startBatteryMonitoring(device);
+    }
+}
+
+void HIDMonitor::openTransport(const RazerDevice &device)
+{
+    auto usb = std::make_shared<USBRazerDevice>(m_platform.usb, m_platform.sleeper, device.vendorID,
+                                                device.productID, basiliskModel(*device.model()).reportIndex);
+    // Opening a device node can wait for the mouse to wake: not on the main thread. The queue is first in,
+    // first served, so every command finds the outcome.
+    m_queue.start([transports = m_transports, id = device.id, usb = std::move(usb)] {
+        if (usb->open()) {
+            transports->keep(id, usb);
+        }
+    });
+}
+
+void HIDMonitor::deviceDisconnected(const std::shared_ptr<HIDDevice> &handle)
+{
+    std::optional<QUuid> id;
+    std::shared_ptr<USBRazerDevice> usb;
+    {
+        const std::scoped_lock lock(m_transports->devicesLock);
+        auto &handles = m_transports->deviceHandles;
+        const auto entry = std::ranges::find_if(
+            handles, [&handle](const auto &listed) { return listed.second->isEqual(*handle); });
+        if (entry == handles.end()) {
+            return;
+        }
+        id = entry->first;
+        handles.erase(entry);
+        if (auto node = m_transports->usbDevices.extract(*id)) {
+            usb = std::move(node.mapped());
+        }
+    }
+    // Closing can take as long as opening, and must not happen under a transfer.
+    m_queue.start([usb = std::move(usb), handle] {});
+    m_batteryMonitors.erase(*id);
+    const auto device = std::ranges::find(m_connectedDevices, *id, &RazerDevice::id);
+    if (device == m_connectedDevices.end()) {
+        return;
+    }
+    const RazerDevice gone = *device;
+    m_connectedDevices.erase(device);
+    log("🔌 Razer device disconnected: %s (PID: 0x%04X)", gone.name().c_str(), gone.productID);
+    Q_EMIT connectedDevicesChanged();
+}
+
+QCoro::Task<std::optional<Data>> HIDMonitor::send(RazerCommand command, RazerDevice device)
+{
+    if (!device.isConfigurable()) {
+        co_return std::nullopt;
+    }
+    const auto waitTimeUs = basiliskModel(*device.model()).waitTimeUs;
+    auto report = RazerProtocol::createReport(command, device);
+    QFuture<std::optional<Data>> answer = QtConcurrent::run(
+        &m_queue, &Transports::transfer, m_transports, m_platform.sleeper, device.id, report, waitTimeUs);
+    // Nothing of the monitor may be used from here on: it may have gone when this resumes.
+    std::optional<Data> response = co_await answer;
+    co_return response;
+}
+
+std::shared_ptr<HIDDevice> HIDMonitor::deviceHandle(const QUuid &id) const
+{
+    return m_transports->find(id).second;
+}
+
+} // namespace kelmoth

@@ -1,0 +1,42 @@
+#include "Core/Services/L10n.h"
+
+#include "Platform/Platform.h"
+
+namespace kelmoth::L10n {
+
+std::string languageCode()
+{
+    const Platform &platform = Platform::current();
+    const auto mode = platform.userDefaults ? platform.userDefaults->integerForKey(languageModeKey) : 0;
+    if (mode == 1) {
+        return "pl";
+    }
+    if (mode == 2 || !platform.mainBundle) {
+        return "en";
+    }
+    const auto preferred = platform.mainBundle->preferredLocalizations();
+    return !preferred.empty() && preferred.front().starts_with("pl") ? "pl" : "en";
+}
+
+std::shared_ptr<const Bundle> resourceBundle()
+{
+    const auto &main = Platform::current().mainBundle;
+    if (!main) {
+        return main;
+    }
+    const auto path = main->pathForResource(languageCode(), "lproj");
+    if (path) {
+        if (auto folder = main->bundleAtPath(*path)) {
+            return folder;
+        }
+    }
+    return main;
+}
+
+std::string text(std::string_view key)
+{
+    const auto bundle = resourceBundle();
+    return bundle ? bundle->localizedString(key, key) : std::string(key);
+}
+
+} // namespace kelmoth::L10n
