@@ -51,6 +51,8 @@ private:
     struct Command;
 
     Status perform(Report &report);
+    /// Whether the arguments from `first` on are zero, up to the CRC.
+    static bool restIsZero(const Report &report, std::size_t first);
     SimulatedMouse::State::Light *light(const Report &report);
     ButtonFunction *button(const Report &report);
 

@@ -57,12 +57,12 @@ struct SimulatedFault {
         denied,         ///< opening is refused with EACCES for as long as the fault lasts
     };
     Kind kind = Kind::noAnswer;
-    std::optional<std::uint8_t> commandClass; ///< only requests of this class; any when absent
-    std::optional<std::uint8_t> commandID;    ///< only requests with this id; any when absent
-    int skip = 0;                             ///< how many matching transfers go well first
-    int times = 1;                            ///< how many it then hits; negative: all
-    std::uint8_t status = 0x03;               ///< of `rejected`
-    int error = 0;                            ///< of `failedTransfer`: errno; EIO when 0
+    std::optional<std::uint8_t> commandClass = std::nullopt; ///< only requests of this class; any when absent
+    std::optional<std::uint8_t> commandID = std::nullopt;    ///< only requests with this id; any when absent
+    int skip = 0;                                            ///< how many matching transfers go well first
+    int times = 1;                                           ///< how many it then hits; negative: all
+    std::uint8_t status = 0x03;                              ///< of `rejected`
+    int error = 0;                                           ///< of `failedTransfer`: errno; EIO when 0
 };
 
 /// A whole mouse, seen from the wire: it takes 90-byte reports, checks them as the firmware does, keeps the
