@@ -6,9 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
-#include <system_error>
 #include <fcntl.h>
+#include <system_error>
 #include <utility>
 
 namespace kelmoth {
@@ -180,7 +179,8 @@ private:
                       "the udev rules give access to no one else."
                     : "Install the udev rules: they give the user at this computer access to the mouse.");
         } else if (node.access != 0) {
-            add(Kind::nodeFailed, "Cannot open " + name + ": " + std::generic_category().message(node.access) + ".",
+            add(Kind::nodeFailed,
+                "Cannot open " + name + ": " + std::generic_category().message(node.access) + ".",
                 "Plug the mouse in again.");
         }
     }

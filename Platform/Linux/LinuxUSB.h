@@ -8,10 +8,7 @@
 
 namespace kelmoth {
 
-/// USB devices as udev lists them. Control requests travel by the way that is open: through libusb where it
-/// holds the interface, else beside the kernel's driver, through the hidraw node of the very interface that
-/// the request names, which puts the same packets on the wire. A kernel driver is never detached: it drives
-/// the user's pointer.
+/// USB devices as udev lists them.
 class LinuxUSBService final : public USBService {
 public:
     LinuxUSBService(std::shared_ptr<HidrawNodes> nodes, std::shared_ptr<Sleeper> sleeper);
