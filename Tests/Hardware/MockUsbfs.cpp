@@ -156,16 +156,16 @@ void MockUsbfs::claim(MockIoctl &ioctl)
 void MockUsbfs::submit(MockIoctl &ioctl)
 {
     m_urb = ioctl.argument(sizeof(::usbdevfs_urb));
-    auto urb = load<::usbdevfs_urb>(MockIoctl::bytes(m_urb.get()));
-    const auto data = MockIoctl::pointee(m_urb.get(), offsetof(::usbdevfs_urb, buffer),
-                                         static_cast<std::size_t>(urb.buffer_length));
+    const auto urb = MockIoctl::bytes(m_urb.get());
+    const auto size = load<int>(std::span(urb).subspan(offsetof(::usbdevfs_urb, buffer_length)));
+    const auto data =
+        MockIoctl::pointee(m_urb.get(), offsetof(::usbdevfs_urb, buffer), static_cast<std::size_t>(size));
     auto buffer = MockIoctl::bytes(data.get());
     const auto outcome = perform(buffer);
     MockIoctl::write(data.get(), buffer);
-    urb.status = -outcome.status;
-    urb.actual_length = static_cast<int>(outcome.length);
-    MockIoctl::write(m_urb.get(), dump(urb.status), offsetof(::usbdevfs_urb, status));
-    MockIoctl::write(m_urb.get(), dump(urb.actual_length), offsetof(::usbdevfs_urb, actual_length));
+    MockIoctl::write(m_urb.get(), dump(-outcome.status), offsetof(::usbdevfs_urb, status));
+    MockIoctl::write(m_urb.get(), dump(static_cast<int>(outcome.length)),
+                     offsetof(::usbdevfs_urb, actual_length));
     ioctl.succeed();
 }
 
