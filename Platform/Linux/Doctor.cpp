@@ -41,8 +41,7 @@ std::vector<HIDNodeFact> examineHIDNodes(udev *context)
     std::vector<HIDNodeFact> nodes;
     for (const auto &hidraw : devicesOfSubsystem(context, "hidraw")) {
         auto facts = hidFacts(hidraw);
-        if (!facts || std::find(makerVendorIDs.begin(), makerVendorIDs.end(), facts->vendorID) ==
-                          makerVendorIDs.end()) {
+        if (!facts || std::ranges::find(makerVendorIDs, facts->vendorID) == makerVendorIDs.end()) {
             continue;
         }
         nodes.push_back({.node = facts->node,
@@ -55,7 +54,7 @@ std::vector<HIDNodeFact> examineHIDNodes(udev *context)
                          .access = access(facts->node),
                          .maxFeatureReportSize = readMaxFeatureReportSize(facts->hidSyspath)});
     }
-    std::sort(nodes.begin(), nodes.end(), [](const auto &a, const auto &b) { return a.node < b.node; });
+    std::ranges::sort(nodes, {}, &HIDNodeFact::node);
     return nodes;
 }
 
@@ -72,8 +71,7 @@ std::vector<USBInterfaceFact> examineInterfaces(udev *context, const UdevDevice 
             interfaces.push_back(std::move(interface));
         }
     }
-    std::sort(interfaces.begin(), interfaces.end(),
-              [](const auto &a, const auto &b) { return a.number < b.number; });
+    std::ranges::sort(interfaces, {}, &USBInterfaceFact::number);
     return interfaces;
 }
 

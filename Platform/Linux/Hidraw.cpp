@@ -44,9 +44,12 @@ int Hidraw::open()
     int status = tryOpen();
     if (status == EACCES && !m_waitedForAccess) {
         m_waitedForAccess = true;
-        for (auto pause = accessPauses.begin(); status == EACCES && pause != accessPauses.end(); ++pause) {
-            m_sleeper->sleep(*pause);
+        for (const auto pause : accessPauses) {
+            m_sleeper->sleep(pause);
             status = tryOpen();
+            if (status != EACCES) {
+                break;
+            }
         }
     }
     return status;
@@ -86,7 +89,7 @@ int Hidraw::setFeatureReport(std::span<const std::uint8_t> report)
         return status;
     }
     std::vector<std::uint8_t> buffer(size); // report ID 0, then the report
-    std::copy(report.begin(), report.end(), buffer.begin() + 1);
+    std::ranges::copy(report, buffer.begin() + 1);
     const int sent = transfer(HIDIOCSFEATURE(size), buffer.data());
     if (sent < 0) {
         return -sent;

@@ -2,9 +2,9 @@
 
 #include "Platform/Linux/Udev.h"
 
-#include <QMetaObject>
 #include <QObject>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <algorithm>
 #include <cerrno>
@@ -62,7 +62,7 @@ public:
     bool isEqual(const HIDDevice &other) const override
     {
         const auto *device = dynamic_cast<const LinuxHIDDevice *>(&other);
-        return device && device->m_node == m_node;
+        return device != nullptr && device->m_node == m_node;
     }
 
     int setFeatureReport(std::span<const std::uint8_t> report) override
@@ -157,7 +157,7 @@ int LinuxHIDManager::open()
     auto *const notifier = m_notifier.get();
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [this] { receive(); });
     // A device may have come or gone between `copyDevices` and this moment.
-    QMetaObject::invokeMethod(notifier, [this] { reconcile(); }, Qt::QueuedConnection);
+    QTimer::singleShot(0, notifier, [this] { reconcile(); });
     return 0;
 }
 
@@ -176,8 +176,8 @@ std::shared_ptr<LinuxHIDDevice> LinuxHIDManager::present(const UdevDevice &hidra
     if (!facts) {
         return nullptr;
     }
-    const bool matches = m_vendorIDs.empty() || std::find(m_vendorIDs.begin(), m_vendorIDs.end(),
-                                                          facts->vendorID) != m_vendorIDs.end();
+    const bool matches =
+        m_vendorIDs.empty() || std::ranges::find(m_vendorIDs, facts->vendorID) != m_vendorIDs.end();
     if (!matches) {
         return nullptr;
     }

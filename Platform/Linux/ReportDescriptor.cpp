@@ -127,7 +127,7 @@ public:
 
     std::optional<std::int64_t> longest() const
     {
-        const auto bits = *std::max_element(m_bits.begin(), m_bits.end());
+        const auto bits = std::ranges::max(m_bits);
         if (m_depth != 0 || bits == 0) {
             return std::nullopt;
         }

@@ -41,8 +41,9 @@ std::optional<std::string> validUTF8(const std::optional<std::string> &bytes)
 std::optional<std::int64_t> hexNumber(std::string_view digits)
 {
     std::uint32_t value = 0;
-    const char *const end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, value, 16);
+    const std::span<const char> characters = digits;
+    const char *const end = std::to_address(characters.end());
+    const auto [stop, error] = std::from_chars(characters.data(), end, value, 16);
     if (digits.size() > 8 || error != std::errc{} || stop != end) {
         return std::nullopt;
     }
@@ -74,7 +75,10 @@ std::optional<HIDID> parseHIDID(std::string_view id)
 
 std::string transportName(std::int64_t bus)
 {
-    return bus == busUSB ? "USB" : bus == busBluetooth ? "Bluetooth" : "Unknown";
+    if (bus == busUSB) {
+        return "USB";
+    }
+    return bus == busBluetooth ? "Bluetooth" : "Unknown";
 }
 
 std::vector<UdevDevice> scan(udev *context, udev_enumerate *enumerate)

@@ -83,6 +83,6 @@ std::optional<std::string> usbProduct(const UdevDevice &usbDevice);
 std::optional<std::int64_t> readMaxFeatureReportSize(const std::string &hidSyspath);
 
 /// What a udev property with a name ending in _ENC stands for: "\x20" is one byte.
-std::string decodedProperty(std::string_view text);
+std::string decodedProperty(std::string_view encoded);
 
 } // namespace kelmoth

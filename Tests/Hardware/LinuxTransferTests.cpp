@@ -54,7 +54,16 @@ protected:
         return way.deviceRequest({0xA1, 0x01, 0x0300, wIndex, buffer});
     }
 
-    /// Four interfaces as usual, but no driver at the first, which takes the commands.
+    /// Sends the request and reads its answer.
+    void askForBattery(USBDeviceInterface &way)
+    {
+        EXPECT_EQ(set(way, report), 0);
+        time->advance(std::chrono::seconds{1});
+        EXPECT_EQ(get(way, answer), 0);
+        EXPECT_EQ(answer[7], 0x80);
+    }
+
+    /// A mouse with no driver at the interface that takes the commands.
     static MockMouseOptions unbound()
     {
         return {.interfaces =
@@ -73,10 +82,7 @@ TEST_F(LinuxTransferTest, ReportsTravelUnchangedBesideTheDriver)
     const auto device = hidDevice(mouse->hidrawNode(0));
     const ExchangeScope exchange(*way);
     ASSERT_EQ(exchange.status(), 0);
-    EXPECT_EQ(set(*way, report), 0);
-    time->advance(std::chrono::seconds{1});
-    EXPECT_EQ(get(*way, answer), 0);
-    EXPECT_EQ(answer[7], 0x80);
+    askForBattery(*way);
 
     EXPECT_EQ(device->setFeatureReport(report), 0);
     time->advance(std::chrono::seconds{1});
@@ -100,10 +106,7 @@ TEST_F(LinuxTransferTest, ReportsTravelThroughLibusbWhereNoDriverIs)
     {
         const ExchangeScope exchange(*way);
         ASSERT_EQ(exchange.status(), 0);
-        EXPECT_EQ(set(*way, report), 0);
-        time->advance(std::chrono::seconds{1});
-        EXPECT_EQ(get(*way, answer), 0);
-        EXPECT_EQ(answer[7], 0x80);
+        askForBattery(*way);
         const FileDescriptor other(::open(mouse->usbNode().c_str(), O_RDWR));
         EXPECT_EQ(takeExchange(other.get(), *time), EBUSY);
     }
