@@ -51,11 +51,12 @@ function(kelmoth_room name)
     target_link_libraries(${name} PUBLIC kelmoth_options ${ARG_LINKS})
 endfunction()
 
-# kelmoth_test(NAME SOURCES … LINKS … [LABELS …]): one GoogleTest program; each of its tests is a ctest.
+# kelmoth_test(NAME SOURCES … LINKS … [LABELS …] [PROPERTIES …]): one GoogleTest program; each of its tests
+# is a ctest. Its main() is Tests/main.cpp.
 function(kelmoth_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;LABELS;PROPERTIES" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE kelmoth_options ${ARG_LINKS} GTest::gmock)
+    target_link_libraries(${name} PRIVATE kelmoth_options kelmoth_test_main ${ARG_LINKS} GTest::gmock)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 120 LABELS "${ARG_LABELS}" ${ARG_PROPERTIES})
 endfunction()

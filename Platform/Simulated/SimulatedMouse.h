@@ -9,8 +9,11 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <functional>
+#include <initializer_list>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <span>
@@ -37,7 +40,11 @@ struct SimulatedModel {
     static std::vector<std::string> names();
 };
 
-/// Something that goes wrong on the wire.
+class SimulatedFirmware;
+
+/// Something that goes wrong on the wire. `failedTransfer` and `unplug` look at every transfer, `noAnswer`
+/// and `rejected` at requests only, `notReady`, `otherCommand` and `shortRead` at reads only, `denied` at
+/// attempts to open the mouse only. A read belongs to the last request that reached the mouse.
 struct SimulatedFault {
     enum class Kind {
         noAnswer,       ///< the request is swallowed: reads give the previous answer, if any
@@ -50,12 +57,12 @@ struct SimulatedFault {
         denied,         ///< opening is refused with EACCES for as long as the fault lasts
     };
     Kind kind = Kind::noAnswer;
-    std::optional<std::uint8_t> commandClass; ///< only requests of this class; any when absent
-    std::optional<std::uint8_t> commandID;    ///< only requests with this id; any when absent
-    int skip = 0;                             ///< how many matching transfers go well first
-    int times = 1;                            ///< how many it then hits; negative: all
-    std::uint8_t status = 0x03;
-    int error = 0;                            ///< errno
+    std::optional<std::uint8_t> commandClass = std::nullopt; ///< only requests of this class; any when absent
+    std::optional<std::uint8_t> commandID = std::nullopt;    ///< only requests with this id; any when absent
+    int skip = 0;                                            ///< how many matching transfers go well first
+    int times = 1;                                           ///< how many it then hits; negative: all
+    std::uint8_t status = 0x03;                              ///< of `rejected`
+    int error = 0;                                           ///< of `failedTransfer`: errno; EIO when 0
 };
 
 /// A whole mouse, seen from the wire: it takes 90-byte reports, checks them as the firmware does, keeps the
@@ -66,6 +73,9 @@ public:
     using Clock = std::function<std::chrono::microseconds()>;
 
     SimulatedMouse(SimulatedModel model, Clock clock);
+    ~SimulatedMouse();
+    SimulatedMouse(const SimulatedMouse &) = delete;
+    SimulatedMouse &operator=(const SimulatedMouse &) = delete;
 
     const SimulatedModel &model() const { return m_model; }
 
@@ -76,20 +86,27 @@ public:
     /// on an interface without such a report or for a wrong length, ENODEV when unplugged.
     int setReport(std::uint16_t wIndex, std::span<const std::uint8_t> report);
 
-    /// HID GET_REPORT of feature report 0 into `buffer`.
+    /// HID GET_REPORT of feature report 0 into `buffer`: the answer to the last request that was answered.
+    /// All zero before the first; the request with status 0x01 until its answer is ready.
     FeatureReportRead getReport(std::uint16_t wIndex, std::span<std::uint8_t> buffer);
 
     /// 0, or the errno with which opening the mouse is refused now.
     int openStatus();
 
-    /// Adds a fault; those added first are looked at first.
+    /// Adds a fault; those added first are looked at first, and a transfer meets at most one.
     void addFault(SimulatedFault fault);
     void clearFaults();
 
     bool isAttached() const;
+    /// Counts the attaches: 1 at first, one more at each replug. What was opened in one attach is gone for
+    /// good in the next.
+    int attachment() const;
+    /// From now on every transfer fails with ENODEV. Nothing when already pulled out.
     void unplug();
+    /// Puts the mouse back: it keeps its settings, not its last answer. Nothing when already attached.
     void replug();
-    /// Called, on the thread of the change, whenever the mouse is pulled out or put back.
+    /// Called, on the thread of the change, whenever the mouse is pulled out or put back. The mouse may be
+    /// used from within it.
     void setAttachmentCallback(std::function<void(bool attached)> callback);
 
     /// One transfer as it went over the wire.
@@ -99,7 +116,7 @@ public:
         std::vector<std::uint8_t> bytes; ///< the report sent, or the bytes given back
         int status = 0;
     };
-    /// Every transfer so far, oldest first, and forgets them.
+    /// Every transfer so far (of very many the newest ten thousand), oldest first, and forgets them.
     std::vector<Transfer> takeTransfers();
 
     /// What the mouse holds. Layer false is the normal one, true hypershift.
@@ -118,11 +135,44 @@ public:
         std::uint8_t battery = 0; ///< raw charge, 0 to 255
         bool isCharging = false;
     };
+    /// The state at this moment: the charge drifts with the clock.
     State state() const;
+    /// Takes any values: a mouse may hold what it should not. A button or light that is left out is one that
+    /// the mouse does not have.
     void setState(State state);
 
 private:
-    // The implementer's.
+    using Report = std::array<std::uint8_t, 90>;
+
+    /// A request and what the mouse has to say to it.
+    struct Exchange {
+        Report request;
+        Report answer;
+        std::chrono::microseconds readyAt;
+    };
+
+    std::optional<SimulatedFault> nextFault(std::initializer_list<SimulatedFault::Kind> kinds,
+                                            const std::optional<Report> &request);
+    int fail(const SimulatedFault &fault);
+    bool stalls(std::uint16_t wIndex) const;
+    int takeRequest(std::uint16_t wIndex, std::span<const std::uint8_t> report);
+    FeatureReportRead giveAnswer(std::uint16_t wIndex, std::span<std::uint8_t> buffer);
+    Report currentAnswer() const;
+    void detach();
+    void record(Transfer transfer);
+    void finish(std::unique_lock<std::mutex> lock, bool wasAttached);
+
+    const SimulatedModel m_model;
+    const Clock m_clock;
+    mutable std::mutex m_mutex; ///< guards all that follows
+    std::unique_ptr<SimulatedFirmware> m_firmware;
+    std::optional<Report> m_lastRequest; ///< as it reached the mouse, heard or not
+    std::optional<Exchange> m_exchange;
+    std::vector<SimulatedFault> m_faults;
+    std::deque<Transfer> m_transfers;
+    std::function<void(bool)> m_attachmentCallback;
+    bool m_isAttached = true;
+    int m_attachment = 1;
 };
 
 } // namespace kelmoth

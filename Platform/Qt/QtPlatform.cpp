@@ -1,0 +1,36 @@
+#include "Platform/Qt/QtPlatform.h"
+
+#include "Platform/Platform.h"
+#include "Platform/Qt/ResourceBundle.h"
+#include "Platform/Qt/SettingsUserDefaults.h"
+
+#include <QStandardPaths>
+
+namespace kelmoth {
+
+namespace {
+
+const auto bundleIdentifier = QStringLiteral("com.kelmoth.app");
+
+} // namespace
+
+std::shared_ptr<UserDefaults> settingsUserDefaults()
+{
+    const auto directory = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return std::make_shared<SettingsUserDefaults>(directory + QLatin1Char('/') + bundleIdentifier +
+                                                  QStringLiteral("/defaults.ini"));
+}
+
+std::shared_ptr<const Bundle> resourceMainBundle()
+{
+    return std::make_shared<ResourceBundle>(bundleIdentifier, QStringLiteral(KELMOTH_VERSION),
+                                            QStringLiteral(":/kelmoth"));
+}
+
+void fillQtPlatform(Platform &platform)
+{
+    platform.userDefaults = settingsUserDefaults();
+    platform.mainBundle = resourceMainBundle();
+}
+
+} // namespace kelmoth

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Core/HID/HIDMonitor.h"
+#include "Platform/Simulated/SimulatedPlatform.h"
+#include "Tests/Core/RecordedLog.h"
+#include "Tests/Simulated/ManualTime.h"
+
+#include <QCoroTask>
+#include <QEventLoop>
+#include <gmock/gmock.h>
+
+#include <string_view>
+
+namespace kelmoth {
+
+/// A monitor on simulated mice, in a time that nobody has to wait for.
+class SimulatedMouseTest : public testing::Test {
+protected:
+    ~SimulatedMouseTest() override
+    {
+        monitor.reset();
+        Platform::setCurrent({});
+    }
+
+    /// Plugs a mouse in and starts to watch; the battery's first reading has then ended.
+    void plugIn(std::string_view model)
+    {
+        mouse = std::make_shared<SimulatedMouse>(*SimulatedModel::named(model), time->clock());
+        watch();
+        settle();
+    }
+
+    /// Starts to watch a machine with the mouse.
+    void watch()
+    {
+        const auto machine = simulatedMachine({mouse});
+        Platform platform;
+        platform.log = log;
+        platform.sleeper = time;
+        platform.hid = machine.hid;
+        platform.usb = machine.usb;
+        monitor = std::make_unique<HIDMonitor>(platform);
+        monitor->startMonitoring();
+    }
+
+    /// Lets everything that was asked of the mouse so far, and what follows from it, come to its end.
+    void settle()
+    {
+        for (int round = 0; round < 3; ++round) {
+            (void)send(command::prepareLiftOff{}); // waits its turn behind all that is queued now
+        }
+        mouse->takeTransfers();
+        time->takePauses();
+        log->takeLines();
+    }
+
+    RazerDevice device() const { return monitor->connectedDevices().front(); }
+
+    std::optional<Data> send(RazerCommand command)
+    {
+        return QCoro::waitFor(monitor->send(std::move(command), device()));
+    }
+
+    /// How many requests the mouse was sent, or was to be sent, since the last look.
+    std::ptrdiff_t takeAttempts()
+    {
+        return std::ranges::count(mouse->takeTransfers(), true, &SimulatedMouse::Transfer::isSet);
+    }
+
+    std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();
+    std::shared_ptr<RecordedLog> log = RecordedLog::install();
+    std::shared_ptr<SimulatedMouse> mouse;
+    std::unique_ptr<HIDMonitor> monitor;
+};
+
+} // namespace kelmoth
