@@ -44,16 +44,13 @@ std::string indentedLines(const std::vector<std::string> &words)
 }
 
 /// "0x00aa" or "170"; none for anything that is not one 16-bit number.
-std::optional<std::uint16_t> productIDFromText(std::string_view text)
+std::optional<std::uint16_t> productIDFromText(const std::string &text)
 {
-    int base = 10;
-    if (text.starts_with("0x") || text.starts_with("0X")) {
-        text.remove_prefix(2);
-        base = 16;
-    }
+    const bool isHex = text.starts_with("0x") || text.starts_with("0X");
+    const char *begin = text.c_str() + (isHex ? 2 : 0);
+    const char *end = text.c_str() + text.size();
     std::uint16_t value = 0;
-    const auto *end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, value, base);
+    const auto result = std::from_chars(begin, end, value, isHex ? 16 : 10);
     if (result.ec != std::errc{} || result.ptr != end) {
         return std::nullopt;
     }

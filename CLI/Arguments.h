@@ -11,10 +11,14 @@ namespace kelmoth {
 
 /// What every command is told.
 struct Options {
-    bool json = false;                        ///< print for programs
-    bool verbose = false;                     ///< show diagnostic lines as they come
-    std::optional<std::string> simulate = {}; ///< list of simulated models, unchecked; absent: the real mice
-    std::optional<std::uint16_t> productID = {}; ///< only mice with this product ID; any when absent
+    /// Print for programs.
+    bool json = false;
+    /// Show diagnostic lines as they come.
+    bool verbose = false;
+    /// List of simulated models, unchecked; the real mice when absent.
+    std::optional<std::string> simulate = std::nullopt;
+    /// Only mice with this product ID; any when absent.
+    std::optional<std::uint16_t> productID = std::nullopt;
 };
 
 /// A command line that makes sense: the command holds its own options.

@@ -1,6 +1,7 @@
 #include "CLI/DoctorReport.h"
 
 #include "CLI/Table.h"
+#include "Core/Device/RawValues.h"
 #include "Core/Device/RazerDevice.h"
 #include "Core/HID/RazerProtocol.h"
 
@@ -12,6 +13,13 @@
 #include <system_error>
 
 namespace kelmoth {
+
+template <> struct RawValues<DoctorProblem::Kind> {
+    static constexpr std::array table{
+        std::string_view{"noDevice"},   std::string_view{"noHIDNode"},    std::string_view{"noAccess"},
+        std::string_view{"nodeFailed"}, std::string_view{"rulesMissing"}, std::string_view{"bluetooth"},
+    };
+};
 
 namespace {
 
@@ -106,25 +114,6 @@ std::string_view verdictText(ExitStatus status)
     }
 }
 
-std::string_view kindName(DoctorProblem::Kind kind)
-{
-    switch (kind) {
-    case DoctorProblem::Kind::noDevice:
-        return "noDevice";
-    case DoctorProblem::Kind::noHIDNode:
-        return "noHIDNode";
-    case DoctorProblem::Kind::noAccess:
-        return "noAccess";
-    case DoctorProblem::Kind::nodeFailed:
-        return "nodeFailed";
-    case DoctorProblem::Kind::rulesMissing:
-        return "rulesMissing";
-    case DoctorProblem::Kind::bluetooth:
-        return "bluetooth";
-    }
-    return {};
-}
-
 /// A value that may be missing, as JSON has it.
 template <class Value> nlohmann::ordered_json orNull(const std::optional<Value> &value)
 {
@@ -208,7 +197,7 @@ nlohmann::ordered_json examinationJSON(const Examination &examination)
     json["problems"] = nlohmann::ordered_json::array();
     for (const auto &problem : examination.problems) {
         json["problems"].push_back(
-            {{"kind", kindName(problem.kind)}, {"what", problem.what}, {"remedy", problem.remedy}});
+            {{"kind", rawValue(problem.kind)}, {"what", problem.what}, {"remedy", problem.remedy}});
     }
     return json;
 }

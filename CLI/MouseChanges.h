@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Device/RawValues.h"
 #include "Core/Device/RazerDevice.h"
 
 #include <vector>
@@ -11,6 +12,14 @@ struct MouseChange {
     enum class Kind { attached, detached, battery };
     Kind kind;
     RazerDevice device; ///< as it is now; one that is detached as it last was
+};
+
+template <> struct RawValues<MouseChange::Kind> {
+    static constexpr std::array table{
+        std::string_view{"attached"},
+        std::string_view{"detached"},
+        std::string_view{"battery"},
+    };
 };
 
 /// What leads from one device list to a later one: first the mice that have gone, then, in list order, those

@@ -3,47 +3,31 @@
 #include "CLI/MouseChanges.h"
 #include "CLI/MouseSummary.h"
 
+#include <array>
 #include <sys/stat.h>
 
 namespace kelmoth {
 
 namespace {
 
-std::string_view kindName(MouseChange::Kind kind)
-{
-    switch (kind) {
-    case MouseChange::Kind::attached:
-        return "attached";
-    case MouseChange::Kind::detached:
-        return "detached";
-    case MouseChange::Kind::battery:
-        break;
-    }
-    return "battery";
-}
-
 nlohmann::ordered_json changeJSON(const MouseChange &change, const std::string &path)
 {
     nlohmann::ordered_json json;
-    json["event"] = kindName(change.kind);
+    json["event"] = rawValue(change.kind);
     json.update(mouseJSON(change.device, path));
     return json;
 }
 
 std::string changeLine(const MouseChange &change, const Terminal &terminal)
 {
+    static constexpr std::array styles{Style::good, Style::bad, Style::heading};
     const auto &device = change.device;
-    const auto name = terminal.styled(device.name(), Style::plain);
-    switch (change.kind) {
-    case MouseChange::Kind::attached:
-    case MouseChange::Kind::detached:
-        return terminal.styled(kindName(change.kind),
-                               change.kind == MouseChange::Kind::attached ? Style::good : Style::bad) +
-               ' ' + name + " (" + productIDText(device.productID) + ", " + device.connectionLabel() + ")\n";
-    case MouseChange::Kind::battery:
-        break;
+    auto line = terminal.styled(rawValue(change.kind), styles[static_cast<std::size_t>(change.kind)]) + ' ' +
+                terminal.styled(device.name(), Style::plain);
+    if (change.kind == MouseChange::Kind::battery) {
+        return line + ' ' + batteryText(device) + '\n';
     }
-    return terminal.styled("battery", Style::heading) + ' ' + name + ' ' + batteryText(device) + '\n';
+    return line + " (" + productIDText(device.productID) + ", " + device.connectionLabel() + ")\n";
 }
 
 bool isPipe(int descriptor)

@@ -15,19 +15,10 @@ constexpr std::size_t indent = 2;
 
 const Table::Cell noAnswer{"no answer", Style::warning};
 
-std::string_view zoneName(RGBZone zone)
+std::string zoneName(RGBZone zone)
 {
-    switch (zone) {
-    case RGBZone::scrollWheel:
-        return "Scroll Wheel";
-    case RGBZone::logo:
-        return "Logo";
-    case RGBZone::underglow:
-        return "Underglow";
-    case RGBZone::dpiLight:
-        return "DPI Light";
-    }
-    return {};
+    static constexpr std::array names{"Scroll Wheel", "Logo", "Underglow", "DPI Light"};
+    return names[static_cast<std::size_t>(zone)];
 }
 
 bool hasColor(RGBEffect effect)
@@ -90,13 +81,13 @@ std::string renderLighting(const MouseSummary &mouse, const DeviceState &state, 
     for (const auto zone : mouse.device.capabilities().rgbZones) {
         const auto entry = state.rgbSettings.find(zone);
         if (entry == state.rgbSettings.end()) {
-            table.addRow({{std::string(zoneName(zone))}, noAnswer});
+            table.addRow({{zoneName(zone)}, noAnswer});
             continue;
         }
         const auto &setting = entry->second;
         const auto percent = std::lround(setting.brightness * 100);
         const bool isColored = hasColor(setting.effect);
-        table.addRow({{std::string(zoneName(zone))},
+        table.addRow({{zoneName(zone)},
                       {std::string(rawValue(setting.effect))},
                       {isColored ? hexText(setting.color) : "", Style::plain, false,
                        isColored ? std::optional(setting.color) : std::nullopt},

@@ -1,10 +1,12 @@
 #include "CLI/Session.h"
 
+#include <utility>
+
 namespace kelmoth {
 
-Session::Session(Options options, const Platform &platform, Output *output)
+Session::Session(Options options, Platform platform, Output *output)
     : m_options(std::move(options)),
-      m_platform(platform),
+      m_platform(std::move(platform)),
       m_output(output),
       m_terminal(Terminal::detect(output->standardOutput()))
 {

@@ -14,7 +14,7 @@ namespace kelmoth {
 class Session {
 public:
     /// `output` outlives the session.
-    Session(Options options, const Platform &platform, Output *output);
+    Session(Options options, Platform platform, Output *output);
 
     const Options &options() const { return m_options; }
     Output &output() const { return *m_output; }

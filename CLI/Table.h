@@ -15,7 +15,7 @@ public:
         std::string text; ///< UTF-8, from anywhere: it is made harmless when rendered
         Style style = Style::plain;
         bool alignRight = false;
-        std::optional<RGBColor> swatch = {}; ///< shown before the text, on a terminal that can
+        std::optional<RGBColor> swatch = std::nullopt; ///< shown before the text, on a terminal that can
     };
 
     void addRow(std::vector<Cell> cells) { m_rows.push_back(std::move(cells)); }

@@ -22,21 +22,8 @@ std::string_view environment(const char *name)
 
 std::string_view sequence(Style style)
 {
-    switch (style) {
-    case Style::plain:
-        break;
-    case Style::heading:
-        return "\x1b[1m";
-    case Style::faint:
-        return "\x1b[2m";
-    case Style::good:
-        return "\x1b[32m";
-    case Style::bad:
-        return "\x1b[31m";
-    case Style::warning:
-        return "\x1b[33m";
-    }
-    return {};
+    static constexpr std::array sequences{"", "\x1b[1m", "\x1b[32m", "\x1b[31m", "\x1b[33m"};
+    return sequences[static_cast<std::size_t>(style)];
 }
 
 constexpr std::string_view reset = "\x1b[0m";

@@ -8,7 +8,7 @@
 namespace kelmoth {
 
 /// How a piece of text is shown where colour is wanted.
-enum class Style { plain, heading, faint, good, bad, warning };
+enum class Style { plain, heading, good, bad, warning };
 
 /// What standard output can show. A plain value.
 struct Terminal {

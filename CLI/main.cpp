@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 
+#include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <system_error>
@@ -42,9 +43,9 @@ ExitStatus runCommand(const Invocation &invocation, Output &output)
     const auto diagnostics = std::make_shared<DiagnosticLog>(STDERR_FILENO, invocation.options.verbose);
     qInstallMessageHandler(forwardQtMessage);
     int argc = 1;
-    char name[] = "kelmothctl";
-    char *argv[] = {name, nullptr};
-    const QCoreApplication application(argc, argv);
+    std::string name = "kelmothctl";
+    std::array<char *, 2> argv{name.data(), nullptr};
+    const QCoreApplication application(argc, argv.data());
 
     std::string failure;
     const auto platform = composePlatform(invocation.options, diagnostics, &failure);
