@@ -1,5 +1,6 @@
 #include "CLI/Arguments.h"
 
+#include "CLI/Words.h"
 #include "Platform/Qt/QtPlatform.h"
 #include "Platform/Simulated/SimulatedMouse.h"
 
@@ -23,16 +24,6 @@ Examples:
   kelmothctl --simulate basilisk-v3-pro-wired read
 
 "kelmothctl COMMAND --help" says more about a command.)";
-
-template <class Words> std::string joined(const Words &words)
-{
-    std::string text;
-    for (const auto &word : words) {
-        text += text.empty() ? "" : ", ";
-        text += word;
-    }
-    return text;
-}
 
 std::string indentedLines(const std::vector<std::string> &words)
 {

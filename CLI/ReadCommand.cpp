@@ -4,6 +4,7 @@
 #include "CLI/MouseSummary.h"
 #include "CLI/ReadReport.h"
 #include "CLI/Session.h"
+#include "CLI/Words.h"
 #include "Core/Device/DeviceDefaults.h"
 #include "Core/HID/DeviceReader.h"
 
@@ -23,15 +24,6 @@ DeviceState unreadState(const RazerDevice &device)
     state.rgbSettings.clear();
     state.buttonMappings.clear();
     return state;
-}
-
-std::string listed(const std::vector<std::string> &words)
-{
-    std::string text;
-    for (const auto &word : words) {
-        text += (text.empty() ? "" : ", ") + word;
-    }
-    return text;
 }
 
 } // namespace
@@ -79,7 +71,7 @@ QCoro::Task<ExitStatus> ReadCommand::run(Session *session)
         output.print(renderReading(mouse, reading, session->terminal()));
     }
     if (!reading.unanswered.empty()) {
-        output.complain("the mouse did not answer for " + listed(reading.unanswered));
+        output.complain("the mouse did not answer for " + joined(reading.unanswered));
         co_return ExitStatus::failed;
     }
     co_return ExitStatus::done;
