@@ -126,15 +126,12 @@ TEST(SimulatedMouseFaults, aPluggedBackMouseKeepsItsSettingsButNotItsAnswer)
 TEST(SimulatedMouseFaults, everyTransferIsRecorded)
 {
     MouseOnTheBench bench{"basilisk-v3"};
-    const auto request = RazerProtocol::createReport(command::getDPIStages{}, bench.device);
-    const auto answer = bench.ask(request);
+    const auto answer = bench.ask(command::getDPIStages{});
     bench.mouse->setReport(0, Data(7));
     const auto transfers = bench.mouse->takeTransfers();
     ASSERT_EQ(transfers.size(), 3u);
-    EXPECT_TRUE(transfers[0].isSet);
+    EXPECT_TRUE(transfers[0].isSet && !transfers[1].isSet && transfers[2].isSet);
     EXPECT_EQ(transfers[0].wIndex, 3);
-    EXPECT_EQ(transfers[0].bytes, request);
-    EXPECT_FALSE(transfers[1].isSet);
     EXPECT_EQ(transfers[1].bytes, answer);
     EXPECT_EQ(transfers[2].status, EPIPE);
     EXPECT_TRUE(bench.mouse->takeTransfers().empty());

@@ -106,18 +106,20 @@ TEST(SimulatedPlatform, announcesPlugsOnTheMainThread)
     EXPECT_THAT(announcements.take(), IsEmpty());
 }
 
-TEST(SimulatedPlatform, aCallbackMayEndItsManagerAndTheMachine)
+TEST(SimulatedPlatform, aCallbackMayEndEverything)
 {
     MouseOnTheBench bench{"basilisk-v3"};
     auto machine = std::make_unique<SimulatedMachine>(simulatedMachine({bench.mouse}));
-    auto manager = machine->hid->createManager();
+    std::array managers{machine->hid->createManager(), machine->hid->createManager()};
     int count = 0;
-    manager->registerDeviceRemovalCallback([&](const auto &) {
-        ++count;
-        manager.reset();
-        machine.reset();
-    });
-    manager->open();
+    for (auto &manager : managers) {
+        manager->registerDeviceRemovalCallback([&](const auto &) {
+            ++count;
+            managers = {};
+            machine.reset();
+        });
+        manager->open();
+    }
     bench.mouse->unplug();
     QCoreApplication::processEvents();
     EXPECT_EQ(count, 1);
@@ -137,6 +139,7 @@ TEST(SimulatedPlatform, whatWasOpenBeforeAnUnplugStaysDead)
     Data report(90);
     EXPECT_EQ(usb->deviceRequest({0x21, 0x09, 0x0300, 0, report}), 0);
     bench.mouse->unplug();
+    EXPECT_THAT(machine.usb->matchingDevices(0x1532, 0x00AC).devices, IsEmpty());
     bench.mouse->replug();
     EXPECT_EQ(old->beginExchange(), ENODEV);
     EXPECT_EQ(old->probeAccess(), ENODEV);
