@@ -95,9 +95,13 @@ std::string renderFacts(const Examination &examination, const Terminal &terminal
 std::string renderProblems(const Examination &examination, const Terminal &terminal)
 {
     std::string text;
-    for (const auto &problem : examination.problems) {
-        text += terminal.styled(problem.what, Style::warning) + '\n';
-        text += std::string(indent, ' ') + terminal.styled(problem.remedy, Style::plain) + '\n';
+    const auto &problems = examination.problems;
+    for (auto problem = problems.begin(); problem != problems.end(); ++problem) {
+        text += terminal.styled(problem->what, Style::warning) + '\n';
+        // Several nodes often have one remedy in common.
+        if (const auto next = problem + 1; next == problems.end() || next->remedy != problem->remedy) {
+            text += std::string(indent, ' ') + terminal.styled(problem->remedy, Style::plain) + '\n';
+        }
     }
     return text.empty() ? text : text + '\n';
 }

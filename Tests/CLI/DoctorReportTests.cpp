@@ -63,13 +63,13 @@ TEST(DoctorReportTest, ShowsFactsProblemsAndRemediesHarmlessly)
     Examination examination;
     examination.usbDevices.emplace_back().node = "/dev/bus/usb/001/004";
     examination.hidNodes = {node};
-    examination.problems = {
-        {DoctorProblem::Kind::rulesMissing, "The udev rule is not installed.", "Install it."}};
+    examination.problems = {{DoctorProblem::Kind::noAccess, "One is refused.", "Install it."},
+                            {DoctorProblem::Kind::rulesMissing, "The rule is missing.", "Install it."}};
     const auto text = renderExamination(examination, {});
     EXPECT_THAT(text, AllOf(HasSubstr("/dev/bus/usb/001/004"), HasSubstr("/dev/hidraw3"),
                             HasSubstr("interface 3, takes commands"), HasSubstr("no permission"),
                             HasSubstr("udev rule: not installed"),
-                            HasSubstr("The udev rule is not installed.\n  Install it.\n"),
+                            HasSubstr("One is refused.\nThe rule is missing.\n  Install it.\n"),
                             HasSubstr("you may not open it"), Not(HasSubstr("\x1b")),
                             Not(HasSubstr("\nA mouse can"))));
 
@@ -77,7 +77,7 @@ TEST(DoctorReportTest, ShowsFactsProblemsAndRemediesHarmlessly)
     EXPECT_EQ(json["hidNodes"][0]["name"], *node.name);
     EXPECT_EQ(json["hidNodes"][0]["takesCommands"], true);
     EXPECT_EQ(json["rulesFile"], nullptr);
-    EXPECT_EQ(json["problems"][0]["kind"], "rulesMissing");
+    EXPECT_EQ(json["problems"][1]["kind"], "rulesMissing");
 }
 
 } // namespace
