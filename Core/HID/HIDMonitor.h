@@ -27,7 +27,7 @@ public:
     /// application object.
     static HIDMonitor &shared();
 
-    explicit HIDMonitor(const Platform &platform, QObject *parent = nullptr);
+    explicit HIDMonitor(Platform platform, QObject *parent = nullptr);
     /// Waits for the transfer under way.
     ~HIDMonitor() override;
 

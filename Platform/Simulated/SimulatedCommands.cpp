@@ -156,7 +156,7 @@ SimulatedFirmware::Status SimulatedFirmware::setLiftOff(Report &report)
     return Status::accepted;
 }
 
-SimulatedFirmware::Status SimulatedFirmware::getLiftOff(Report &report)
+SimulatedFirmware::Status SimulatedFirmware::getLiftOff(Report &report) const
 {
     if (report[8] != 0x00 || report[9] != liftOffItem || !restIsZero(report, 10)) {
         return Status::failed;
