@@ -156,7 +156,8 @@ SimulatedFirmware::Status SimulatedFirmware::setLiftOff(Report &report)
     return Status::accepted;
 }
 
-SimulatedFirmware::Status SimulatedFirmware::getLiftOff(Report &report) const
+// NOLINTNEXTLINE(readability-make-member-function-const): one handler among others
+SimulatedFirmware::Status SimulatedFirmware::getLiftOff(Report &report)
 {
     if (report[8] != 0x00 || report[9] != liftOffItem || !restIsZero(report, 10)) {
         return Status::failed;

@@ -64,7 +64,7 @@ private:
     Status getBrightness(Report &report);
     Status prepareLiftOff(Report &report);
     Status setLiftOff(Report &report);
-    Status getLiftOff(Report &report) const;
+    Status getLiftOff(Report &report);
     Status getBatteryLevel(Report &report);
     Status getChargingStatus(Report &report);
     Status setButtonMapping(Report &report);
