@@ -50,7 +50,7 @@ QCoro::Task<ExitStatus> ReadCommand::run(Session *session)
     const RazerDevice device = mice.front().device;
 
     const BatteryReadings battery(monitor, mice);
-    auto reading = co_await readDevice(monitor, device, unreadState(device), true);
+    auto reading = co_await readDevice(&monitor, device, unreadState(device), true);
     co_await battery.finished();
     mice = relisted(std::move(mice), monitor);
     if (mice.empty()) {
