@@ -26,6 +26,10 @@ public:
     /// caller could do about it.
     virtual void setInteger(std::string_view key, std::int64_t value) = 0;
     virtual void setData(std::string_view key, std::string data) = 0;
+
+    /// Waits until what was set has reached the disk, some seconds at most: for a program that is about to
+    /// end.
+    virtual void flush() = 0;
 };
 
 } // namespace kelmoth

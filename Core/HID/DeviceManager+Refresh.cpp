@@ -2,7 +2,6 @@
 
 #include "Core/HID/DeviceManager.h"
 #include "Core/HID/DeviceManagerSections.h"
-#include "Core/HID/DeviceReader.h"
 
 namespace kelmoth {
 
@@ -18,12 +17,13 @@ QCoro::Task<void> DeviceManager::refreshFromDevice(bool full)
     }
     const QPointer<DeviceManager> self(this);
     const SyncingSection syncing(this);
-    DeviceReading reading = co_await readDevice(*m_hidMonitor, *device, m_deviceState, full);
+    DeviceReading reading = co_await readDevice(m_hidMonitor, *device, m_deviceState, full);
     if (!self || !isCurrent(*device)) {
         co_return;
     }
     if (full) {
         m_unanswered = std::move(reading.unanswered);
+        m_isAnswering = reading.anyAnswer;
         setLiftOffLevel(reading.liftOffLevel);
     }
     setDeviceState(std::move(reading.state));

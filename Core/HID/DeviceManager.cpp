@@ -50,6 +50,8 @@ void DeviceManager::takeDevices(const std::vector<RazerDevice> &devices)
     }
     setDeviceState(m_savedSettings.stateForDevice(*m_connectedDevice));
     setLiftOffLevel(std::nullopt);
+    m_unanswered = {};
+    m_isAnswering = false;
     startFullRefresh();
 }
 

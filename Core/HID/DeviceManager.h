@@ -2,6 +2,7 @@
 
 #include "Core/Device/DeviceState.h"
 #include "Core/Device/RazerDevice.h"
+#include "Core/HID/DeviceReader.h"
 #include "Core/HID/HIDMonitor.h"
 #include "Core/HID/SavedSettings.h"
 #include "Core/Services/ToastManager.h"
@@ -56,8 +57,11 @@ public:
     /// Whether the mouse is being read.
     bool isSyncing() const { return m_isSyncing; }
 
-    /// What the last full read asked and was not answered, in words. Empty before the first.
-    const std::vector<std::string> &unanswered() const { return m_unanswered; }
+    /// What the last full read of the chosen mouse asked and was not answered. Empty before the first.
+    const UnansweredItems &unanswered() const { return m_unanswered; }
+
+    /// Whether the last full read of the chosen mouse was answered at all.
+    bool isAnswering() const { return m_isAnswering; }
 
     /// The device to configure: the first that can be, else the first at all; none for an empty list.
     static std::optional<RazerDevice> preferredDevice(std::span<const RazerDevice> devices);
@@ -125,7 +129,8 @@ private:
     bool m_isSyncing = false;
     bool m_pendingFullRefresh = false; ///< a full read was asked for while the manager was busy
     bool m_isWriting = false;
-    std::vector<std::string> m_unanswered;
+    UnansweredItems m_unanswered;
+    bool m_isAnswering = false;
     QPointer<HIDMonitor> m_hidMonitor;
     QPointer<ToastManager> m_toastManager;
     SavedSettings m_savedSettings;

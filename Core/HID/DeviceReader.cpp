@@ -16,8 +16,8 @@ namespace {
 /// `readDevice`, in whose frame it lives.
 class Reader {
 public:
-    Reader(HIDMonitor &monitor, RazerDevice device, DeviceState base)
-        : m_monitor(&monitor), m_device(std::move(device)), m_capabilities(m_device.capabilities())
+    Reader(HIDMonitor *monitor, RazerDevice device, DeviceState base)
+        : m_monitor(monitor), m_device(std::move(device)), m_capabilities(m_device.capabilities())
     {
         m_reading.state = std::move(base);
     }
@@ -30,7 +30,7 @@ public:
         const std::optional<Data> response = co_await ask(getStages);
         const auto stages = response ? RazerProtocol::parseDPIStages(*response) : std::nullopt;
         if (!stages) {
-            unanswered("DPI stages");
+            m_reading.unanswered.dpiStages = true;
             co_return;
         }
         takeStages(*stages);
@@ -43,7 +43,7 @@ public:
             if (setting) {
                 m_reading.state.rgbSettings[zone] = *setting;
             } else {
-                unanswered("lighting of " + std::string(rawValue(zone)));
+                m_reading.unanswered.zones.insert(zone);
             }
         }
     }
@@ -58,7 +58,7 @@ public:
             if (auto action = response ? RazerProtocol::parseButtonMapping(*response) : std::nullopt) {
                 m_reading.state.buttonMappings.insert_or_assign(button, *std::move(action));
             } else {
-                unanswered("button " + std::string(rawValue(button)));
+                m_reading.unanswered.buttons.insert(button);
             }
         }
     }
@@ -68,9 +68,7 @@ public:
         const RazerCommand getLiftOff = command::getLiftOff{};
         const std::optional<Data> response = co_await ask(getLiftOff);
         m_reading.liftOffLevel = response ? RazerProtocol::parseLiftOff(*response) : std::nullopt;
-        if (!m_reading.liftOffLevel) {
-            unanswered("lift-off distance");
-        }
+        m_reading.unanswered.liftOff = !m_reading.liftOffLevel;
     }
 
 private:
@@ -120,8 +118,6 @@ private:
         state.currentDPIStage = stages.active;
     }
 
-    void unanswered(std::string item) { m_reading.unanswered.push_back(std::move(item)); }
-
     QPointer<HIDMonitor> m_monitor;
     RazerDevice m_device;
     const DeviceCapabilities &m_capabilities;
@@ -130,7 +126,25 @@ private:
 
 } // namespace
 
-QCoro::Task<DeviceReading> readDevice(HIDMonitor &monitor, RazerDevice device, DeviceState base, bool full)
+std::vector<std::string> UnansweredItems::words() const
+{
+    std::vector<std::string> words;
+    if (dpiStages) {
+        words.emplace_back("DPI stages");
+    }
+    for (const auto zone : zones) {
+        words.push_back("lighting of " + std::string(rawValue(zone)));
+    }
+    for (const auto button : buttons) {
+        words.push_back("button " + std::string(rawValue(button)));
+    }
+    if (liftOff) {
+        words.emplace_back("lift-off distance");
+    }
+    return words;
+}
+
+QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base, bool full)
 {
     Reader reader(monitor, std::move(device), std::move(base));
     co_await reader.readStages();

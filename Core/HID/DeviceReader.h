@@ -7,10 +7,26 @@
 #include <QCoroTask>
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace kelmoth {
+
+/// What a mouse was asked and did not usably answer.
+struct UnansweredItems {
+    bool dpiStages = false;
+    std::set<RGBZone> zones;
+    std::set<MouseButton> buttons;
+    bool liftOff = false;
+
+    bool empty() const { return !dpiStages && zones.empty() && buttons.empty() && !liftOff; }
+
+    /// Each in words: "DPI stages", "lighting of logo", "button clutch", "lift-off distance".
+    std::vector<std::string> words() const;
+
+    bool operator==(const UnansweredItems &) const = default;
+};
 
 /// What a mouse said of its settings.
 struct DeviceReading {
@@ -18,8 +34,7 @@ struct DeviceReading {
     DeviceState state;
     /// 0 low, 1 medium, 2 high; none when it was not asked for, not answered or unusable.
     std::optional<Int> liftOffLevel;
-    /// What the mouse was asked and did not usably answer, in words ("DPI stages", "lighting of logo").
-    std::vector<std::string> unanswered;
+    UnansweredItems unanswered;
     /// Whether anything was answered at all.
     bool anyAnswer = false;
 };
@@ -27,6 +42,6 @@ struct DeviceReading {
 /// Reads the settings of a mouse over `base`: the DPI stages, and when `full` also the lighting of each zone,
 /// the action of each button in the normal layer, and the lift-off distance. One command at a time, in that
 /// order; what is not answered keeps its value. Main thread.
-QCoro::Task<DeviceReading> readDevice(HIDMonitor &monitor, RazerDevice device, DeviceState base, bool full);
+QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base, bool full);
 
 } // namespace kelmoth

@@ -78,7 +78,12 @@ SettingsUserDefaults::SettingsUserDefaults(QString path)
 
 SettingsUserDefaults::~SettingsUserDefaults()
 {
-    if (!m_writer->waitForDone(longestWaitAtExit)) {
+    flush();
+}
+
+void SettingsUserDefaults::flush()
+{
+    if (m_writer && !m_writer->waitForDone(longestWaitAtExit)) {
         reportLoss(m_path);
         (void)m_writer.release(); // ends with the process, which must not wait for it any longer
     }
@@ -156,12 +161,16 @@ void SettingsUserDefaults::setData(std::string_view key, std::string data)
 void SettingsUserDefaults::set(std::string_view key, std::string value)
 {
     look(); // what is set from here on stands over what the file holds now
+    m_values[std::string(key)] = value;
+    if (!m_writer) {
+        reportLoss(m_path);
+        return;
+    }
     ++*m_pendingWrites;
     m_writer->start([path = m_path, name = qtText(key), text = qtText(value), pending = m_pendingWrites] {
         write(path, name, text);
         --*pending;
     });
-    m_values[std::string(key)] = std::move(value);
 }
 
 } // namespace kelmoth

@@ -27,6 +27,7 @@ public:
     bool hasObjectForKey(std::string_view key) const override;
     void setInteger(std::string_view key, std::int64_t value) override;
     void setData(std::string_view key, std::string data) override;
+    void flush() override;
 
 private:
     /// A file as it was when it was read; another stamp is another content.

@@ -83,7 +83,7 @@ TEST_F(DeviceManagerTest, ShowsNothingOfAReadBeforeItsEnd)
     mouse().addFault({.kind = Kind::rejected, .commandID = 0x8B});
     QCoro::waitFor(manager->refreshFromDevice(true));
     EXPECT_EQ(manager->liftOffLevel(), std::nullopt);
-    EXPECT_THAT(manager->unanswered(), ElementsAre("lift-off distance"));
+    EXPECT_THAT(manager->unanswered().words(), ElementsAre("lift-off distance"));
 }
 
 TEST_F(DeviceManagerTest, DropsAReadWhoseMouseHasChangedAtAnyWait)

@@ -30,6 +30,8 @@ public:
         values[std::string(key)] = std::move(data);
     }
 
+    void flush() override {}
+
 private:
     template <class T> const T *find(std::string_view key) const
     {

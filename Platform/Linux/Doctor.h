@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelmoth {
+
+/// One interface of a USB device, as the kernel shows it.
+struct USBInterfaceFact {
+    int number = 0;                    ///< bInterfaceNumber
+    std::optional<std::string> driver; ///< kernel driver that holds it; none when no driver does
+    std::optional<std::string> node;   ///< its hidraw node, "/dev/hidraw3"; none when it has none
+};
+
+/// A USB device of the mice's maker.
+struct USBDeviceFact {
+    std::string node; ///< "/dev/bus/usb/001/004"; empty when the system shows none
+    std::uint16_t vendorID = 0;
+    std::uint16_t productID = 0;
+    std::optional<std::string> name; ///< valid UTF-8; may hold control characters
+    int access = 0;                  ///< 0 when this process can open the node for writing, else errno
+    std::vector<USBInterfaceFact> interfaces; ///< by number
+};
+
+/// A hidraw node of the mice's maker.
+struct HIDNodeFact {
+    std::string node;                  ///< "/dev/hidraw3"
+    std::int64_t vendorID = 0;         ///< as the kernel has it: may exceed 16 bits
+    std::int64_t productID = 0;        ///< as the kernel has it: may exceed 16 bits
+    std::optional<std::string> name;   ///< valid UTF-8; may hold control characters
+    std::string transport;             ///< "USB", "Bluetooth" or "Unknown"
+    std::optional<int> interface;      ///< bInterfaceNumber; none without a USB interface
+    std::optional<std::string> driver; ///< kernel driver that holds the HID interface
+    int access = 0;                    ///< 0 when this process can open the node for writing, else errno
+    /// Longest feature report in bytes; none when it has none or its report descriptor is unusable. The
+    /// interface that takes the mouse's commands has at least 90.
+    std::optional<std::int64_t> maxFeatureReportSize;
+};
+
+/// Something that stands between this user and the mouse.
+struct DoctorProblem {
+    enum class Kind {
+        noDevice,     ///< no USB or HID device of the maker is attached
+        noHIDNode,    ///< a USB device has an interface without a hidraw node or without a driver
+        noAccess,     ///< a node cannot be opened: no permission
+        nodeFailed,   ///< a node cannot be opened for another reason
+        rulesMissing, ///< nodes are refused, and the udev rules are not installed
+        bluetooth,    ///< attached over Bluetooth: shown, but not configurable
+    };
+    Kind kind = Kind::noDevice;
+    std::string what;   ///< one English line that names the device or node; may hold text from hardware
+    std::string remedy; ///< one English line: what the user can do
+};
+
+/// What `examine` saw.
+struct Examination {
+    std::vector<USBDeviceFact> usbDevices;
+    std::vector<HIDNodeFact> hidNodes;    ///< by path
+    std::optional<std::string> rulesFile; ///< path of the installed udev rules; none when not installed
+    std::vector<DoctorProblem> problems;  ///< empty: nothing stands in the way
+};
+
+/// Where udev looks for rules, first found wins.
+std::vector<std::string> defaultRulesDirectories();
+
+/// Looks at every USB device and hidraw node of the maker, at the access that this process has to them, and
+/// at the udev rules in `rulesDirectories`. Opens each node once and closes it again; sends nothing to a
+/// mouse. Blocks for some milliseconds; any thread.
+Examination examine(const std::vector<std::string> &rulesDirectories = defaultRulesDirectories());
+
+} // namespace kelmoth

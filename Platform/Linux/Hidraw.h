@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Platform/HID.h"
+#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/Sleeper.h"
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+
+namespace kelmoth {
+
+/// One hidraw node, from one attach of its interface to the end of the object. It is opened when first
+/// needed and stays open. Transfers and exchanges: one thread at a time; `open` and `fail`: any thread.
+class Hidraw final : public ExchangeChannel {
+public:
+    /// Which interface is meant: a node that has vanished may have been given to another device since.
+    struct Identity {
+        std::int64_t vendorID = 0;
+        std::int64_t productID = 0;
+    };
+
+    Hidraw(std::string path, Identity identity, std::shared_ptr<Sleeper> sleeper);
+
+    /// Opens the node unless it is open. 0, or errno; ENODEV when the node is another device's by now. After
+    /// an attach the access right may come a moment later than the node: the first EACCES is tried again for
+    /// some 300 ms, later ones are not, so that a user without permission does not wait for each command.
+    int open();
+
+    /// The device has gone: whatever is asked from now on fails with ENODEV. Never blocks.
+    void fail() { m_hasFailed = true; }
+    bool hasFailed() const { return m_hasFailed; }
+
+    /// As in HIDDevice; the ID byte of the kernel's interface is put in front and taken off here.
+    int setFeatureReport(std::span<const std::uint8_t> report);
+    FeatureReportRead getFeatureReport(std::span<std::uint8_t> buffer);
+
+    int beginExchange() override;
+    void endExchange() override;
+
+private:
+    int tryOpen();
+    int transfer(unsigned long request, void *buffer);
+
+    const std::string m_path;
+    const Identity m_identity;
+    const std::shared_ptr<Sleeper> m_sleeper;
+    std::atomic<bool> m_hasFailed = false;
+    std::mutex m_mutex;    ///< guards what follows; held while opening, which may take 300 ms
+    FileDescriptor m_file; ///< never changes once it is open
+    bool m_waitedForAccess = false;
+};
+
+/// The nodes in use in this process, so that all who talk to one interface share one open file. Any thread.
+class HidrawNodes {
+public:
+    explicit HidrawNodes(std::shared_ptr<Sleeper> sleeper);
+
+    /// The node at `path`; `attach` names this attach of its interface (its path in sysfs).
+    std::shared_ptr<Hidraw> node(const std::string &attach, const std::string &path,
+                                 Hidraw::Identity identity);
+
+private:
+    const std::shared_ptr<Sleeper> m_sleeper;
+    std::mutex m_mutex;
+    std::map<std::string, std::weak_ptr<Hidraw>> m_nodes; ///< by attach
+};
+
+} // namespace kelmoth

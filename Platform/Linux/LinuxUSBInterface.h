@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Platform/Linux/Hidraw.h"
+#include "Platform/Linux/UsbfsInterface.h"
+#include "Platform/Sleeper.h"
+#include "Platform/USB.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace kelmoth {
+
+/// One USB device, whose control requests travel by the way that is open: through libusb where it holds the
+/// interface, else beside the kernel's driver, through the hidraw node of the very interface that the
+/// request names, which puts the same packets on the wire. A kernel driver is never detached: it drives the
+/// user's pointer. Transfer thread.
+class LinuxUSBInterface final : public USBDeviceInterface {
+public:
+    /// Finds the hidraw node of an interface of the device; none while it has none.
+    using HidrawFinder = std::function<std::shared_ptr<Hidraw>(std::uint16_t interfaceNumber)>;
+
+    /// `usbNode` is the device's node in /dev/bus/usb.
+    LinuxUSBInterface(std::string usbNode, HidrawFinder findHidraw, std::shared_ptr<Sleeper> sleeper);
+
+    int open(std::uint16_t interfaceNumber) override;
+    void close() override;
+    /// ENOTSUP for an interface that was not opened, and for a request that a hidraw node cannot carry;
+    /// ENXIO when the interface has no hidraw node.
+    int deviceRequest(const USBControlRequest &request) override;
+    int beginExchange() override;
+    void endExchange() override;
+
+private:
+    std::shared_ptr<Hidraw> hidraw();
+
+    const std::string m_usbNode;
+    const HidrawFinder m_findHidraw;
+    const std::shared_ptr<Sleeper> m_sleeper;
+    std::uint16_t m_interfaceNumber = 0;
+    std::unique_ptr<UsbfsInterface> m_claimed; ///< while libusb holds the interface
+    std::shared_ptr<Hidraw> m_hidraw;          ///< kept until it stops working
+    std::shared_ptr<Hidraw> m_held;            ///< within an exchange: the node that it holds
+};
+
+} // namespace kelmoth

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "Platform/Linux/LinuxHID.h"
+#include "Platform/Linux/LinuxUSB.h"
+#include "Tests/Hardware/MockMouse.h"
+#include "Tests/Simulated/ManualTime.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace kelmoth {
+
+/// Time that lets something happen when someone sleeps.
+class EventfulTime : public ManualTime {
+public:
+    void sleep(std::chrono::microseconds duration) override
+    {
+        ManualTime::sleep(duration);
+        if (onSleep) {
+            onSleep();
+        }
+    }
+
+    std::function<void()> onSleep;
+};
+
+/// The Linux rooms on a machine whose mice are mocked, in a time that nobody has to wait for.
+class HardwareTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!testbed->isEffective()) {
+            GTEST_SKIP() << "not run under umockdev-wrapper";
+        }
+    }
+
+    /// A mouse that is not attached yet.
+    std::unique_ptr<MockMouse> makeMouse(std::string_view model, MockMouseOptions options = {}, int port = 1)
+    {
+        auto mouse = std::make_shared<SimulatedMouse>(SimulatedModel::named(model).value(), time->clock());
+        return std::make_unique<MockMouse>(testbed, std::move(mouse), std::move(options), port);
+    }
+
+    /// The same, attached.
+    std::unique_ptr<MockMouse> attachMouse(std::string_view model, MockMouseOptions options = {})
+    {
+        auto mouse = makeMouse(model, std::move(options));
+        mouse->attach();
+        return mouse;
+    }
+
+    std::vector<std::shared_ptr<HIDDevice>> copyDevices() { return hid->createManager()->copyDevices(); }
+
+    /// The HID device of a node; none when it is not listed.
+    std::shared_ptr<HIDDevice> hidDevice(const std::string &node)
+    {
+        for (const auto &device : copyDevices()) {
+            if (device->path() == node) {
+                return device;
+            }
+        }
+        return nullptr;
+    }
+
+    /// Runs the event loop until something is so; false when that takes unreasonably long.
+    template <class Condition> static bool waitUntil(Condition condition)
+    {
+        const QDeadlineTimer deadline(std::chrono::seconds{20});
+        QEventLoop loop;
+        while (!condition() && !deadline.hasExpired()) {
+            loop.processEvents(QEventLoop::WaitForMoreEvents, 100);
+        }
+        return condition();
+    }
+
+    std::shared_ptr<MockTestbed> testbed = std::make_shared<MockTestbed>();
+    std::shared_ptr<EventfulTime> time = std::make_shared<EventfulTime>();
+    std::shared_ptr<HidrawNodes> nodes = std::make_shared<HidrawNodes>(time);
+    std::shared_ptr<LinuxHIDService> hid = std::make_shared<LinuxHIDService>(nodes);
+    std::shared_ptr<LinuxUSBService> usb = std::make_shared<LinuxUSBService>(nodes, time);
+};
+
+} // namespace kelmoth
