@@ -8,19 +8,19 @@
 
 #include <algorithm>
 #include <charconv>
-#include <ranges>
 
 namespace kelmoth {
 
 namespace {
 
 constexpr const char *description =
-    "Shows what the mice of the Razer Basilisk V3 family say about themselves.";
+    "Shows and changes the settings of the mice of the Razer Basilisk V3 family.";
 
 constexpr const char *examples = R"(
 Examples:
   kelmothctl list
   kelmothctl read --product 0x00aa
+  kelmothctl set dpi 1600
   kelmothctl --simulate basilisk-v3-pro-wired read
 
 "kelmothctl COMMAND --help" says more about a command.)";
@@ -71,19 +71,36 @@ void declareOptions(CLI::App &app, Options &options)
     app.add_flag("-v,--verbose", options.verbose, "Show diagnostic lines on standard error");
 }
 
-std::string commandNames(const Commands &commands)
+/// What is wrong with a line in which no word follows `verb` that it knows; `line` is the whole.
+UsageError missingWord(const CLI::App &verb, const CLI::App &line)
 {
-    return joined(commands | std::views::transform([](const auto &command) { return command->name(); }));
-}
-
-UsageError missingCommand(const CLI::App &app, const Commands &commands)
-{
-    const auto words = app.remaining();
+    const std::string before = &verb == &line ? "" : verb.get_name() + ' ';
+    std::string known;
+    for (const auto *word : verb.get_subcommands([](const auto *) { return true; })) {
+        known += (known.empty() ? "" : ", ") + before + word->get_name();
+    }
+    const auto words = line.remaining();
     const auto word = std::ranges::find_if(words, [](const auto &w) { return !w.starts_with('-'); });
     if (word == words.end()) {
-        return {"no command given; the commands are " + commandNames(commands)};
+        return {"no command given; the commands are " + known};
     }
-    return {"there is no command \"" + *word + "\"; the commands are " + commandNames(commands)};
+    return {"there is no command \"" + before + *word + "\"; the commands are " + known};
+}
+
+/// The verb that the line ends in: the whole while it has none.
+const CLI::App &lastVerb(const CLI::App &line)
+{
+    const auto *verb = &line;
+    while (!verb->get_subcommands().empty()) {
+        verb = verb->get_subcommands().front();
+    }
+    return *verb;
+}
+
+/// Whether another word has to follow.
+bool isUnfinished(const CLI::App &verb)
+{
+    return !verb.get_subcommands([](const auto *) { return true; }).empty();
 }
 
 } // namespace
@@ -115,12 +132,13 @@ ParsedArguments parseArguments(int argc, const char *const *argv, const Commands
     } catch (const CLI::CallForVersion &) {
         return Information{app.version() + '\n'};
     } catch (const CLI::ExtrasError &error) {
-        return app.get_subcommands().empty() ? missingCommand(app, commands) : UsageError{error.what()};
+        const auto &verb = lastVerb(app);
+        return isUnfinished(verb) ? missingWord(verb, app) : UsageError{error.what()};
     } catch (const CLI::ParseError &error) {
         return UsageError{error.what()};
     }
-    if (app.get_subcommands().empty()) {
-        return missingCommand(app, commands);
+    if (const auto &verb = lastVerb(app); isUnfinished(verb)) {
+        return missingWord(verb, app);
     }
     const auto chosen = app.get_subcommands().front()->get_name();
     invocation.command =

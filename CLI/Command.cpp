@@ -3,6 +3,7 @@
 #include "CLI/DoctorCommand.h"
 #include "CLI/ListCommand.h"
 #include "CLI/ReadCommand.h"
+#include "CLI/SetCommand.h"
 #include "CLI/WatchCommand.h"
 
 namespace kelmoth {
@@ -14,6 +15,7 @@ Commands allCommands()
     Commands commands;
     commands.push_back(std::make_unique<ListCommand>());
     commands.push_back(std::make_unique<ReadCommand>());
+    commands.push_back(std::make_unique<SetCommand>());
     commands.push_back(std::make_unique<WatchCommand>());
     commands.push_back(std::make_unique<DoctorCommand>());
     return commands;

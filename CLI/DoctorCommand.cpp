@@ -14,7 +14,7 @@ namespace {
 ExitStatus examineSimulation(Session &session)
 {
     const auto choice = chooseMouse(session.monitor(), session.options().productID);
-    const auto *none = std::get_if<NoMouse>(&choice);
+    const auto *none = std::get_if<Failure>(&choice);
     if (session.options().json) {
         session.output().printJSON(
             nlohmann::ordered_json{{"simulated", true}, {"canConfigure", none == nullptr}});

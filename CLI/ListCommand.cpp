@@ -47,7 +47,7 @@ QCoro::Task<ExitStatus> ListCommand::run(Session *session)
         session->output().complain(noView);
         co_return ExitStatus::failed;
     }
-    auto mice = summarizeMice(monitor, session->options().productID);
+    auto mice = summarizeMice(monitor);
     const BatteryReadings batteries(monitor, mice);
     co_await batteries.finished();
     mice = relisted(std::move(mice), monitor);

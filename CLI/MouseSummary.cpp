@@ -49,16 +49,28 @@ std::string title(const MouseSummary &mouse)
     return mouse.device.name() + " (" + productIDText(mouse.device.productID) + ")";
 }
 
-NoMouse forbidden(const MouseSummary &mouse)
+/// The first of the mice that another choice would reach; they are told apart by their product IDs.
+std::string otherChoice(const MouseSummary &mouse, const std::vector<MouseSummary> &mice)
+{
+    const auto other = std::ranges::find_if(mice, [&mouse](const auto &candidate) {
+        return candidate.isConfigurable() && candidate.device.productID != mouse.device.productID;
+    });
+    return other == mice.end() ? ""
+                               : "\n\"--product " + productIDText(other->device.productID) +
+                                     "\" chooses the " + other->device.name() + " instead.";
+}
+
+Failure forbidden(const MouseSummary &mouse, const std::vector<MouseSummary> &mice)
 {
     return {ExitStatus::noPermission,
             "no permission to open " + mouse.path + ", the " + title(mouse) +
                 "\nInstall Kelmoth's udev rule, 70-kelmoth.rules, in /etc/udev/rules.d, run "
                 "\"udevadm control --reload\" as root, and plug the mouse in again."
-                "\n\"kelmothctl doctor\" looks closer."};
+                "\n\"kelmothctl doctor\" looks closer." +
+                otherChoice(mouse, mice)};
 }
 
-NoMouse absent(const std::vector<MouseSummary> &mice, std::optional<std::uint16_t> productID)
+Failure absent(const std::vector<MouseSummary> &mice, std::optional<std::uint16_t> productID)
 {
     std::string message = mice.empty() ? noneAttached(productID) : "no mouse to configure";
     for (const auto &mouse : mice) {
@@ -88,13 +100,11 @@ void addCharge(nlohmann::ordered_json &json, const RazerDevice &device)
 
 } // namespace
 
-std::vector<MouseSummary> summarizeMice(const HIDMonitor &monitor, std::optional<std::uint16_t> productID)
+std::vector<MouseSummary> summarizeMice(const HIDMonitor &monitor)
 {
     std::vector<MouseSummary> mice;
     for (const auto &device : monitor.connectedDevices()) {
-        if (!productID || device.productID == *productID) {
-            mice.push_back(summarize(monitor, device));
-        }
+        mice.push_back(summarize(monitor, device));
     }
     return mice;
 }
@@ -160,18 +170,20 @@ std::string noneAttached(std::optional<std::uint16_t> productID)
                      : "no supported mouse is attached";
 }
 
-std::variant<MouseSummary, NoMouse> chooseMouse(const HIDMonitor &monitor,
+std::variant<MouseSummary, Failure> chooseMouse(const HIDMonitor &monitor,
                                                 std::optional<std::uint16_t> productID)
 {
-    const auto mice = summarizeMice(monitor, productID);
-    if (const auto mouse = std::ranges::find_if(mice, &MouseSummary::isConfigurable); mouse != mice.end()) {
+    const auto mice = summarizeMice(monitor);
+    const auto mouse =
+        std::ranges::find_if(mice, [](const auto &listed) { return listed.device.isConfigurable(); });
+    if (mouse != mice.end() && mouse->isConfigurable()) {
         return *mouse;
     }
-    if (const auto mouse = std::ranges::find_if(mice, &MouseSummary::isForbidden); mouse != mice.end()) {
-        return forbidden(*mouse);
+    if (mouse != mice.end() && mouse->isForbidden) {
+        return forbidden(*mouse, mice);
     }
     if (mice.empty() && !monitor.isMonitoring()) {
-        return NoMouse{ExitStatus::failed, std::string(noView)};
+        return Failure{ExitStatus::failed, std::string(noView)};
     }
     return absent(mice, productID);
 }

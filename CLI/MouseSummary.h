@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CLI/ExitStatus.h"
+#include "CLI/Failure.h"
 #include "Core/HID/HIDMonitor.h"
 
 #include <nlohmann/json.hpp>
@@ -24,9 +24,8 @@ struct MouseSummary {
     bool isConfigurable() const { return reason.empty(); }
 };
 
-/// The mice that the monitor lists, in attach order; those with another product ID than a given one are left
-/// out. Opens device nodes, sends nothing.
-std::vector<MouseSummary> summarizeMice(const HIDMonitor &monitor, std::optional<std::uint16_t> productID);
+/// The mice that the monitor lists, in attach order. Opens device nodes, sends nothing.
+std::vector<MouseSummary> summarizeMice(const HIDMonitor &monitor);
 
 /// The same mice as the monitor lists them now; those that have gone are left out.
 std::vector<MouseSummary> relisted(std::vector<MouseSummary> mice, const HIDMonitor &monitor);
@@ -49,14 +48,9 @@ inline constexpr std::string_view noView = "the system does not show its mice";
 /// "no supported mouse is attached", or that none with this product ID is.
 std::string noneAttached(std::optional<std::uint16_t> productID);
 
-/// Why no mouse was chosen, for the user and for the caller of the process.
-struct NoMouse {
-    ExitStatus status;
-    std::string message;
-};
-
-/// The mouse to talk to: the first that can be configured.
-std::variant<MouseSummary, NoMouse> chooseMouse(const HIDMonitor &monitor,
+/// The mouse to talk to: the first of a kind that can be configured, as the manager of its settings chooses,
+/// if it can be opened. `productID` is what the user asked for, to be named where there is none.
+std::variant<MouseSummary, Failure> chooseMouse(const HIDMonitor &monitor,
                                                 std::optional<std::uint16_t> productID);
 
 } // namespace kelmoth

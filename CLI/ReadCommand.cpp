@@ -1,32 +1,15 @@
 #include "CLI/ReadCommand.h"
 
 #include "CLI/BatteryReadings.h"
+#include "CLI/FullRead.h"
 #include "CLI/MouseSummary.h"
 #include "CLI/ReadReport.h"
 #include "CLI/Session.h"
 #include "CLI/Words.h"
-#include "Core/Device/DeviceDefaults.h"
-#include "Core/HID/DeviceReader.h"
 
 #include <QCoroFuture>
 
 namespace kelmoth {
-
-namespace {
-
-/// What a reading starts from: the settings that the mouse cannot be asked for, and none of those that it
-/// can, so that nothing passes for an answer that was none.
-DeviceState unreadState(const RazerDevice &device)
-{
-    auto state = createDefaultState(device);
-    state.dpiStages.clear();
-    state.currentDPIStage = 0;
-    state.rgbSettings.clear();
-    state.buttonMappings.clear();
-    return state;
-}
-
-} // namespace
 
 std::string_view ReadCommand::details() const
 {
@@ -42,7 +25,7 @@ QCoro::Task<ExitStatus> ReadCommand::run(Session *session)
     auto &output = session->output();
     auto &monitor = session->monitor();
     const auto choice = chooseMouse(monitor, session->options().productID);
-    if (const auto *none = std::get_if<NoMouse>(&choice)) {
+    if (const auto *none = std::get_if<Failure>(&choice)) {
         output.complain(none->message);
         co_return none->status;
     }
@@ -50,7 +33,13 @@ QCoro::Task<ExitStatus> ReadCommand::run(Session *session)
     const RazerDevice device = mice.front().device;
 
     const BatteryReadings battery(monitor, mice);
-    auto reading = co_await readDevice(&monitor, device, unreadState(device), true);
+    const auto failure = co_await readFully(session, device);
+    if (failure) {
+        output.complain(failure->message);
+        co_return failure->status;
+    }
+    const auto &manager = session->manager();
+    const auto reading = answeredSettings(manager, manager.unanswered());
     co_await battery.finished();
     mice = relisted(std::move(mice), monitor);
     if (mice.empty()) {
@@ -58,10 +47,6 @@ QCoro::Task<ExitStatus> ReadCommand::run(Session *session)
         co_return ExitStatus::failed;
     }
     const auto &mouse = mice.front();
-    if (!reading.anyAnswer) {
-        output.complain("the " + mouse.device.name() + " does not answer");
-        co_return ExitStatus::failed;
-    }
     auto unanswered = reading.unanswered.words();
     if (mouse.device.capabilities().hasBattery && !mouse.device.batteryLevel) {
         unanswered.emplace_back("battery");

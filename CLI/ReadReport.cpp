@@ -1,11 +1,11 @@
 #include "CLI/ReadReport.h"
 
+#include "CLI/SettingWords.h"
 #include "CLI/Table.h"
 #include "Core/Device/DeviceDefaults.h"
 
 #include <array>
 #include <cmath>
-#include <cstdio>
 
 namespace kelmoth {
 
@@ -19,20 +19,6 @@ std::string zoneName(RGBZone zone)
 {
     static constexpr std::array names{"Scroll Wheel", "Logo", "Underglow", "DPI Light"};
     return names[static_cast<std::size_t>(zone)];
-}
-
-bool hasColor(RGBEffect effect)
-{
-    return effect == RGBEffect::staticColor || effect == RGBEffect::breathing ||
-           effect == RGBEffect::reactive;
-}
-
-std::string hexText(RGBColor color)
-{
-    std::array<char, 8> text{};
-    std::snprintf(text.data(), text.size(), "#%02X%02X%02X", unsigned{color.r}, unsigned{color.g},
-                  unsigned{color.b});
-    return text.data();
 }
 
 Table::Cell liftOffCell(std::optional<Int> level)

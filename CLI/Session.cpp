@@ -1,5 +1,7 @@
 #include "CLI/Session.h"
 
+#include "CLI/FilteredHID.h"
+
 #include <utility>
 
 namespace kelmoth {
@@ -10,6 +12,10 @@ Session::Session(Options options, Platform platform, Output *output)
       m_output(output),
       m_terminal(Terminal::detect(output->standardOutput()))
 {
+    if (m_options.productID) {
+        m_platform.hid =
+            std::make_shared<FilteredHIDService>(std::move(m_platform.hid), *m_options.productID);
+    }
 }
 
 HIDMonitor &Session::monitor()
@@ -19,6 +25,20 @@ HIDMonitor &Session::monitor()
         m_monitor->startMonitoring();
     }
     return *m_monitor;
+}
+
+DeviceManager &Session::manager()
+{
+    if (!m_manager) {
+        m_manager = std::make_unique<DeviceManager>(monitor(), m_toasts, m_platform.userDefaults);
+    }
+    return *m_manager;
+}
+
+std::string Session::refusal() const
+{
+    const auto &toast = m_toasts.currentToast();
+    return toast && toast->type == ToastType::error ? toast->message : "the mouse did not take the change";
 }
 
 } // namespace kelmoth

@@ -3,7 +3,9 @@
 #include "CLI/Arguments.h"
 #include "CLI/Output.h"
 #include "CLI/Terminal.h"
+#include "Core/HID/DeviceManager.h"
 #include "Core/HID/HIDMonitor.h"
+#include "Core/Services/ToastManager.h"
 #include "Platform/Platform.h"
 
 #include <memory>
@@ -13,7 +15,7 @@ namespace kelmoth {
 /// What one run of a command works with. Main thread.
 class Session {
 public:
-    /// `output` outlives the session.
+    /// `output` outlives the session. When a product ID is asked for, mice with others are not seen.
     Session(Options options, Platform platform, Output *output);
 
     const Options &options() const { return m_options; }
@@ -24,12 +26,26 @@ public:
     /// mean that watching works: see `isMonitoring`.
     HIDMonitor &monitor();
 
+    /// The owner of the settings. From the first call on it reads the mouse that it chooses.
+    DeviceManager &manager();
+
+    /// What the manager has said of a change that it refused.
+    std::string refusal() const;
+
+    /// Forgets what the manager has said so far.
+    void dismissToasts() { m_toasts.hide(); }
+
+    /// Waits, some seconds at most, until what the manager saved has reached the disk.
+    void flushDefaults() const { m_platform.userDefaults->flush(); }
+
 private:
     Options m_options;
     Platform m_platform;
     Output *m_output;
     Terminal m_terminal;
+    ToastManager m_toasts;
     std::unique_ptr<HIDMonitor> m_monitor;
+    std::unique_ptr<DeviceManager> m_manager;
 };
 
 } // namespace kelmoth

@@ -1,6 +1,11 @@
 #pragma once
 
+#include "Core/Device/Types.h"
+
+#include <charconv>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace kelmoth {
 
@@ -13,6 +18,15 @@ template <class Words> std::string joined(const Words &words)
         text += word;
     }
     return text;
+}
+
+/// The number that the whole text is, in decimal digits; none for any other text.
+inline std::optional<Int> wholeNumber(std::string_view text)
+{
+    Int value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    return result.ec == std::errc{} && result.ptr == text.data() + text.size() ? std::optional(value)
+                                                                               : std::nullopt;
 }
 
 } // namespace kelmoth

@@ -60,6 +60,7 @@ ExitStatus runCommand(const Invocation &invocation, Output &output)
     }
     // Whoever still waited for the mouse learns now that it is over, and lets go of what it holds.
     QCoreApplication::processEvents();
+    platform->userDefaults->flush();
     if (status == ExitStatus::failed) {
         diagnostics->show();
     }

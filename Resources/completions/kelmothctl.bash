@@ -20,7 +20,7 @@ _kelmothctl_models() {
 }
 
 _kelmothctl() {
-    local commands='list read watch doctor'
+    local commands='list read set watch doctor'
     local options='--json --simulate --product --verbose --help --version'
     local products='0x0099 0x00aa 0x00ab 0x00ac 0x00b9 0x00ba'
     local line=${COMP_LINE:0:COMP_POINT} word previous given

@@ -45,9 +45,21 @@ TEST_F(ArgumentsTest, NonsenseIsNamed)
         std::vector<const char *> words;
         const char *message;
     } rows[]{
-        {{}, "list, read, watch, doctor"},
+        {{}, "list, read, set, watch, doctor"},
         {{"lst"}, "\"lst\""},
         {{"list", "read"}, "read"},
+        {{"set"}, "set dpi, set stage, set light, set button, set lift-off"},
+        {{"set", "--json", "colour"}, "\"set colour\""},
+        {{"set", "dpi"}, "VALUE"},
+        {{"set", "dpi", "0x64"}, "\"0x64\""},
+        {{"set", "dpi", "99999999999999999999"}, "99999999999999999999"},
+        {{"set", "dpi", "900", "--stage", "6"}, "\"6\" is not 1 to 5"},
+        {{"set", "stage", "0"}, "\"0\" is not 1 to 5"},
+        {{"set", "light", "logo", "--color", "#12345g"}, "12345g"},
+        {{"set", "light", "logo", "--brightness", "101"}, "\"101\" is not 0 to 100"},
+        {{"set", "light", "logo", "--brightness", "1.5"}, "1.5"},
+        {{"set", "button", "back"}, "ACTION"},
+        {{"set", "button", "back", "disabled", "--profile", "6"}, "\"6\" is not 0 to 5"},
         {{"list", "--colour"}, "--colour"},
         {{"--product"}, "--product"},
         {{"--product", "0x", "list"}, "\"0x\""},

@@ -4,6 +4,7 @@
 #include "Platform/Simulated/SimulatedPlatform.h"
 #include "Tests/CLI/MemoryFile.h"
 #include "Tests/Core/RecordedLog.h"
+#include "Tests/Manager/MemoryDefaults.h"
 #include "Tests/Simulated/ManualTime.h"
 
 #include <QCoreApplication>
@@ -28,6 +29,7 @@ protected:
         auto machine = simulatedMachine(mice);
         Platform platform;
         platform.log = log;
+        platform.userDefaults = defaults;
         platform.sleeper = time;
         platform.hid = std::move(machine.hid);
         platform.usb = std::move(machine.usb);
@@ -63,6 +65,7 @@ protected:
 
     std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();
     std::shared_ptr<RecordedLog> log = RecordedLog::install();
+    std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
     std::vector<std::shared_ptr<SimulatedMouse>> mice;
 };
 

@@ -88,7 +88,11 @@ TEST_F(CommandTest, NothingIsSentWithoutPermission)
     EXPECT_THAT(mouse.takeTransfers(), IsEmpty());
 
     plugIn("basilisk-v3");
-    EXPECT_EQ(run<ReadCommand>(asJSON()).json()["device"]["productID"], 0x0099) << "one that may be opened";
+    const auto first = run<ReadCommand>();
+    EXPECT_EQ(first.status, ExitStatus::noPermission) << "the first is the one that is meant";
+    EXPECT_THAT(first.complaints, HasSubstr("\"--product 0x0099\" chooses the Razer Basilisk V3 instead"));
+    const auto other = run<ReadCommand>({.json = true, .productID = 0x0099});
+    EXPECT_EQ(other.json()["device"]["productID"], 0x0099);
     EXPECT_EQ(run<ReadCommand>({.productID = 0x00AA}).status, ExitStatus::noPermission);
 }
 

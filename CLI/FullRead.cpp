@@ -1,0 +1,61 @@
+#include "CLI/FullRead.h"
+
+#include <QCoroFuture>
+
+namespace kelmoth {
+
+FullRead::FullRead(const DeviceManager &manager, const RazerDevice &device)
+    : m_manager(manager), m_device(device)
+{
+    m_promise.start();
+    connect(&manager, &DeviceManager::isConnectedChanged, this, &FullRead::followDevice);
+    connect(&manager, &DeviceManager::isSyncingChanged, this, &FullRead::followReading);
+}
+
+void FullRead::followDevice()
+{
+    if (m_manager.connectedDevice() != m_device) {
+        m_promise.finish();
+    }
+}
+
+void FullRead::followReading()
+{
+    m_hasBegun = m_hasBegun || m_manager.isSyncing();
+    if (m_hasBegun && !m_manager.isSyncing()) {
+        m_promise.finish();
+    }
+}
+
+QCoro::Task<std::optional<Failure>> readFully(Session *session, RazerDevice device)
+{
+    const auto &manager = session->manager();
+    const FullRead reading(manager, device);
+    co_await reading.finished();
+    std::optional<Failure> failure;
+    if (manager.connectedDevice() != device) {
+        failure = {ExitStatus::failed, "the " + device.name() + " was unplugged while it was read"};
+    } else if (!manager.isAnswering()) {
+        failure = {ExitStatus::failed, "the " + device.name() + " does not answer"};
+    }
+    co_return failure;
+}
+
+DeviceReading answeredSettings(const DeviceManager &manager, const UnansweredItems &unanswered)
+{
+    DeviceReading reading{manager.deviceState(), manager.liftOffLevel(), unanswered, manager.isAnswering()};
+    auto &state = reading.state;
+    if (unanswered.dpiStages) {
+        state.dpiStages.clear();
+        state.currentDPIStage = 0;
+    }
+    for (const auto zone : unanswered.zones) {
+        state.rgbSettings.erase(zone);
+    }
+    for (const auto button : unanswered.buttons) {
+        state.buttonMappings.erase(button);
+    }
+    return reading;
+}
+
+} // namespace kelmoth

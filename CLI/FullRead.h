@@ -1,0 +1,45 @@
+#pragma once
+
+#include "CLI/Failure.h"
+#include "CLI/Session.h"
+#include "Core/HID/DeviceReader.h"
+
+#include <QCoroTask>
+#include <QFuture>
+#include <QObject>
+#include <QPromise>
+
+#include <optional>
+
+namespace kelmoth {
+
+/// Waits for the full read with which a manager begins with a mouse. Main thread.
+class FullRead : public QObject {
+    Q_OBJECT
+
+public:
+    /// To be made before the event loop runs again after the manager was made: what happens earlier is
+    /// missed.
+    FullRead(const DeviceManager &manager, const RazerDevice &device);
+
+    /// Finished once the mouse has been read, or is no longer the one that the manager has chosen.
+    QFuture<void> finished() const { return m_promise.future(); }
+
+private:
+    void followDevice();
+    void followReading();
+
+    const DeviceManager &m_manager;
+    const RazerDevice m_device;
+    bool m_hasBegun = false;
+    QPromise<void> m_promise;
+};
+
+/// Has the session's manager, which nobody has asked for yet, read all of its mouse, which is `device`. The
+/// failure when the mouse goes meanwhile, or does not answer at all.
+QCoro::Task<std::optional<Failure>> readFully(Session *session, RazerDevice device);
+
+/// The settings that a manager holds after a full read, without those that the mouse did not answer for.
+DeviceReading answeredSettings(const DeviceManager &manager, const UnansweredItems &unanswered);
+
+} // namespace kelmoth
