@@ -1,6 +1,8 @@
 #include "CLI/Command.h"
 
 #include "CLI/DoctorCommand.h"
+#include "CLI/ExportCommand.h"
+#include "CLI/ImportCommand.h"
 #include "CLI/ListCommand.h"
 #include "CLI/ReadCommand.h"
 #include "CLI/SetCommand.h"
@@ -16,6 +18,8 @@ Commands allCommands()
     commands.push_back(std::make_unique<ListCommand>());
     commands.push_back(std::make_unique<ReadCommand>());
     commands.push_back(std::make_unique<SetCommand>());
+    commands.push_back(std::make_unique<ExportCommand>());
+    commands.push_back(std::make_unique<ImportCommand>());
     commands.push_back(std::make_unique<WatchCommand>());
     commands.push_back(std::make_unique<DoctorCommand>());
     return commands;

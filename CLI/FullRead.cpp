@@ -41,6 +41,16 @@ QCoro::Task<std::optional<Failure>> readFully(Session *session, RazerDevice devi
     co_return failure;
 }
 
+QCoro::Task<std::optional<Failure>> readToChange(Session *session, RazerDevice device, ChangeLock *lock)
+{
+    const auto obstacle = co_await lock->take();
+    if (obstacle) {
+        std::optional<Failure> failure{{ExitStatus::failed, *obstacle}};
+        co_return failure;
+    }
+    co_return co_await readFully(session, device);
+}
+
 DeviceReading answeredSettings(const DeviceManager &manager, const UnansweredItems &unanswered)
 {
     DeviceReading reading{manager.deviceState(), manager.liftOffLevel(), unanswered, manager.isAnswering()};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CLI/ChangeLock.h"
 #include "CLI/Failure.h"
 #include "CLI/Session.h"
 #include "Core/HID/DeviceReader.h"
@@ -38,6 +39,10 @@ private:
 /// Has the session's manager, which nobody has asked for yet, read all of its mouse, which is `device`. The
 /// failure when the mouse goes meanwhile, or does not answer at all.
 QCoro::Task<std::optional<Failure>> readFully(Session *session, RazerDevice device);
+
+/// The same for a command that then changes settings: with nobody else changing any for as long as `lock`
+/// lives, which is taken first.
+QCoro::Task<std::optional<Failure>> readToChange(Session *session, RazerDevice device, ChangeLock *lock);
 
 /// The settings that a manager holds after a full read, without those that the mouse did not answer for.
 DeviceReading answeredSettings(const DeviceManager &manager, const UnansweredItems &unanswered);

@@ -1,7 +1,6 @@
 #include "CLI/SetCommand.h"
 
 #include "CLI/BatteryReadings.h"
-#include "CLI/ChangeLock.h"
 #include "CLI/FullRead.h"
 #include "CLI/MouseSummary.h"
 #include "CLI/ReadReport.h"
@@ -19,13 +18,7 @@ namespace {
 QCoro::Task<std::optional<Failure>> change(Session *session, RazerDevice device, SettingChange *change)
 {
     ChangeLock lock;
-    std::optional<Failure> failure;
-    const auto obstacle = co_await lock.take();
-    if (obstacle) {
-        failure = {ExitStatus::failed, *obstacle};
-        co_return failure;
-    }
-    failure = co_await readFully(session, device);
+    auto failure = co_await readToChange(session, device, &lock);
     if (failure) {
         co_return failure;
     }

@@ -83,9 +83,7 @@ std::optional<ButtonAction> rawAction(const std::optional<std::string> &value, s
         *failure = "other takes the seven bytes of a function as 14 hexadecimal digits";
         return std::nullopt;
     }
-    // Bytes that a named action stands for are stored under its name, as they are when they are read.
-    auto named = ButtonAction(*bytes);
-    return std::ranges::equal(named.toButtonFunction(), *bytes) ? named : ButtonAction::other(*bytes);
+    return canonical(ButtonAction::other(*bytes));
 }
 
 } // namespace
@@ -121,9 +119,10 @@ std::optional<RGBColor> colorFromText(std::string_view text)
 
 std::string lightText(const RGBSetting &setting)
 {
+    std::array<char, 32> percent{}; // a stored brightness may be any number
+    std::snprintf(percent.data(), percent.size(), "%.6g %%", std::round(setting.brightness * 100));
     return std::string(rawValue(setting.effect)) +
-           (hasColor(setting.effect) ? ' ' + hexText(setting.color) : "") + ", " +
-           std::to_string(std::lround(setting.brightness * 100)) + " %";
+           (hasColor(setting.effect) ? ' ' + hexText(setting.color) : "") + ", " + percent.data();
 }
 
 int brightnessByte(double brightness)
@@ -162,6 +161,13 @@ std::vector<std::string> actionWords(const RazerDevice &device)
     }
     words.emplace_back("other:BYTES");
     return words;
+}
+
+ButtonAction canonical(const ButtonAction &action)
+{
+    const auto function = action.toButtonFunction();
+    auto named = ButtonAction(function);
+    return named.toButtonFunction() == function ? named : action;
 }
 
 std::optional<std::string> obstacleTo(const ButtonAction &action, const RazerDevice &device)

@@ -60,6 +60,9 @@ std::string actionText(const ButtonAction &action);
 /// The words for the actions that the device's model offers.
 std::vector<std::string> actionWords(const RazerDevice &device);
 
+/// The action in the form in which it is read back from a mouse, if it has one.
+ButtonAction canonical(const ButtonAction &action);
+
 /// Why an action cannot be given to a button of the device; none when it can.
 std::optional<std::string> obstacleTo(const ButtonAction &action, const RazerDevice &device);
 

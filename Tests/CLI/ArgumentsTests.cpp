@@ -45,11 +45,12 @@ TEST_F(ArgumentsTest, NonsenseIsNamed)
         std::vector<const char *> words;
         const char *message;
     } rows[]{
-        {{}, "list, read, set, watch, doctor"},
+        {{}, "list, read, set, export, import, watch, doctor"},
         {{"lst"}, "\"lst\""},
         {{"list", "read"}, "read"},
         {{"set"}, "set dpi, set stage, set light, set button, set lift-off"},
         {{"set", "--json", "colour"}, "\"set colour\""},
+        {{"import"}, "FILE"},
         {{"set", "dpi"}, "VALUE"},
         {{"set", "dpi", "0x64"}, "\"0x64\""},
         {{"set", "dpi", "99999999999999999999"}, "99999999999999999999"},

@@ -1,0 +1,77 @@
+#include "CLI/ExportCommand.h"
+
+#include "CLI/FullRead.h"
+#include "CLI/MouseSummary.h"
+#include "CLI/Session.h"
+#include "CLI/Words.h"
+
+#include <CLI/CLI.hpp>
+#include <QFile>
+#include <QSaveFile>
+
+namespace kelmoth {
+
+namespace {
+
+/// Puts the text in place of the file as a whole. None when it is there, else why not.
+std::optional<std::string> replaceFile(const std::string &path, const std::string &text)
+{
+    QSaveFile file(QFile::decodeName(path.c_str()));
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(text.data(), static_cast<qint64>(text.size()));
+        if (file.commit()) {
+            return std::nullopt;
+        }
+    }
+    return path + ": " + file.errorString().toStdString();
+}
+
+} // namespace
+
+std::string_view ExportCommand::details() const
+{
+    return R"(Writes to standard output when no file is named. When the mouse does not answer for
+all of its settings nothing is written, and the exit status is 1.
+
+Example:
+  kelmothctl export basilisk.json)";
+}
+
+void ExportCommand::declare(CLI::App &parser)
+{
+    parser.add_option("FILE", m_file, "The file to write, or - for standard output")->option_text(" ");
+}
+
+QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
+{
+    auto &output = session->output();
+    const auto choice = chooseMouse(session->monitor(), session->options().productID);
+    if (const auto *none = std::get_if<Failure>(&choice)) {
+        output.complain(none->message);
+        co_return none->status;
+    }
+    const RazerDevice device = std::get<MouseSummary>(choice).device;
+    const auto failure = co_await readFully(session, device);
+    if (failure) {
+        output.complain(failure->message);
+        co_return failure->status;
+    }
+    const auto &manager = session->manager();
+    if (!manager.unanswered().empty()) {
+        output.complain("the mouse did not answer for " + joined(manager.unanswered().words()) +
+                        ": nothing was written");
+        co_return ExitStatus::failed;
+    }
+    const auto text = encode(manager.deviceState()) + '\n';
+    if (m_file == "-") {
+        output.print(text);
+        co_return ExitStatus::done;
+    }
+    if (const auto obstacle = replaceFile(m_file, text)) {
+        output.complain(*obstacle);
+        co_return ExitStatus::failed;
+    }
+    co_return ExitStatus::done;
+}
+
+} // namespace kelmoth

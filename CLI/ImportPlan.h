@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Core/HID/DeviceManager.h"
+
+#include <QCoroTask>
+#include <nlohmann/json.hpp>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kelmoth {
+
+/// A setting in which a record differs from a mouse.
+struct ImportStep {
+    enum class Kind {
+        write,       ///< to be written
+        unsupported, ///< not to be: the mouse cannot be given it
+        unanswered,  ///< not to be: the mouse did not say what it has now
+    };
+    std::string setting;         ///< in words: "DPI of stage 2"
+    nlohmann::ordered_json from; ///< a number or a text; null where the mouse has or says none
+    nlohmann::ordered_json to;   ///< the same of the record
+    Kind kind = Kind::write;
+    std::string reason = {};                                      ///< why not; empty when that says it all
+    std::function<QCoro::Task<bool>(DeviceManager &)> write = {}; ///< of the kind `write` only
+};
+
+/// Every setting of a record, which may hold any values, in which it differs from what the mouse says: DPI of
+/// the stages, the active stage, lighting, buttons, and what no mouse can be given.
+std::vector<ImportStep> importPlan(const DeviceState &record, const DeviceReading &mouse,
+                                   const RazerDevice &device);
+
+} // namespace kelmoth
