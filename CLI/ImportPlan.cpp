@@ -3,6 +3,7 @@
 #include "CLI/SettingWords.h"
 #include "Core/Device/DPIRange.h"
 #include "Core/Device/DeviceDefaults.h"
+#include "Core/HID/RazerProtocol.h"
 
 #include <algorithm>
 #include <limits>
@@ -20,11 +21,13 @@ Int counted(Int position)
     return position < std::numeric_limits<Int>::max() ? position + 1 : position;
 }
 
-/// The zone's lighting as the mouse can hold it.
-bool isSameLight(const RGBSetting &a, const RGBSetting &b)
+/// Whether a mouse that is sent the one is as if it were sent the other.
+bool isSameLight(RGBZone zone, const RGBSetting &a, const RGBSetting &b, const RazerDevice &device)
 {
-    return a.effect == b.effect && brightnessByte(a.brightness) == brightnessByte(b.brightness) &&
-           (a.color == b.color || !hasColor(a.effect));
+    using namespace RazerProtocol;
+    return createSetRGBReport(zone, a, device) == createSetRGBReport(zone, b, device) &&
+           createSetBrightnessReport(zone, a.brightness, device) ==
+               createSetBrightnessReport(zone, b.brightness, device);
 }
 
 bool isOffered(RGBZone zone, const RGBSetting &setting, const DeviceCapabilities &capabilities)
@@ -99,7 +102,7 @@ private:
         const auto held = m_mouse.state.rgbSettings.find(zone);
         const bool isHeld = held != m_mouse.state.rgbSettings.end();
         const bool isSupported = isOffered(zone, setting, m_device.capabilities());
-        if (isHeld && isSupported && isSameLight(held->second, setting)) {
+        if (isHeld && isSupported && isSameLight(zone, held->second, setting, m_device)) {
             return;
         }
         ImportStep step{"lighting of " + std::string(rawValue(zone)),
@@ -123,7 +126,8 @@ private:
             return;
         }
         ImportStep step{"button " + std::string(rawValue(button)),
-                        isHeld ? JSON(actionText(held->second)) : JSON(), actionText(obstacle ? wanted : action)};
+                        isHeld ? JSON(actionText(held->second)) : JSON(),
+                        actionText(obstacle ? wanted : action)};
         if (obstacle || !defaultButtonMappings(m_device).contains(button)) {
             step.kind = Kind::unsupported;
             step.reason = obstacle.value_or("");

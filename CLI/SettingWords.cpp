@@ -125,11 +125,6 @@ std::string lightText(const RGBSetting &setting)
            (hasColor(setting.effect) ? ' ' + hexText(setting.color) : "") + ", " + percent.data();
 }
 
-int brightnessByte(double brightness)
-{
-    return static_cast<int>(std::lround(std::clamp(brightness, 0.0, 1.0) * 255));
-}
-
 std::string actionText(const ButtonAction &action)
 {
     std::string text(storedName(action.which()));

@@ -50,9 +50,6 @@ std::optional<RGBColor> colorFromText(std::string_view text);
 /// "static #00FF00, 100 %"
 std::string lightText(const RGBSetting &setting);
 
-/// The brightness as the mouse holds it, 0 to 255.
-int brightnessByte(double brightness);
-
 /// An action in the words of the command line: "leftClick", "dpiChange:2", "keyPress:ctrl+f5",
 /// "other:01010100000000".
 std::string actionText(const ButtonAction &action);

@@ -16,6 +16,7 @@ namespace kelmoth {
 /// Commands on simulated mice, in a time that nobody has to wait for.
 class CommandTest : public testing::Test {
 protected:
+    CommandTest() { qputenv("XDG_RUNTIME_DIR", qgetenv("HOME")); }
     ~CommandTest() override { Platform::setCurrent({}); }
 
     SimulatedMouse &plugIn(std::string_view model)
@@ -47,13 +48,39 @@ protected:
 
     template <class Verb> Result run(Options options = {})
     {
+        Verb command;
+        return run(command, std::move(options));
+    }
+
+    /// Runs a line of words as the program gets them. What makes no sense is a complaint.
+    Result runLine(const std::string &line)
+    {
+        const auto words = QString::fromStdString("kelmothctl " + line).split(QLatin1Char(' '));
+        std::vector<std::string> texts;
+        std::vector<const char *> arguments;
+        for (const auto &word : words) {
+            texts.push_back(word.toStdString());
+        }
+        for (const auto &text : texts) {
+            arguments.push_back(text.c_str());
+        }
+        const auto commands = allCommands();
+        const auto parsed = parseArguments(static_cast<int>(arguments.size()), arguments.data(), commands);
+        if (const auto *error = std::get_if<UsageError>(&parsed)) {
+            return {ExitStatus::usage, {}, error->message};
+        }
+        const auto &invocation = std::get<Invocation>(parsed);
+        return run(*invocation.command, invocation.options);
+    }
+
+    Result run(Command &command, Options options)
+    {
         const MemoryFile standardOutput;
         const MemoryFile standardError;
         Output output(standardOutput.descriptor(), standardError.descriptor());
         auto status = ExitStatus::failed;
         {
-            Session session(options, platform(), &output);
-            Verb command;
+            Session session(std::move(options), platform(), &output);
             status = QCoro::waitFor(command.run(&session));
         }
         QCoreApplication::processEvents();

@@ -30,6 +30,8 @@ inline Ending shell(const std::string &line, const QStringList &arguments = {})
     }
     const auto path = QStringLiteral("PATH");
     environment.insert(path, QFileInfo(program).path() + QLatin1Char(':') + environment.value(path));
+    // Processes of other tests are not waited for.
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), environment.value(QStringLiteral("HOME")));
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral("bash"),
