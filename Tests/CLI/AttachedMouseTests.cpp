@@ -2,8 +2,7 @@
 
 #include "Core/Device/BasiliskProductID.h"
 #include "Core/HID/RazerProtocol.h"
-#include "Tests/CLI/Shell.h"
-#include "Tests/Hardware/MockMouse.h"
+#include "Tests/CLI/AttachedMouseFixture.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -17,32 +16,6 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-class AttachedMouseTest : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!m_testbed->isEffective()) {
-            GTEST_SKIP() << "not run under umockdev-wrapper";
-        }
-    }
-
-    MockMouse &plugIn(std::string_view model)
-    {
-        const auto now = [] {
-            return std::chrono::duration_cast<std::chrono::microseconds>(
-                std::chrono::steady_clock::now().time_since_epoch());
-        };
-        auto mouse = std::make_shared<SimulatedMouse>(SimulatedModel::named(model).value(), now);
-        m_mouse = std::make_unique<MockMouse>(m_testbed, std::move(mouse));
-        m_mouse->attach();
-        return *m_mouse;
-    }
-
-private:
-    std::shared_ptr<MockTestbed> m_testbed = std::make_shared<MockTestbed>();
-    std::unique_ptr<MockMouse> m_mouse;
-};
 
 /// What went over the wire: each request once, answered at the first read, by the model's own rules.
 void expectTidyWire(SimulatedMouse &mouse, const BasiliskModel &model)
