@@ -36,7 +36,7 @@ std::span<const BasiliskModel> basiliskModels();
 const BasiliskModel &basiliskModel(BasiliskProductID productID);
 
 /// The model with this USB product ID; none when it is not listed.
-std::optional<BasiliskProductID> basiliskProductID(std::uint16_t rawValue);
+std::optional<BasiliskProductID> basiliskProductID(std::uint16_t rawID);
 
 constexpr std::uint16_t rawValue(BasiliskProductID productID)
 {

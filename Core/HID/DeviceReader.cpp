@@ -14,8 +14,8 @@ namespace {
 /// One reading. Its coroutines are awaited one after the other by `readDevice`, in whose frame it lives.
 class Reader {
 public:
-    Reader(HIDMonitor &monitor, RazerDevice device, DeviceState base)
-        : m_monitor(&monitor), m_device(std::move(device)), m_capabilities(m_device.capabilities())
+    Reader(HIDMonitor *monitor, RazerDevice device, DeviceState base)
+        : m_monitor(monitor), m_device(std::move(device)), m_capabilities(m_device.capabilities())
     {
         m_reading.state = std::move(base);
     }
@@ -123,7 +123,7 @@ private:
 
 } // namespace
 
-QCoro::Task<DeviceReading> readDevice(HIDMonitor &monitor, RazerDevice device, DeviceState base, bool full)
+QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base, bool full)
 {
     Reader reader(monitor, std::move(device), std::move(base));
     co_await reader.readStages();

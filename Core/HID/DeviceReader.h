@@ -27,6 +27,6 @@ struct DeviceReading {
 /// Reads the settings of a mouse over `base`: the DPI stages, and when `full` also the lighting of each zone,
 /// the action of each button in the normal layer, and the lift-off distance. One command at a time, in that
 /// order; what is not answered keeps its value. Main thread.
-QCoro::Task<DeviceReading> readDevice(HIDMonitor &monitor, RazerDevice device, DeviceState base, bool full);
+QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base, bool full);
 
 } // namespace kelmoth

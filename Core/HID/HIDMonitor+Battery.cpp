@@ -47,6 +47,15 @@ void HIDMonitor::readBatteryLevel(const RazerDevice &device)
 QCoro::Task<void> HIDMonitor::updateBattery(RazerDevice device)
 {
     const QPointer<HIDMonitor> self(this);
+    co_await askBattery(device);
+    if (self) {
+        Q_EMIT batteryReadFinished(device.id);
+    }
+}
+
+QCoro::Task<void> HIDMonitor::askBattery(RazerDevice device)
+{
+    const QPointer<HIDMonitor> self(this);
     const std::optional<Data> levelResponse = co_await send(command::getBatteryLevel{}, device);
     const auto level = levelResponse ? RazerProtocol::parseBatteryLevel(*levelResponse) : std::nullopt;
     if (!level || !self) {

@@ -105,8 +105,8 @@ HIDMonitor &HIDMonitor::shared()
     return *monitor;
 }
 
-HIDMonitor::HIDMonitor(const Platform &platform, QObject *parent)
-    : QObject(parent), m_platform(platform), m_transports(std::make_shared<Transports>())
+HIDMonitor::HIDMonitor(Platform platform, QObject *parent)
+    : QObject(parent), m_platform(std::move(platform)), m_transports(std::make_shared<Transports>())
 {
     m_queue.setObjectName(QStringLiteral("com.kelmoth.hid"));
     m_queue.setMaxThreadCount(1);
@@ -238,7 +238,7 @@ void HIDMonitor::deviceDisconnected(const std::shared_ptr<HIDDevice> &handle)
     if (device == m_connectedDevices.end()) {
         return;
     }
-    const RazerDevice gone = *device;
+    const RazerDevice gone = std::move(*device);
     m_connectedDevices.erase(device);
     log("🔌 Razer device disconnected: %s (PID: 0x%04X)", gone.name().c_str(), gone.productID);
     Q_EMIT connectedDevicesChanged();

@@ -27,7 +27,7 @@ public:
     /// application object.
     static HIDMonitor &shared();
 
-    explicit HIDMonitor(const Platform &platform, QObject *parent = nullptr);
+    explicit HIDMonitor(Platform platform, QObject *parent = nullptr);
     /// Waits for the transfer under way.
     ~HIDMonitor() override;
 
@@ -66,6 +66,9 @@ Q_SIGNALS:
     /// After each change of the list, of a device's battery level and of its charging status.
     void connectedDevicesChanged();
     void isMonitoringChanged();
+    /// A battery reading of a device has come to its end: with an answer, which the list then holds, or
+    /// without.
+    void batteryReadFinished(const QUuid &id);
 
 private:
     void deviceConnected(const std::shared_ptr<HIDDevice> &handle);
@@ -73,6 +76,7 @@ private:
     void openTransport(const RazerDevice &device);
     void startBatteryMonitoring(const RazerDevice &device);
     QCoro::Task<void> updateBattery(RazerDevice device);
+    QCoro::Task<void> askBattery(RazerDevice device);
     void setIsMonitoring(bool monitoring);
 
     /// What the transfer thread needs of the monitor. Shared with the jobs on that thread, so that one that

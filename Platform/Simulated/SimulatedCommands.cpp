@@ -156,6 +156,7 @@ SimulatedFirmware::Status SimulatedFirmware::setLiftOff(Report &report)
     return Status::accepted;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): one handler among others
 SimulatedFirmware::Status SimulatedFirmware::getLiftOff(Report &report)
 {
     if (report[8] != 0x00 || report[9] != liftOffItem || !restIsZero(report, 10)) {

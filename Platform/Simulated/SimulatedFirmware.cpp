@@ -88,7 +88,6 @@ SimulatedFirmware::SimulatedFirmware(const SimulatedModel &model, std::chrono::m
     : m_answerTime(usualAnswerTime),
       m_dpiTransactionID(usualTransactionID),
       m_capabilities(DeviceCapabilities::forDevice(model.productID)),
-      m_isOnCable(false),
       m_stateSince(now)
 {
     std::uint16_t reportIndex = 0;

@@ -74,7 +74,7 @@ private:
     std::chrono::microseconds m_answerTime;
     std::uint8_t m_dpiTransactionID;
     const DeviceCapabilities &m_capabilities;
-    bool m_isOnCable;
+    bool m_isOnCable = false;
     SimulatedMouse::State m_state;          ///< battery and charging as they were at `m_stateSince`
     std::chrono::microseconds m_stateSince; ///< on the mouse's clock
     std::chrono::microseconds m_now{};      ///< when the request under way came in

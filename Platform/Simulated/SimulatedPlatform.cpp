@@ -18,11 +18,11 @@ std::chrono::microseconds realTime()
 
 std::string unknownModel(std::string_view word)
 {
-    std::string text = "no simulated mouse is called \"" + printable(word) + "\"; the names are ";
+    std::string text = R"(no simulated mouse is called ")" + printable(word) + R"("; the names are )";
     for (const auto &name : SimulatedModel::names()) {
         text += name + ", ";
     }
-    return text + "and each but \"unknown\" also with \":bluetooth\"";
+    return text + R"(and each but "unknown" also with ":bluetooth")";
 }
 
 } // namespace

@@ -13,7 +13,7 @@ class DeviceReaderTest : public SimulatedMouseTest {
 protected:
     DeviceReading read(DeviceState base, bool full = true)
     {
-        return QCoro::waitFor(readDevice(*monitor, device(), std::move(base), full));
+        return QCoro::waitFor(readDevice(monitor.get(), device(), std::move(base), full));
     }
 };
 

@@ -27,30 +27,28 @@ protected:
     }
     ~L10nTest() override
     {
-        store({});
         speak("C.UTF-8");
         Platform::setCurrent({});
     }
-    static void store(const QByteArray &languageMode)
+    /// Each time in a home of its own: a file that changes twice within a moment may pass for unchanged.
+    void store(const QByteArray &languageMode)
     {
-        const auto directory = qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/com.kelmoth.app");
-        QDir().mkpath(directory);
-        QFile file(directory + QStringLiteral("/defaults.ini"));
+        m_home = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_CONFIG_HOME", m_home->path().toUtf8());
+        const QDir home(m_home->path());
+        ASSERT_TRUE(home.mkdir(QStringLiteral("com.kelmoth.app")));
+        QFile file(home.filePath(QStringLiteral("com.kelmoth.app/defaults.ini")));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(languageMode.isEmpty() ? QByteArray() : "[General]\nlanguageMode=" + languageMode + "\n");
         file.close();
-        fillAgain();
-    }
-    static void speak(const char *locale) { qputenv("LC_ALL", locale); }
-
-private:
-    /// QSettings objects share what they read of a file while one of them lives; none does.
-    static void fillAgain()
-    {
         Platform platform = Platform::current();
         platform.userDefaults = settingsUserDefaults();
         Platform::setCurrent(std::move(platform));
     }
+    static void speak(const char *locale) { qputenv("LC_ALL", locale); }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_home;
 };
 
 TEST_F(L10nTest, FollowsThePreferenceThenTheSystem)

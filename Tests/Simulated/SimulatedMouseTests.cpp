@@ -12,7 +12,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::Each;
-using testing::ElementsAre;
 
 class EveryModel : public testing::TestWithParam<std::string> {
 protected:

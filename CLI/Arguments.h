@@ -1,0 +1,45 @@
+#pragma once
+
+#include "CLI/Command.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kelmoth {
+
+/// What every command is told.
+struct Options {
+    /// Print for programs.
+    bool json = false;
+    /// Show diagnostic lines as they come.
+    bool verbose = false;
+    /// List of simulated models, unchecked; the real mice when absent.
+    std::optional<std::string> simulate = std::nullopt;
+    /// Only mice with this product ID; any when absent.
+    std::optional<std::uint16_t> productID = std::nullopt;
+};
+
+/// A command line that makes sense: the command holds its own options.
+struct Invocation {
+    Options options;
+    Command *command = nullptr; ///< one of those that were offered
+};
+
+/// A command line that asks for a text: the help, or the version.
+struct Information {
+    std::string text;
+};
+
+/// A command line that makes no sense, and why.
+struct UsageError {
+    std::string message;
+};
+
+using ParsedArguments = std::variant<Invocation, Information, UsageError>;
+
+/// Reads the arguments as `main` gets them. Options that every command takes may stand before or after it.
+ParsedArguments parseArguments(int argc, const char *const *argv, const Commands &commands);
+
+} // namespace kelmoth

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "CLI/MouseSummary.h"
+#include "Core/HID/HIDMonitor.h"
+
+#include <QFuture>
+#include <QObject>
+#include <QPromise>
+#include <QTimer>
+#include <QUuid>
+
+#include <chrono>
+#include <set>
+
+namespace kelmoth {
+
+/// Waits for the battery readings that the monitor began when the mice were listed. Main thread.
+class BatteryReadings : public QObject {
+    Q_OBJECT
+
+public:
+    /// Long enough for several mice, of which one never answers.
+    static constexpr std::chrono::seconds limit{5};
+
+    /// To be made before the event loop runs again: a reading that ends earlier is missed. Of `mice`, those
+    /// are waited for that can be configured and have a battery.
+    BatteryReadings(const HIDMonitor &monitor, const std::vector<MouseSummary> &mice);
+
+    /// Finished once each mouse has answered, has failed to or has gone, and at the latest when the limit
+    /// has passed.
+    QFuture<void> finished() const { return m_promise.future(); }
+
+private:
+    void settle(const QUuid &id);
+    void dropMissing();
+    void finishIfSettled();
+    void finish();
+
+    const HIDMonitor &m_monitor;
+    std::set<QUuid> m_pending;
+    QTimer m_limit;
+    QPromise<void> m_promise;
+};
+
+} // namespace kelmoth

@@ -1,0 +1,27 @@
+#include "CLI/Composition.h"
+
+#include "Platform/Linux/LinuxPlatform.h"
+#include "Platform/Qt/QtPlatform.h"
+#include "Platform/Simulated/SimulatedPlatform.h"
+
+namespace kelmoth {
+
+std::optional<Platform> composePlatform(const Options &options, std::shared_ptr<Log> log,
+                                        std::string *failure)
+{
+    auto platform = linuxPlatform();
+    // No bundle: what is printed is English in every session, for the programs that read it.
+    platform.userDefaults = settingsUserDefaults();
+    platform.log = std::move(log);
+    if (options.simulate) {
+        auto machine = simulatedMachine(*options.simulate, failure);
+        if (!machine) {
+            return std::nullopt;
+        }
+        platform.hid = std::move(machine->hid);
+        platform.usb = std::move(machine->usb);
+    }
+    return platform;
+}
+
+} // namespace kelmoth

@@ -1,0 +1,179 @@
+#include "CLI/MouseSummary.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+namespace kelmoth {
+
+namespace {
+
+/// Why commands cannot be sent to a mouse that is attached like this; empty when they can.
+std::string kindReason(const RazerDevice &device)
+{
+    if (device.isBluetooth()) {
+        return "Bluetooth: use the cable or the receiver";
+    }
+    if (device.vendorID != razerVendorID) {
+        return "another vendor";
+    }
+    return device.isConfigurable() ? "" : "unknown model";
+}
+
+MouseSummary summarize(const HIDMonitor &monitor, const RazerDevice &device)
+{
+    MouseSummary mouse{device, {}, kindReason(device)};
+    const auto handle = monitor.deviceHandle(device.id);
+    if (!handle) {
+        mouse.reason = "unplugged";
+        return mouse;
+    }
+    mouse.path = handle->path();
+    if (!mouse.reason.empty()) {
+        return mouse;
+    }
+    const int status = handle->probeAccess();
+    if (status == EACCES || status == EPERM) {
+        mouse.isForbidden = true;
+        mouse.reason = "no permission: \"kelmothctl doctor\" says what to do";
+    } else if (status != 0) {
+        mouse.reason = "cannot be opened: " + std::generic_category().message(status);
+    }
+    return mouse;
+}
+
+std::string title(const MouseSummary &mouse)
+{
+    return mouse.device.name() + " (" + productIDText(mouse.device.productID) + ")";
+}
+
+NoMouse forbidden(const MouseSummary &mouse)
+{
+    return {ExitStatus::noPermission,
+            "no permission to open " + mouse.path + ", the " + title(mouse) +
+                "\nInstall Kelmoth's udev rule, 70-kelmoth.rules, in /etc/udev/rules.d, run "
+                "\"udevadm control --reload\" as root, and plug the mouse in again."
+                "\n\"kelmothctl doctor\" looks closer."};
+}
+
+NoMouse absent(const std::vector<MouseSummary> &mice, std::optional<std::uint16_t> productID)
+{
+    std::string message = mice.empty() ? noneAttached(productID) : "no mouse to configure";
+    for (const auto &mouse : mice) {
+        message += "\n" + title(mouse) + ": " + mouse.reason;
+    }
+    return {ExitStatus::noMouse,
+            message + "\n\"kelmothctl doctor\" looks closer; \"kelmothctl --simulate basilisk-v3 COMMAND\" "
+                      "works without a mouse."};
+}
+
+void addIdentity(nlohmann::ordered_json &json, const RazerDevice &device)
+{
+    json["productID"] = device.productID;
+    json["name"] = device.name();
+    json["connection"] = device.connectionLabel();
+    json["transport"] = device.transport;
+}
+
+void addCharge(nlohmann::ordered_json &json, const RazerDevice &device)
+{
+    json["batteryLevel"] = nullptr;
+    if (device.batteryLevel) {
+        json["batteryLevel"] = *device.batteryLevel;
+    }
+    json["isCharging"] = device.isCharging;
+}
+
+} // namespace
+
+std::vector<MouseSummary> summarizeMice(const HIDMonitor &monitor, std::optional<std::uint16_t> productID)
+{
+    std::vector<MouseSummary> mice;
+    for (const auto &device : monitor.connectedDevices()) {
+        if (!productID || device.productID == *productID) {
+            mice.push_back(summarize(monitor, device));
+        }
+    }
+    return mice;
+}
+
+std::vector<MouseSummary> relisted(std::vector<MouseSummary> mice, const HIDMonitor &monitor)
+{
+    const auto &listed = monitor.connectedDevices();
+    std::erase_if(mice, [&listed](MouseSummary &mouse) {
+        const auto device = std::ranges::find(listed, mouse.device);
+        if (device == listed.end()) {
+            return true;
+        }
+        mouse.device = *device;
+        return false;
+    });
+    return mice;
+}
+
+nlohmann::ordered_json mouseJSON(const RazerDevice &device, const std::string &path)
+{
+    nlohmann::ordered_json json;
+    addIdentity(json, device);
+    addCharge(json, device);
+    json["path"] = path;
+    return json;
+}
+
+nlohmann::ordered_json mouseJSON(const MouseSummary &mouse)
+{
+    nlohmann::ordered_json json;
+    addIdentity(json, mouse.device);
+    json["configurable"] = mouse.isConfigurable();
+    json["reason"] = nullptr;
+    if (!mouse.isConfigurable()) {
+        json["reason"] = mouse.reason;
+    }
+    addCharge(json, mouse.device);
+    json["path"] = mouse.path;
+    return json;
+}
+
+std::string batteryText(const RazerDevice &device)
+{
+    if (!device.capabilities().hasBattery) {
+        return "-";
+    }
+    if (!device.batteryLevel) {
+        return "unknown";
+    }
+    return std::to_string(*device.batteryLevel) + (device.isCharging ? " % (charging)" : " %");
+}
+
+std::string productIDText(std::uint16_t productID)
+{
+    std::array<char, 8> text{};
+    std::snprintf(text.data(), text.size(), "0x%04X", unsigned{productID});
+    return text.data();
+}
+
+std::string noneAttached(std::optional<std::uint16_t> productID)
+{
+    return productID ? "no mouse with product ID " + productIDText(*productID) + " is attached"
+                     : "no supported mouse is attached";
+}
+
+std::variant<MouseSummary, NoMouse> chooseMouse(const HIDMonitor &monitor,
+                                                std::optional<std::uint16_t> productID)
+{
+    const auto mice = summarizeMice(monitor, productID);
+    if (const auto mouse = std::ranges::find_if(mice, &MouseSummary::isConfigurable); mouse != mice.end()) {
+        return *mouse;
+    }
+    if (const auto mouse = std::ranges::find_if(mice, &MouseSummary::isForbidden); mouse != mice.end()) {
+        return forbidden(*mouse);
+    }
+    if (mice.empty() && !monitor.isMonitoring()) {
+        return NoMouse{ExitStatus::failed, std::string(noView)};
+    }
+    return absent(mice, productID);
+}
+
+} // namespace kelmoth

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "CLI/ExitStatus.h"
+#include "Core/HID/HIDMonitor.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace kelmoth {
+
+/// A listed mouse, and whether this user can configure it now.
+struct MouseSummary {
+    RazerDevice device;
+    std::string path;         ///< of its device node; empty once the mouse has gone
+    std::string reason;       ///< why it cannot be configured; empty when it can
+    bool isForbidden = false; ///< the reason is a lack of permission
+
+    bool isConfigurable() const { return reason.empty(); }
+};
+
+/// The mice that the monitor lists, in attach order; those with another product ID than a given one are left
+/// out. Opens device nodes, sends nothing.
+std::vector<MouseSummary> summarizeMice(const HIDMonitor &monitor, std::optional<std::uint16_t> productID);
+
+/// The same mice as the monitor lists them now; those that have gone are left out.
+std::vector<MouseSummary> relisted(std::vector<MouseSummary> mice, const HIDMonitor &monitor);
+
+/// The members that stand for a mouse in every JSON document.
+nlohmann::ordered_json mouseJSON(const RazerDevice &device, const std::string &path);
+
+/// The same with whether it can be configured.
+nlohmann::ordered_json mouseJSON(const MouseSummary &mouse);
+
+/// "78 %", "78 % (charging)", "unknown" before it has been read, "-" where there is no battery to read.
+std::string batteryText(const RazerDevice &device);
+
+/// "0x00AA"
+std::string productIDText(std::uint16_t productID);
+
+/// What the user is told when the system gives no way to find mice.
+inline constexpr std::string_view noView = "the system does not show its mice";
+
+/// "no supported mouse is attached", or that none with this product ID is.
+std::string noneAttached(std::optional<std::uint16_t> productID);
+
+/// Why no mouse was chosen, for the user and for the caller of the process.
+struct NoMouse {
+    ExitStatus status;
+    std::string message;
+};
+
+/// The mouse to talk to: the first that can be configured.
+std::variant<MouseSummary, NoMouse> chooseMouse(const HIDMonitor &monitor,
+                                                std::optional<std::uint16_t> productID);
+
+} // namespace kelmoth

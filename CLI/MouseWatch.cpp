@@ -1,0 +1,96 @@
+#include "CLI/MouseWatch.h"
+
+#include "CLI/MouseChanges.h"
+#include "CLI/MouseSummary.h"
+
+#include <array>
+#include <sys/stat.h>
+
+namespace kelmoth {
+
+namespace {
+
+nlohmann::ordered_json changeJSON(const MouseChange &change, const std::string &path)
+{
+    nlohmann::ordered_json json;
+    json["event"] = rawValue(change.kind);
+    json.update(mouseJSON(change.device, path));
+    return json;
+}
+
+std::string changeLine(const MouseChange &change, const Terminal &terminal)
+{
+    static constexpr std::array styles{Style::good, Style::bad, Style::heading};
+    const auto &device = change.device;
+    auto line = terminal.styled(rawValue(change.kind), styles[static_cast<std::size_t>(change.kind)]) + ' ' +
+                terminal.styled(device.name(), Style::plain);
+    if (change.kind == MouseChange::Kind::battery) {
+        return line + ' ' + batteryText(device) + '\n';
+    }
+    return line + " (" + productIDText(device.productID) + ", " + device.connectionLabel() + ")\n";
+}
+
+bool isPipe(int descriptor)
+{
+    struct stat status{};
+    return ::fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+} // namespace
+
+MouseWatch::MouseWatch(Session *session) : m_session(session)
+{
+    m_promise.start();
+    connect(&m_signals, &TerminationSignals::received, this, &MouseWatch::finish);
+    watchReader();
+    // Level and charging status change one after the other: queued, they are seen together.
+    connect(&session->monitor(), &HIDMonitor::connectedDevicesChanged, this, &MouseWatch::report,
+            Qt::QueuedConnection);
+    report();
+}
+
+void MouseWatch::watchReader()
+{
+    const int descriptor = m_session->output().standardOutput();
+    if (!isPipe(descriptor)) {
+        return;
+    }
+    // The writing end of a pipe becomes exceptional when its last reader goes. Without this a watch of mice
+    // that never change would outlive its reader.
+    m_reader = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Exception);
+    connect(m_reader.get(), &QSocketNotifier::activated, this, &MouseWatch::finish);
+}
+
+void MouseWatch::report()
+{
+    auto &output = m_session->output();
+    const auto &monitor = m_session->monitor();
+    for (const auto &change : changesBetween(m_known, monitor.connectedDevices())) {
+        const auto &id = change.device.id;
+        if (const auto handle = monitor.deviceHandle(id)) {
+            m_paths[id] = handle->path();
+        }
+        const auto &path = m_paths[id];
+        const bool written = m_session->options().json
+                                 ? output.printJSON(changeJSON(change, path))
+                                 : output.print(changeLine(change, m_session->terminal()));
+        if (!written) {
+            finish();
+            return;
+        }
+        if (change.kind == MouseChange::Kind::detached) {
+            m_paths.erase(id);
+        }
+    }
+    m_known = monitor.connectedDevices();
+}
+
+void MouseWatch::finish()
+{
+    if (m_reader) {
+        m_reader->setEnabled(false);
+    }
+    m_promise.finish();
+}
+
+} // namespace kelmoth

@@ -1,0 +1,71 @@
+#include "CLI/Output.h"
+
+#include "Platform/Log.h"
+
+#include <cerrno>
+#include <poll.h>
+#include <unistd.h>
+
+namespace kelmoth {
+
+int writeAll(int descriptor, std::string_view text)
+{
+    while (!text.empty()) {
+        const auto written = ::write(descriptor, text.data(), text.size());
+        if (written >= 0) {
+            text.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
+            // Someone who shares the terminal or the pipe has made it non-blocking.
+            pollfd ready{descriptor, POLLOUT, 0};
+            ::poll(&ready, 1, -1);
+        } else if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
+Output::Output(int standardOutput, int standardError)
+    : m_standardOutput(standardOutput), m_standardError(standardError)
+{
+}
+
+bool Output::print(std::string_view text)
+{
+    if (m_error == 0) {
+        m_error = writeAll(m_standardOutput, text);
+    }
+    return m_error == 0;
+}
+
+bool Output::printJSON(const nlohmann::ordered_json &document)
+{
+    return print(document.dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace) + '\n');
+}
+
+void Output::complain(std::string_view text)
+{
+    m_complaints += "kelmothctl: ";
+    while (true) {
+        const auto end = text.find('\n');
+        m_complaints += printable(text.substr(0, end)) + '\n';
+        if (end == std::string_view::npos) {
+            break;
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+void Output::showComplaints()
+{
+    // Nobody is left to be told when this fails.
+    writeAll(m_standardError, m_complaints);
+    m_complaints.clear();
+}
+
+bool Output::isReaderGone() const
+{
+    return m_error == EPIPE;
+}
+
+} // namespace kelmoth

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <string_view>
+
+namespace kelmoth {
+
+/// The program's two output streams, written without a buffer of its own: a line is out when the call
+/// returns. Main thread.
+class Output {
+public:
+    /// Both descriptors stay the caller's.
+    explicit Output(int standardOutput, int standardError);
+
+    /// Writes a finished text to standard output. After a failure nothing more is written.
+    /// False when the text did not get out.
+    bool print(std::string_view text);
+
+    /// Writes one JSON document as one line of ASCII: whatever a name holds, no terminal is steered by it.
+    bool printJSON(const nlohmann::ordered_json &document);
+
+    /// Keeps a message for the user until the end, where diagnostic lines do not bury it. Line ends within
+    /// the text stay; everything else that could steer a terminal is made visible.
+    void complain(std::string_view text);
+
+    /// Writes the messages to standard error, each after the program's name.
+    void showComplaints();
+
+    /// The errno of the first failed write to standard output; 0 while there was none.
+    int error() const { return m_error; }
+
+    /// Whether the one who read standard output has gone: not a failure, but a reason to stop.
+    bool isReaderGone() const;
+
+    int standardOutput() const { return m_standardOutput; }
+
+private:
+    int m_standardOutput;
+    int m_standardError;
+    int m_error = 0;
+    std::string m_complaints;
+};
+
+/// Writes all of `text`, waiting where the descriptor cannot take more at once. 0, or the errno of the
+/// failure. Any thread.
+int writeAll(int descriptor, std::string_view text);
+
+} // namespace kelmoth
