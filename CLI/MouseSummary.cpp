@@ -112,9 +112,11 @@ std::vector<MouseSummary> summarizeMice(const HIDMonitor &monitor)
 std::vector<MouseSummary> relisted(std::vector<MouseSummary> mice, const HIDMonitor &monitor)
 {
     const auto &listed = monitor.connectedDevices();
-    std::erase_if(mice, [&listed](MouseSummary &mouse) {
+    std::erase_if(mice, [&](MouseSummary &mouse) {
         const auto device = std::ranges::find(listed, mouse.device);
-        if (device == listed.end()) {
+        // The node of a mouse that is pulled out goes before the system tells of it.
+        const auto handle = monitor.deviceHandle(mouse.device.id);
+        if (device == listed.end() || !handle || handle->probeAccess() == ENODEV) {
             return true;
         }
         mouse.device = *device;

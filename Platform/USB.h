@@ -21,6 +21,16 @@ struct USBControlRequest {
     std::span<std::uint8_t> data; ///< sent, or filled, by the direction in bmRequestType
 };
 
+/// The class requests with which a HID interface takes and gives feature report 0 (wValue: report type 3,
+/// report ID 0).
+namespace hidClassRequest {
+inline constexpr std::uint8_t typeOut = 0x21;
+inline constexpr std::uint8_t typeIn = 0xA1;
+inline constexpr std::uint8_t setReport = 0x09;
+inline constexpr std::uint8_t getReport = 0x01;
+inline constexpr std::uint16_t featureReport = 0x0300;
+} // namespace hidClassRequest
+
 /// Status of a transfer that was asked of a device that is not open.
 inline constexpr int usbStatusNotOpen = ENOTCONN;
 
@@ -45,8 +55,8 @@ public:
     virtual ~USBDevice() = default;
 
     struct InterfaceResult {
-        int status = 0;                                 ///< 0, or errno
-        std::unique_ptr<USBDeviceInterface> interface;  ///< none also when the system offers no way
+        int status = 0;                                ///< 0, or errno
+        std::unique_ptr<USBDeviceInterface> interface; ///< none also when the system offers no way
     };
 
     /// Prepares the way to the device; sends nothing. Transfer thread.

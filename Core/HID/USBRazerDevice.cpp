@@ -9,17 +9,6 @@
 
 namespace kelmoth {
 
-namespace {
-
-/// The two class requests of a HID interface, for feature report 0 (wValue: report type 3, report ID 0).
-constexpr std::uint8_t classRequestOut = 0x21;
-constexpr std::uint8_t classRequestIn = 0xA1;
-constexpr std::uint8_t setReport = 0x09;
-constexpr std::uint8_t getReport = 0x01;
-constexpr std::uint16_t featureReport = 0x0300;
-
-} // namespace
-
 USBRazerDevice::USBRazerDevice(std::shared_ptr<USBService> service, std::shared_ptr<Sleeper> sleeper,
                                std::uint16_t vendorID, std::uint16_t productID, std::uint16_t reportIndex)
     : m_service(std::move(service)),
@@ -79,14 +68,16 @@ int USBRazerDevice::request(std::uint8_t bmRequestType, std::uint8_t bRequest, s
     if (!m_deviceInterface) {
         return usbStatusNotOpen;
     }
-    return m_deviceInterface->deviceRequest({bmRequestType, bRequest, featureReport, m_reportIndex, data});
+    return m_deviceInterface->deviceRequest(
+        {bmRequestType, bRequest, hidClassRequest::featureReport, m_reportIndex, data});
 }
 
 bool USBRazerDevice::sendRazerReport(std::span<const std::uint8_t> report)
 {
     Data buffer(report.begin(), report.end());
     buffer.resize(std::max(buffer.size(), RazerProtocol::reportSize), 0);
-    if (const int status = request(classRequestOut, setReport, buffer); status != 0) {
+    if (const int status = request(hidClassRequest::typeOut, hidClassRequest::setReport, buffer);
+        status != 0) {
         log("❌ USB SET_REPORT failed: 0x%X", static_cast<unsigned>(status));
         return false;
     }
@@ -110,7 +101,8 @@ std::optional<Data> USBRazerDevice::sendReportAndGetResponse(std::span<const std
     }
     m_sleeper->sleep(std::chrono::microseconds(waitTimeUs));
     Data response(RazerProtocol::reportSize, 0);
-    if (const int status = request(classRequestIn, getReport, response); status != 0) {
+    if (const int status = request(hidClassRequest::typeIn, hidClassRequest::getReport, response);
+        status != 0) {
         log("❌ USB GET_REPORT failed: 0x%X", static_cast<unsigned>(status));
         return std::nullopt;
     }

@@ -9,23 +9,17 @@ namespace kelmoth {
 
 namespace {
 
-// HID class requests for feature report 0, which is what a hidraw node can carry.
-constexpr std::uint8_t setReportType = 0x21;
-constexpr std::uint8_t setReport = 0x09;
-constexpr std::uint8_t getReportType = 0xA1;
-constexpr std::uint8_t getReport = 0x01;
-constexpr std::uint16_t featureReport0 = 0x0300;
-
-/// A control request to a HID interface, by way of its hidraw node.
+/// A control request to a HID interface, by way of its hidraw node, which can carry these two only.
 int requestThrough(Hidraw &node, const USBControlRequest &request)
 {
+    using namespace hidClassRequest;
     const auto is = [&](std::uint8_t type, std::uint8_t code) {
-        return request.bmRequestType == type && request.bRequest == code && request.wValue == featureReport0;
+        return request.bmRequestType == type && request.bRequest == code && request.wValue == featureReport;
     };
-    if (is(setReportType, setReport)) {
+    if (is(typeOut, setReport)) {
         return node.setFeatureReport(request.data);
     }
-    if (is(getReportType, getReport)) {
+    if (is(typeIn, getReport)) {
         const auto read = node.getFeatureReport(request.data);
         if (read.status != 0) {
             return read.status;

@@ -8,13 +8,6 @@ namespace kelmoth {
 
 namespace {
 
-/// HID class requests to an interface, and the wValue of feature report 0.
-constexpr std::uint8_t classOut = 0x21;
-constexpr std::uint8_t classIn = 0xA1;
-constexpr std::uint8_t setReport = 0x09;
-constexpr std::uint8_t getReport = 0x01;
-constexpr std::uint16_t featureReport = 0x0300;
-
 class SimulatedUSBInterface : public USBDeviceInterface {
 public:
     explicit SimulatedUSBInterface(std::shared_ptr<SimulatedConnection> connection)
@@ -32,14 +25,15 @@ public:
         if (!m_connection->isAlive()) {
             return ENODEV;
         }
+        using namespace hidClassRequest;
         const auto is = [&](std::uint8_t type, std::uint8_t number) {
             return request.bmRequestType == type && request.bRequest == number &&
                    request.wValue == featureReport;
         };
-        if (is(classOut, setReport)) {
+        if (is(typeOut, setReport)) {
             return m_connection->setReport(request.wIndex, request.data);
         }
-        if (is(classIn, getReport)) {
+        if (is(typeIn, getReport)) {
             const auto read = m_connection->getReport(request.wIndex, request.data);
             return read.status == 0 && read.length < request.data.size() ? EIO : read.status;
         }

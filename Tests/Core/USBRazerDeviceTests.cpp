@@ -180,37 +180,6 @@ TEST_F(USBRazerDeviceTest, PadsAShortReportAndSendsALongOneWhole)
     EXPECT_EQ(lines().back(), "📤 USB Report sent: 01 02");
 }
 
-TEST_F(USBRazerDeviceTest, TriesAgainUntilItIsAnswered)
-{
-    struct Row {
-        std::deque<Data> answers;
-        TransactResult::Kind kind;
-        std::size_t attempts;
-    };
-    using Kind = TransactResult::Kind;
-    const std::vector<Row> rows{
-        {{answer(0x01)}, Kind::noResponse, 5}, // a read whose data never gets ready
-        {{answer(0x01), answer(0x01), answer(0x01), answer(0x01), answer(0x02)}, Kind::success, 5},
-        {{{}, answer(0x02)}, Kind::success, 2}, // a failed read
-        {{answer(0x02, 0x0B), answer(0x02)}, Kind::success, 2},
-        {{answer(0x00), answer(0x05)}, Kind::rejected, 2},
-        {{answer(0x03)}, Kind::rejected, 1},
-    };
-    ASSERT_TRUE(device()->open());
-    for (const auto &row : rows) {
-        script.answers = row.answers;
-        script.requests.clear();
-        const auto result = device()->transact(request, 60'000);
-        EXPECT_EQ(result.kind, row.kind);
-        EXPECT_EQ(result.response.empty(), row.kind != Kind::success);
-        EXPECT_EQ(script.requests.size(), 2 * row.attempts);
-        // Each attempt waits for the answer, and each vain one a little longer.
-        const std::size_t vain = row.kind == Kind::noResponse ? row.attempts : row.attempts - 1;
-        EXPECT_EQ(time->takePauses().size(), row.attempts + vain);
-    }
-    EXPECT_EQ(lines().back(), "❌ USB command 0x0B/0x8B rejected (status 0x03)");
-}
-
 TEST_F(USBRazerDeviceTest, GivesUpAfterFiveFailures)
 {
     struct Row {

@@ -70,7 +70,7 @@ TEST_F(DoctorTest, NamesWhatStandsInTheWay)
         EXPECT_THAT(kinds(look()), ElementsAre(Kind::bluetooth));
     }
     {
-        const MockInterface driverless{protocolDescriptor(), false};
+        const MockInterface driverless{.hasDriver = false};
         const auto mouse = attachMouse("basilisk-v3-pro", {.interfaces = std::vector{driverless}});
         EXPECT_THAT(kinds(look()), ElementsAre()) << "libusb can hold it";
         mouse->permit(false);
@@ -81,8 +81,7 @@ TEST_F(DoctorTest, NamesWhatStandsInTheWay)
         EXPECT_THAT(kinds(look()), ElementsAre(Kind::noHIDNode));
     }
     {
-        const auto mouse = attachMouse("basilisk-v3-pro",
-                                       {.interfaces = std::vector<MockInterface>{{protocolDescriptor()}}});
+        const auto mouse = attachMouse("basilisk-v3-pro", {.interfaces = std::vector{MockInterface{}}});
         mouse->permit(false);
         EXPECT_THAT(kinds(look()), ElementsAre(Kind::noAccess, Kind::rulesMissing));
         std::filesystem::create_directory(directory);

@@ -15,94 +15,30 @@ TEST_F(LinuxHIDTest, DescribesAnInterfaceWithoutOpeningIt)
 {
     struct Row {
         std::string what;
-        std::string model;
         MockMouseOptions options;
         std::string product;
-        std::string serial;
-        std::string transport;
-        std::int64_t productID;
-        std::optional<std::int64_t> reportSize;
+        std::string serial = "SIM00AC";
+        std::string transport = "USB";
+        std::int64_t productID = 0x00AC;
+        std::optional<std::int64_t> reportSize = 90;
+        std::string model = "basilisk-v3-pro";
     };
     const std::vector<MockInterface> liar{{std::vector<std::uint8_t>(5000, 0xC0)}};
-    const std::string v3 = "Razer Basilisk V3";
+    const std::string name = "Razer Basilisk V3 Pro";
+    const std::string fullName = "Maker " + name;
+    const std::string unknown = "\xEF\xBF\xBD";
     const std::vector<Row> rows{
-        {"a mouse", "basilisk-v3-pro", {}, v3 + " Pro", "SIM00AC", "USB", 0x00AC, 90},
-        {"Bluetooth",
-         "basilisk-v3-pro:bluetooth",
-         {},
-         "Maker " + v3 + " Pro",
-         "SIM00AC",
-         "Bluetooth",
-         0x00AC,
-         90},
-        {"name known to udev",
-         "basilisk-v3-pro",
-         {.udevModel = "A\\x20\\x5cB\\x2"},
-         "A \\B\\x2",
-         "SIM00AC",
-         "USB",
-         0x00AC,
-         90},
-        {"nameless, says udev",
-         "basilisk-v3-pro",
-         {.product = "", .udevModel = "00ac"},
-         "Maker ",
-         "SIM00AC",
-         "USB",
-         0x00AC,
-         90},
-        {"nameless", "basilisk-v3-pro", {.product = ""}, "Maker ", "SIM00AC", "USB", 0x00AC, 90},
-        {"serial in USB only",
-         "basilisk-v3-pro",
-         {.hidSerial = ""},
-         v3 + " Pro",
-         "SIM00AC",
-         "USB",
-         0x00AC,
-         90},
-        {"neither USB nor Bluetooth",
-         "basilisk-v3-pro",
-         {.hidID = "0018:00001532:000000ac"},
-         "Maker " + v3 + " Pro",
-         "SIM00AC",
-         "Unknown",
-         0x00AC,
-         90},
-        {"more than 16 bits",
-         "basilisk-v3-pro",
-         {.hidProductID = 0xFFFF00AC},
-         v3 + " Pro",
-         "SIM00AC",
-         "USB",
-         0xFFFF00AC,
-         90},
-        {"not UTF-8",
-         "basilisk-v3-pro",
-         {.product = "A\xFF\xC3"
-                     "B",
-          .hidSerial = "\xFE"},
-         "A\xEF\xBF\xBD\xEF\xBF\xBD"
-         "B",
-         "\xEF\xBF\xBD",
-         "USB",
-         0x00AC,
-         90},
-        {"control characters",
-         "basilisk-v3-pro",
-         {.product = "%s\x1B[2J\x07"},
-         "%s\x1B[2J\x07",
-         "SIM00AC",
-         "USB",
-         0x00AC,
-         90},
-        {"a lying descriptor",
-         "basilisk-v3-pro",
-         {.interfaces = liar},
-         v3 + " Pro",
-         "SIM00AC",
-         "USB",
-         0x00AC,
-         std::nullopt},
+        {"a mouse", {}, name},
+        {"Bluetooth", {}, fullName, "SIM00AC", "Bluetooth", 0xAC, 90, "basilisk-v3-pro:bluetooth"},
+        {"another bus", {.hidID = "0018:00001532:000000ac"}, fullName, "SIM00AC", "Unknown"},
+        {"more than 16 bits", {.hidID = "3:1532:FFFF00AC"}, name, "SIM00AC", "USB", 0xFFFF00AC},
+        {"name known to udev", {.udevModel = "A\\x20\\x5cB\\x2"}, "A \\B\\x2"},
+        {"nameless, says udev", {.product = "", .udevModel = "00ac"}, "Maker "},
+        {"nameless", {.product = ""}, "Maker "},
+        {"serial in USB only", {.hidSerial = ""}, name},
+        {"not UTF-8", {.hidSerial = "\xFE", .product = "\xFFG\xC3"}, unknown + "G" + unknown, unknown},
+        {"control characters", {.product = "%s\x1B[2J\x07"}, "%s\x1B[2J\x07"},
+        {"lying descriptor", {.interfaces = liar}, name, "SIM00AC", "USB", 0xAC, std::nullopt},
     };
     for (const auto &row : rows) {
         const auto mouse = attachMouse(row.model, row.options);

@@ -59,7 +59,7 @@ TEST_F(LinuxMonitorTest, EveryFaultEndsInALineOrAnIgnoredDevice)
     const auto deny = [](MockMouse &mouse) { mouse.permit(false); };
     const auto removeNode = [this](MockMouse &mouse) { testbed->removeNode(mouse.hidrawNode(3)); };
     const auto reuseNode = [](MockMouse &mouse) { mouse.reuseNodes(0x1234); };
-    const auto shortWrite = [](MockMouse &mouse) { mouse.shortenNextWrite(); };
+    const auto shortWrite = [](MockMouse &mouse) { mouse.cutNextWrite(); };
     const std::vector<MockInterface> liar(4,
                                           {.reportDescriptor = {0x75, 0x08, 0x95, 0x5A, 0xB1, 0x02, 0xC0}});
     const std::string started = "HID monitoring started";
@@ -90,7 +90,7 @@ TEST_F(LinuxMonitorTest, EveryFaultEndsInALineOrAnIgnoredDevice)
          10,
          unread + "5"},
         {"a lying descriptor", {.interfaces = liar}, {}, none, ignored, 0, started},
-        {"a product beyond 16 bits", {.hidProductID = 0x10099}, {}, none, ignored, 0, started},
+        {"a product beyond 16 bits", {.hidID = "3:1532:10099"}, {}, none, ignored, 0, started},
         {"a name that is not UTF-8", {.product = "\xC3(%n\x1B["}, {}, none, answered, 1, connected},
     };
     for (const auto &row : rows) {

@@ -116,6 +116,11 @@ void MockIoctl::write(UMockdevIoctlData *data, std::span<const std::uint8_t> byt
     umockdev_ioctl_data_update(data, offset, copy.data(), static_cast<gint>(copy.size()));
 }
 
+void MockIoctl::complete(int result)
+{
+    umockdev_ioctl_client_complete(m_client, result < 0 ? -1 : result, result < 0 ? -result : 0);
+}
+
 MockTestbed::MockTestbed() : m_testbed(umockdev_testbed_new())
 {
     gchar *root = umockdev_testbed_get_root_dir(m_testbed.get());
@@ -123,6 +128,7 @@ MockTestbed::MockTestbed() : m_testbed(umockdev_testbed_new())
     g_free(root);
     // Programs under test may run as a user without rights; a monitor of theirs is a socket in there.
     fs::permissions(m_root, fs::perms::all);
+    fs::permissions(path("/ioctl/_default"), fs::perms::all);
     fs::create_directories(path("/dev"));
 }
 
@@ -189,7 +195,7 @@ void MockTestbed::addNode(const std::string &node, std::span<const std::uint8_t>
     file.close();
     setMode(node, 0666);
     // The ioctls of a program without rights must reach the handler too.
-    fs::permissions(path("/ioctl" + node), fs::perms(0777));
+    fs::permissions(path("/ioctl" + node), fs::perms::all);
 }
 
 void MockTestbed::setMode(const std::string &node, unsigned mode)
@@ -199,11 +205,9 @@ void MockTestbed::setMode(const std::string &node, unsigned mode)
 
 void MockTestbed::removeNode(const std::string &node)
 {
-    fs::remove(path(node));
-}
-
-void MockTestbed::detachHandler(const std::string &node)
-{
+    if (!fs::remove(path(node))) {
+        return;
+    }
     GError *error = nullptr;
     umockdev_testbed_detach_ioctl(m_testbed.get(), node.c_str(), &error);
     throwOn(error);

@@ -32,9 +32,8 @@ public:
     /// Puts bytes into the program's memory.
     static void write(UMockdevIoctlData *data, std::span<const std::uint8_t> bytes, std::size_t offset = 0);
 
-    /// Lets the program go on, with this result and errno 0.
-    void succeed(long result = 0) { umockdev_ioctl_client_complete(m_client, result, 0); }
-    void fail(int error) { umockdev_ioctl_client_complete(m_client, -1, error); }
+    /// Lets the program go on: with a result, or with the errno that a negative one stands for.
+    void complete(int result);
 
 private:
     UMockdevIoctlClient *m_client;
@@ -85,10 +84,9 @@ public:
     /// testbed's own thread, one at a time for all nodes.
     void addNode(const std::string &node, std::span<const std::uint8_t> contents, Handler handler);
     void setMode(const std::string &node, unsigned mode);
-    /// Removes the node from /dev. Programs that have it open keep it, and their ioctls go on to the handler.
+    /// Removes the node from /dev. A program that has it open keeps it, and its ioctls still go to the
+    /// handler.
     void removeNode(const std::string &node);
-    /// Programs that have the node open are cut off.
-    void detachHandler(const std::string &node);
 
 private:
     GObjectPtr<UMockdevTestbed> m_testbed;

@@ -6,44 +6,34 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace kelmoth {
 
-/// The kernel's side of a mouse's node in /dev/bus/usb. All but the counters: the testbed's thread.
+/// What the kernel does on a mouse's node in /dev/bus/usb, as far as libusb asks for it.
 class MockUsbfs {
 public:
     /// `hasDriver` says of each interface whether a kernel driver holds it.
-    MockUsbfs(std::shared_ptr<SimulatedMouse> mouse, std::vector<bool> hasDriver, int deviceNumber);
+    MockUsbfs(std::shared_ptr<SimulatedMouse> mouse, std::vector<bool> hasDriver);
 
-    /// What a read of the node gives: the device descriptor and that of its configuration.
+    /// What a read of the node gives: the descriptors of the device and its configuration.
     std::vector<std::uint8_t> descriptors() const;
 
+    /// The testbed's thread.
     void handle(MockIoctl &ioctl);
 
+    /// How often a driver was to be detached.
     int driverDetaches() const { return m_driverDetaches; }
-    int claims() const { return m_claims; }
 
 private:
-    void connectInfo(MockIoctl &ioctl) const;
-    void control(MockIoctl &ioctl) const;
-    void claim(MockIoctl &ioctl);
+    int claim(unsigned interface) const;
     void submit(MockIoctl &ioctl);
     void reap(MockIoctl &ioctl);
-    /// Performs the transfer in a URB's buffer (setup packet and data); gives status and length.
-    struct Outcome {
-        int status = 0;
-        std::size_t length = 0;
-    };
-    Outcome perform(std::vector<std::uint8_t> &buffer);
 
     const std::shared_ptr<SimulatedMouse> m_mouse;
     const std::vector<bool> m_hasDriver;
-    const int m_deviceNumber;
-    GObjectPtr<UMockdevIoctlData> m_urb; ///< submitted
+    GObjectPtr<UMockdevIoctlData> m_urb; ///< performed, and not reaped yet
     std::atomic<int> m_driverDetaches = 0;
-    std::atomic<int> m_claims = 0;
 };
 
 } // namespace kelmoth

@@ -4,22 +4,59 @@
 #include "Core/HID/USBRazerDevice.h"
 #include "Platform/Linux/ExchangeLock.h"
 #include "Platform/Linux/LinuxUSBInterface.h"
-#include "Tests/Hardware/FakeKernel.h"
+#include "Tests/Hardware/MockHidraw.h"
 #include "Tests/Simulated/ManualTime.h"
 
+#include <QTemporaryDir>
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdarg>
 #include <fcntl.h>
+#include <fstream>
 #include <latch>
+#include <linux/hidraw.h>
 #include <semaphore>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
 
 namespace kelmoth {
 namespace {
+
+/// The kernel's side of one hidraw node, within this program: `ioctl` below replaces the system's for this
+/// node, which is a real file with real locks. There is no other process and no library between, so that a
+/// thread sanitizer sees all there is.
+struct FakeKernel {
+    explicit FakeKernel(std::shared_ptr<SimulatedMouse> mouse) : hidraw(std::move(mouse), 0)
+    {
+        std::ofstream(node).put('\n');
+        current = this;
+    }
+    ~FakeKernel() { current = nullptr; }
+    FakeKernel(const FakeKernel &) = delete;
+    FakeKernel &operator=(const FakeKernel &) = delete;
+
+    bool owns(int fd) const
+    {
+        struct ::stat mine{};
+        struct ::stat theirs{};
+        return ::stat(node.c_str(), &mine) == 0 && ::fstat(fd, &theirs) == 0 && mine.st_ino == theirs.st_ino;
+    }
+
+    const QTemporaryDir directory;
+    const std::string node = directory.filePath(QStringLiteral("hidraw0")).toStdString();
+    MockHidraw hidraw;
+    std::function<void()> onTransfer; ///< within each report's transfer; set while there are none
+
+    static std::atomic<FakeKernel *> current;
+};
+
+std::atomic<FakeKernel *> FakeKernel::current;
 
 /// A system in which one mouse is attached, with its first hidraw node.
 class OneMouse : public USBService, public USBDevice, public std::enable_shared_from_this<OneMouse> {
@@ -64,15 +101,15 @@ protected:
     /// A process of its own, as far as open files go.
     std::shared_ptr<USBRazerDevice> openTransport()
     {
-        auto transport = std::make_shared<USBRazerDevice>(std::make_shared<OneMouse>(kernel.node(), time),
-                                                          time, 0x1532, 0x00AC, 0);
+        auto transport = std::make_shared<USBRazerDevice>(std::make_shared<OneMouse>(kernel.node, time), time,
+                                                          0x1532, 0x00AC, 0);
         EXPECT_TRUE(transport->open());
         return transport;
     }
 
     FileDescriptor openNode() const
     {
-        return FileDescriptor(::open(kernel.node().c_str(), O_RDWR | O_CLOEXEC));
+        return FileDescriptor(::open(kernel.node.c_str(), O_RDWR | O_CLOEXEC));
     }
 
     static Data brightnessRequest(RGBZone zone)
@@ -108,7 +145,7 @@ TEST_F(TransportTest, TwoProcessesNeverGetEachOthersAnswers)
 TEST_F(TransportTest, ATransportMayBeDroppedAndItsDeviceVanishDuringATransfer)
 {
     auto transport = openTransport();
-    const auto system = std::make_shared<OneMouse>(kernel.node(), time);
+    const auto system = std::make_shared<OneMouse>(kernel.node, time);
     const auto node = system->hidraw();
     std::latch isUnderWay(2);
     std::latch goOn(1);
@@ -136,7 +173,7 @@ TEST_F(TransportTest, ATransportMayBeDroppedAndItsDeviceVanishDuringATransfer)
 
 TEST_F(TransportTest, AllOpenTheNodeOnce)
 {
-    const auto system = std::make_shared<OneMouse>(kernel.node(), time);
+    const auto system = std::make_shared<OneMouse>(kernel.node, time);
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
@@ -228,3 +265,21 @@ TEST_F(ExchangeLockTest, IsWaitedForTwoSecondsAndEndsWithItsProcess)
 
 } // namespace
 } // namespace kelmoth
+
+extern "C" int ioctl(int fd, unsigned long request, ...) noexcept
+{
+    va_list arguments;
+    va_start(arguments, request);
+    auto *const argument = va_arg(arguments, std::uint8_t *);
+    va_end(arguments);
+    auto *const kernel = kelmoth::FakeKernel::current.load();
+    if (kernel == nullptr || !kernel->owns(fd)) {
+        return static_cast<int>(::syscall(SYS_ioctl, fd, request, argument));
+    }
+    if (request != HIDIOCGRAWINFO && kernel->onTransfer) {
+        kernel->onTransfer();
+    }
+    const int result = kernel->hidraw.ioctl(request, {argument, _IOC_SIZE(request)});
+    errno = result < 0 ? -result : errno;
+    return result < 0 ? -1 : result;
+}

@@ -1,4 +1,3 @@
-#include "Core/Device/DeviceDefaults.h"
 #include "Tests/Simulated/MouseOnTheBench.h"
 
 #include <gmock/gmock.h>
@@ -26,21 +25,6 @@ INSTANTIATE_TEST_SUITE_P(SimulatedMouse, EveryModel, testing::ValuesIn(Simulated
                              return name;
                          });
 
-TEST_P(EveryModel, keepsDPIStages)
-{
-    auto stages = RazerProtocol::parseDPIStages(bench.ask(command::getDPIStages{}));
-    ASSERT_TRUE(stages);
-    EXPECT_EQ(stages->dpis, capabilities.factoryDPIPresets);
-    EXPECT_EQ(stages->active, 0);
-
-    ASSERT_TRUE(bench.accepts(command::setDPIStages{{{0, 100}, {1, capabilities.maxDPI}, {2, 1600}}, 2}));
-    stages = RazerProtocol::parseDPIStages(bench.ask(command::getDPIStages{}));
-    EXPECT_EQ(stages, (RazerProtocol::DPIStages{2, {100, capabilities.maxDPI, 1600}}));
-    EXPECT_FALSE(bench.accepts(command::setDPIStages{{{0, capabilities.maxDPI + 100}}, 0}));
-    EXPECT_FALSE(bench.accepts(command::setDPIStages{{{0, 0}}, 0}));
-    EXPECT_FALSE(bench.accepts(command::setDPIStages{{}, 0}));
-}
-
 TEST_P(EveryModel, keepsTheLightOfEachZone)
 {
     const RGBColor fallback{1, 2, 3};
@@ -65,43 +49,6 @@ TEST_P(EveryModel, keepsTheLightOfEachZone)
             EXPECT_DOUBLE_EQ(setting->brightness, 127 / 255.0);
         }
     }
-}
-
-TEST_P(EveryModel, keepsEachButtonByProfileAndLayer)
-{
-    const auto &defaults = defaultButtonMappings(bench.device);
-    const auto held = [&](MouseButton button, Int profile, bool hypershift) {
-        return RazerProtocol::parseButtonMapping(
-            bench.ask(command::getButtonMapping{button, profile, hypershift}));
-    };
-    for (const auto button : allCases<MouseButton>()) {
-        const auto found = defaults.find(button);
-        const command::setButtonMapping change{button, ButtonAction::keyPress("ctrl+f5"), 3, true};
-        EXPECT_EQ(bench.accepts(change), found != defaults.end()) << rawValue(button);
-        if (found != defaults.end()) {
-            EXPECT_EQ(held(button, 3, true), change.action);
-            EXPECT_EQ(held(button, 3, false), found->second);
-            EXPECT_EQ(held(button, 0, true), found->second);
-        }
-    }
-}
-
-TEST_P(EveryModel, takesALiftOffLevelOnlyAfterThePreparation)
-{
-    const auto level = [&] { return RazerProtocol::parseLiftOff(bench.ask(command::getLiftOff{})); };
-    EXPECT_EQ(level(), 1);
-    EXPECT_FALSE(bench.accepts(command::setLiftOff{2}));
-    EXPECT_EQ(level(), 1);
-    EXPECT_TRUE(bench.accepts(command::prepareLiftOff{}));
-    EXPECT_TRUE(bench.accepts(command::setLiftOff{2}));
-    EXPECT_EQ(level(), 2);
-    EXPECT_FALSE(bench.accepts(command::setLiftOff{0})) << "one preparation serves one change";
-}
-
-TEST_P(EveryModel, answersForTheBatteryThatItHas)
-{
-    EXPECT_EQ(bench.accepts(command::getBatteryLevel{}), capabilities.hasBattery);
-    EXPECT_EQ(bench.accepts(command::getChargingStatus{}), capabilities.reportsCharging);
 }
 
 TEST(SimulatedMouse, drainsAndChargesWithTime)

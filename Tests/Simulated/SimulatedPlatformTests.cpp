@@ -1,4 +1,3 @@
-#include "Core/HID/USBRazerDevice.h"
 #include "Platform/Simulated/SimulatedPlatform.h"
 #include "Tests/Simulated/MouseOnTheBench.h"
 
@@ -6,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <thread>
 
 namespace kelmoth {
@@ -125,78 +123,6 @@ TEST(SimulatedPlatform, aCallbackMayEndEverything)
     EXPECT_EQ(count, 1);
     bench.mouse->replug();
     QCoreApplication::processEvents();
-}
-
-TEST(SimulatedPlatform, whatWasOpenBeforeAnUnplugStaysDead)
-{
-    MouseOnTheBench bench{"basilisk-v3-pro"};
-    const auto machine = simulatedMachine({bench.mouse});
-    const auto manager = machine.hid->createManager();
-    const auto old = manager->copyDevices().front();
-    const auto usb =
-        machine.usb->matchingDevices(0x1532, 0x00AC).devices.front()->createInterface().interface;
-    ASSERT_EQ(old->beginExchange(), 0);
-    Data report(90);
-    EXPECT_EQ(usb->deviceRequest({0x21, 0x09, 0x0300, 0, report}), 0);
-    bench.mouse->unplug();
-    EXPECT_THAT(machine.usb->matchingDevices(0x1532, 0x00AC).devices, IsEmpty());
-    bench.mouse->replug();
-    EXPECT_EQ(old->beginExchange(), ENODEV);
-    EXPECT_EQ(old->probeAccess(), ENODEV);
-    EXPECT_EQ(old->setFeatureReport(report), ENODEV);
-    EXPECT_EQ(old->getFeatureReport(report).status, ENODEV);
-    EXPECT_EQ(usb->beginExchange(), ENODEV);
-    EXPECT_EQ(usb->deviceRequest({0xA1, 0x01, 0x0300, 0, report}), ENODEV);
-    QCoreApplication::processEvents();
-    const auto fresh = manager->copyDevices().front();
-    EXPECT_FALSE(fresh->isEqual(*old));
-    EXPECT_EQ(fresh->setFeatureReport(report), 0);
-}
-
-TEST(SimulatedPlatform, refusesToOpenWithoutPermission)
-{
-    MouseOnTheBench bench{"basilisk-v3-pro"};
-    const auto machine = simulatedMachine({bench.mouse});
-    const auto hid = machine.hid->createManager()->copyDevices().front();
-    const auto usb = machine.usb->matchingDevices(0x1532, 0x00AC).devices.front();
-    bench.mouse->addFault({.kind = SimulatedFault::Kind::denied, .times = -1});
-    EXPECT_EQ(hid->probeAccess(), EACCES);
-    EXPECT_EQ(hid->beginExchange(), EACCES);
-    EXPECT_EQ(usb->createInterface().status, EACCES);
-    bench.mouse->clearFaults();
-    EXPECT_EQ(hid->beginExchange(), 0);
-    bench.mouse->addFault({.kind = SimulatedFault::Kind::denied, .times = -1});
-    EXPECT_EQ(hid->beginExchange(), 0) << "what is open stays open";
-    EXPECT_EQ(hid->probeAccess(), EACCES);
-}
-
-TEST(SimulatedPlatform, carriesOnlyFeatureReportRequests)
-{
-    MouseOnTheBench bench{"basilisk-v3-pro"};
-    const auto machine = simulatedMachine({bench.mouse});
-    const auto usb =
-        machine.usb->matchingDevices(0x1532, 0x00AC).devices.front()->createInterface().interface;
-    Data report(90);
-    EXPECT_EQ(usb->deviceRequest({0x21, 0x09, 0x0200, 0, report}), EPIPE);
-    EXPECT_EQ(usb->deviceRequest({0x80, 0x06, 0x0300, 0, report}), EPIPE);
-    Data tooLong(91);
-    EXPECT_EQ(usb->deviceRequest({0xA1, 0x01, 0x0300, 0, tooLong}), EIO) << "a transfer cut short";
-}
-
-TEST(SimulatedPlatform, answersTheTransportAtTheFirstAttempt)
-{
-    for (const auto &row : basiliskModels()) {
-        MouseOnTheBench bench{row.commandLineName};
-        const auto machine = simulatedMachine({bench.mouse});
-        const auto sleeper = std::shared_ptr<Sleeper>(&bench.time, [](Sleeper *) {});
-        USBRazerDevice usb(machine.usb, sleeper, 0x1532, bench.model.productID, row.reportIndex);
-        ASSERT_TRUE(usb.open());
-        const auto request = RazerProtocol::createReport(command::getDPIStages{}, bench.device);
-        const auto result = usb.transact(request, row.waitTimeUs);
-        EXPECT_EQ(result.kind, TransactResult::Kind::success) << row.name;
-        EXPECT_TRUE(RazerProtocol::parseDPIStages(result.response)) << row.name;
-        EXPECT_EQ(bench.mouse->takeTransfers().size(), 2u) << row.name;
-    }
 }
 
 TEST(SimulatedPlatform, readsAListOfModels)
