@@ -1,9 +1,11 @@
 // What one command costs before it goes out and after its answer is there, and what the settings cost to
-// store. The names begin with the kind: script/bench holds those of "build" and "parse" to a limit.
+// store. The names begin with the kind: script/bench holds each kind to its limit.
 
+#include "Core/Device/DeviceDefaults.h"
 #include "Core/Device/DeviceState.h"
 #include "Core/Device/KeyboardShortcut.h"
 #include "Core/HID/RazerProtocol.h"
+#include "Core/HID/SavedSettings.h"
 
 #include <benchmark/benchmark.h>
 
@@ -110,6 +112,10 @@ void addValues()
     add("stored/encode", DeviceState::defaultState(), [](const DeviceState &state) { return encode(state); });
     add("stored/decode", encode(DeviceState::defaultState()),
         [](const std::string &json) { return decodeDeviceState(json); });
+    add("stored/merge", std::optional(createDefaultState(mouse())),
+        [device = mouse()](const std::optional<DeviceState> &saved) {
+            return mergeSavedState(saved, device);
+        });
 }
 
 } // namespace
