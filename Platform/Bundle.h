@@ -24,7 +24,8 @@ public:
     virtual std::vector<std::string> preferredLocalizations() const = 0;
 
     /// Where the resource `name`.`type` lies in this bundle; none when there is no such resource.
-    virtual std::optional<std::string> pathForResource(std::string_view name, std::string_view type) const = 0;
+    virtual std::optional<std::string> pathForResource(std::string_view name,
+                                                       std::string_view type) const = 0;
 
     /// The bundle at a path that `pathForResource` gave; none when it cannot be opened as one.
     virtual std::shared_ptr<const Bundle> bundleAtPath(const std::string &path) const = 0;

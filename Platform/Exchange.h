@@ -19,9 +19,7 @@ public:
 /// Holds a channel for as long as it lives.
 class ExchangeScope {
 public:
-    explicit ExchangeScope(ExchangeChannel &channel)
-        : m_channel(channel),
-          m_status(channel.beginExchange())
+    explicit ExchangeScope(ExchangeChannel &channel) : m_channel(channel), m_status(channel.beginExchange())
     {
     }
     ~ExchangeScope()

@@ -85,15 +85,8 @@ public:
     bool operator==(const ButtonAction &) const = default;
 
 private:
-    explicit ButtonAction(Case which)
-        : m_which(which)
-    {
-    }
-    ButtonAction(Case which, Value value)
-        : m_which(which),
-          m_value(std::move(value))
-    {
-    }
+    explicit ButtonAction(Case which) : m_which(which) {}
+    ButtonAction(Case which, Value value) : m_which(which), m_value(std::move(value)) {}
 
     Case m_which;
     Value m_value;

@@ -10,12 +10,12 @@ namespace kelmoth {
 
 /// What a model supports and what is offered for it.
 struct DeviceCapabilities {
-    Int maxDPI;                       ///< highest DPI that the model accepts
-    Int dpiStages;                    ///< number of DPI stages that the model holds
-    std::vector<Int> pollingRates;    ///< offered rates in hertz
-    bool hasBattery;                  ///< the battery is read and watched
-    bool hasHyperScroll;              ///< the wheel can spin freely
-    std::vector<RGBZone> rgbZones;    ///< in display order
+    Int maxDPI;                    ///< highest DPI that the model accepts
+    Int dpiStages;                 ///< number of DPI stages that the model holds
+    std::vector<Int> pollingRates; ///< offered rates in hertz
+    bool hasBattery;               ///< the battery is read and watched
+    bool hasHyperScroll;           ///< the wheel can spin freely
+    std::vector<RGBZone> rgbZones; ///< in display order
     Int buttonCount;
     std::vector<Int> factoryDPIPresets; ///< the model's default DPI of each stage
     std::vector<Int> dpiQuickPresets;   ///< DPI values offered as one-tap choices

@@ -23,8 +23,8 @@ enum class RGBEffect { off, staticColor, breathing, spectrum, wave, reactive, st
 
 template <> struct RawValues<RGBEffect> {
     static constexpr std::array table{
-        std::string_view{"off"},  std::string_view{"static"},   std::string_view{"breathing"},
-        std::string_view{"spectrum"}, std::string_view{"wave"}, std::string_view{"reactive"},
+        std::string_view{"off"},       std::string_view{"static"}, std::string_view{"breathing"},
+        std::string_view{"spectrum"},  std::string_view{"wave"},   std::string_view{"reactive"},
         std::string_view{"starlight"}, std::string_view{"ripple"},
     };
 };
@@ -41,10 +41,10 @@ struct RGBColor {
 /// The lighting of one zone.
 struct RGBSetting {
     RGBEffect effect = RGBEffect::off;
-    RGBColor color;                          ///< the primary colour
-    std::optional<RGBColor> secondaryColor;  ///< for effects that take two colours; absent otherwise
-    double brightness = 0.0;                 ///< fraction of full brightness, 0.0 to 1.0
-    double speed = 0.0;                      ///< effect speed as a fraction; 0.5 when read from the mouse
+    RGBColor color;                         ///< the primary colour
+    std::optional<RGBColor> secondaryColor; ///< for effects that take two colours; absent otherwise
+    double brightness = 0.0;                ///< fraction of full brightness, 0.0 to 1.0
+    double speed = 0.0;                     ///< effect speed as a fraction; 0.5 when read from the mouse
 
     bool operator==(const RGBSetting &) const = default;
 };
