@@ -4,8 +4,8 @@
 
 namespace kelmoth {
 
-FullRead::FullRead(const DeviceManager &manager, const RazerDevice &device)
-    : m_manager(manager), m_device(device)
+FullRead::FullRead(const DeviceManager &manager, RazerDevice device)
+    : m_manager(manager), m_device(std::move(device))
 {
     m_promise.start();
     connect(&manager, &DeviceManager::isConnectedChanged, this, &FullRead::followDevice);

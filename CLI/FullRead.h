@@ -21,7 +21,7 @@ class FullRead : public QObject {
 public:
     /// To be made before the event loop runs again after the manager was made: what happens earlier is
     /// missed.
-    FullRead(const DeviceManager &manager, const RazerDevice &device);
+    FullRead(const DeviceManager &manager, RazerDevice device);
 
     /// Finished once the mouse has been read, or is no longer the one that the manager has chosen.
     QFuture<void> finished() const { return m_promise.future(); }

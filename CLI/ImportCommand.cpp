@@ -15,7 +15,7 @@ namespace kelmoth {
 namespace {
 
 /// No record of settings comes near it.
-constexpr qint64 largestFile = 1024 * 1024;
+constexpr qint64 largestFile = qint64{1024} * 1024;
 
 /// Reads the record of a file. None when there is none in it; `failure` then says why.
 std::optional<DeviceState> readRecord(const std::string &path, std::string *failure)
@@ -68,7 +68,10 @@ QCoro::Task<Result> perform(ImportStep step, Session *session)
 
 std::string shown(const nlohmann::ordered_json &value)
 {
-    return value.is_string() ? value.get<std::string>() : value.is_null() ? "none" : value.dump();
+    if (value.is_null()) {
+        return "none";
+    }
+    return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
 /// "DPI of stage 2: 800 -> 900: done"

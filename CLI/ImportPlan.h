@@ -22,8 +22,11 @@ struct ImportStep {
     nlohmann::ordered_json from; ///< a number or a text; null where the mouse has or says none
     nlohmann::ordered_json to;   ///< the same of the record
     Kind kind = Kind::write;
+    // g++ warns of members that are left out and have no initializer.
+    // NOLINTBEGIN(readability-redundant-member-init)
     std::string reason = {};                                      ///< why not; empty when that says it all
     std::function<QCoro::Task<bool>(DeviceManager &)> write = {}; ///< of the kind `write` only
+    // NOLINTEND(readability-redundant-member-init)
 };
 
 /// Every setting of a record, which may hold any values, in which it differs from what the mouse says: DPI of

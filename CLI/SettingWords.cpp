@@ -174,7 +174,7 @@ std::optional<std::string> obstacleTo(const ButtonAction &action, const RazerDev
         return "the " + device.name() + " has no action " + std::string(storedName(action.which()));
     }
     const auto *shortcut = std::get_if<std::string>(&action.value());
-    if (shortcut && parseKeyboardShortcut(*shortcut).keyCode == 0) {
+    if (shortcut != nullptr && parseKeyboardShortcut(*shortcut).keyCode == 0) {
         return "there is no key \"" + *shortcut + '"';
     }
     return std::nullopt;
