@@ -21,11 +21,12 @@ CLI::Option *declareNumber(CLI::App &parser, const std::string &name, Target &ta
 {
     const auto take = [&target, name, lowest, highest](const std::string &text) {
         const auto number = wholeNumber(text);
-        if (!number || *number < lowest || *number > highest) {
+        const Int value = number.value_or(lowest - 1);
+        if (value < lowest || value > highest) {
             throw CLI::ValidationError(name, '"' + text + "\" is not " + std::to_string(lowest) + " to " +
                                                  std::to_string(highest));
         }
-        target = *number;
+        target = value;
     };
     return parser.add_option_function<std::string>(name, take, help)
         ->option_text(std::to_string(lowest) + ".." + std::to_string(highest));

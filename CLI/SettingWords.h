@@ -20,6 +20,7 @@ inline constexpr std::array<std::string_view, 3> liftOffWords{"low", "medium", "
 template <class Cases> std::vector<std::string_view> rawWords(const Cases &cases)
 {
     std::vector<std::string_view> words;
+    words.reserve(cases.size());
     for (const auto value : cases) {
         words.push_back(rawValue(value));
     }
