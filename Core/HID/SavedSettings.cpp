@@ -10,7 +10,7 @@ namespace kelmoth {
 namespace {
 
 /// No record of ours comes near this size; a larger one would only cost time.
-constexpr std::size_t largestRecord = 256 * 1024;
+constexpr std::size_t largestRecord = std::size_t{256} * 1024;
 
 const std::string legacyKey(SavedSettings::settingsKey);
 const std::string migratedKey = legacyKey + ".migrated";
