@@ -15,7 +15,7 @@ namespace kelmoth {
 namespace {
 
 /// A file of ours has some kilobytes. To read a larger one would hold up the main thread.
-constexpr std::int64_t largestFile = 1024 * 1024;
+constexpr std::int64_t largestFile = std::int64_t{1024} * 1024;
 
 constexpr int longestWaitAtExit = 2000; // milliseconds
 
@@ -78,7 +78,7 @@ SettingsUserDefaults::SettingsUserDefaults(QString path)
 
 SettingsUserDefaults::~SettingsUserDefaults()
 {
-    flush();
+    SettingsUserDefaults::flush();
 }
 
 void SettingsUserDefaults::flush()
@@ -161,13 +161,14 @@ void SettingsUserDefaults::setData(std::string_view key, std::string data)
 void SettingsUserDefaults::set(std::string_view key, std::string value)
 {
     look(); // what is set from here on stands over what the file holds now
-    m_values[std::string(key)] = value;
+    auto &kept = m_values[std::string(key)];
+    kept = std::move(value);
     if (!m_writer) {
         reportLoss(m_path);
         return;
     }
     ++*m_pendingWrites;
-    m_writer->start([path = m_path, name = qtText(key), text = qtText(value), pending = m_pendingWrites] {
+    m_writer->start([path = m_path, name = qtText(key), text = qtText(*kept), pending = m_pendingWrites] {
         write(path, name, text);
         --*pending;
     });

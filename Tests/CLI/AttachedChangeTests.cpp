@@ -200,8 +200,8 @@ change 4 $2 && wait $first)",
     EXPECT_EQ(both.status, 0) << both.error;
 
     // Each write brings one stage forward and keeps the other as its own loop left it.
-    int second = 0;
-    int fourth = 0;
+    Int second = 0;
+    Int fourth = 0;
     for (const auto &transfer : mouse.takeTransfers()) {
         if (!transfer.isSet || transfer.bytes[6] != 0x04 || transfer.bytes[7] != 0x06) {
             continue;

@@ -129,7 +129,7 @@ TEST_F(SavedSettingsTest, LeavesTheOlderRecordWhereAProductHasItsOwn)
     EXPECT_EQ(activeStage(0x00AA), 1);
     EXPECT_FALSE(values.contains("com.kelmoth.deviceState.migrated"));
     // Nor does a record that cannot be used call for the older one.
-    for (const auto &unusable : {std::string("{"), std::string(), std::string(10'000'000, '['),
+    for (const auto &unusable : {std::string("{"), std::string(), std::string(8'000'000, '['),
                                  "\xFF" + record(3), record(1).substr(0, 200)}) {
         values["com.kelmoth.deviceState.170"] = unusable;
         EXPECT_EQ(activeStage(0x00AA), byDefault);
