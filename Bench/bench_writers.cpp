@@ -31,7 +31,7 @@ public:
     {
         const auto begin = steady_clock::now();
         m_sleeper->sleep(duration);
-        m_slept += steady_clock::now() - begin;
+        m_slept = m_slept.load() + (steady_clock::now() - begin); // only the transfer thread writes
     }
     steady_clock::duration slept() const { return m_slept; }
 

@@ -73,7 +73,7 @@ std::optional<ButtonAction> keyAction(const std::optional<std::string> &value, s
                    joined(keyNames());
         return std::nullopt;
     }
-    return ButtonAction::keyPress(*std::move(text));
+    return ButtonAction::make(ButtonAction::Case::keyPress, *std::move(text));
 }
 
 std::optional<ButtonAction> rawAction(const std::optional<std::string> &value, std::string *failure)
