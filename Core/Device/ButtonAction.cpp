@@ -75,9 +75,9 @@ bool isSelectable(Int number)
 
 ButtonFunction dpiFunction(Int number)
 {
-    const Int stage = number - firstStageNumber + 1;
-    if (number >= firstStageNumber && isSelectable(stage)) {
-        return {dpi, 2, select, static_cast<std::uint8_t>(stage)};
+    // Compared before the subtraction, which the least number would take out of its range.
+    if (number >= firstStageNumber && isSelectable(number - firstStageNumber + 1)) {
+        return {dpi, 2, select, static_cast<std::uint8_t>(number - firstStageNumber + 1)};
     }
     return {dpi, 1, number == 1 ? otherDPI : cycleDPI};
 }
