@@ -27,6 +27,9 @@ public:
     virtual void setInteger(std::string_view key, std::int64_t value) = 0;
     virtual void setData(std::string_view key, std::string data) = 0;
 
+    /// Takes the value under `key` away; nothing when there is none.
+    virtual void removeObject(std::string_view key) = 0;
+
     /// Waits until what was set has reached the disk, some seconds at most: for a program that is about to
     /// end.
     virtual void flush() = 0;

@@ -56,11 +56,16 @@ void reportLoss(const QString &path)
     log("⚠️ Settings could not be saved: %s", qUtf8Printable(path));
 }
 
-void write(const QString &path, const QString &key, const QString &value)
+/// No value: the key is taken away.
+void write(const QString &path, const QString &key, const std::optional<QString> &value)
 {
     protect(path);
     QSettings settings(path, QSettings::IniFormat);
-    settings.setValue(key, value);
+    if (value) {
+        settings.setValue(key, *value);
+    } else {
+        settings.remove(key);
+    }
     settings.sync();
     if (settings.status() == QSettings::AccessError) {
         reportLoss(path);
@@ -161,14 +166,31 @@ void SettingsUserDefaults::setData(std::string_view key, std::string data)
 void SettingsUserDefaults::set(std::string_view key, std::string value)
 {
     look(); // what is set from here on stands over what the file holds now
-    auto &kept = m_values[std::string(key)];
-    kept = std::move(value);
+    m_values[std::string(key)] = value;
+    store(key, value);
+}
+
+void SettingsUserDefaults::removeObject(std::string_view key)
+{
+    look();
+    const auto found = m_values.find(key);
+    if (found == m_values.end()) {
+        return;
+    }
+    m_values.erase(found);
+    store(key, std::nullopt);
+}
+
+/// Brings a value, or that there is none, to the disk.
+void SettingsUserDefaults::store(std::string_view key, const std::optional<std::string> &value)
+{
     if (!m_writer) {
         reportLoss(m_path);
         return;
     }
     ++*m_pendingWrites;
-    m_writer->start([path = m_path, name = qtText(key), text = qtText(*kept), pending = m_pendingWrites] {
+    auto text = value ? std::optional(qtText(*value)) : std::nullopt;
+    m_writer->start([path = m_path, name = qtText(key), text = std::move(text), pending = m_pendingWrites] {
         write(path, name, text);
         --*pending;
     });

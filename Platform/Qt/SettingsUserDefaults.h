@@ -27,6 +27,7 @@ public:
     bool hasObjectForKey(std::string_view key) const override;
     void setInteger(std::string_view key, std::int64_t value) override;
     void setData(std::string_view key, std::string data) override;
+    void removeObject(std::string_view key) override;
     void flush() override;
 
 private:
@@ -43,6 +44,7 @@ private:
     std::optional<Stamp> stamp() const;
     std::optional<std::string> text(std::string_view key) const;
     void set(std::string_view key, std::string value);
+    void store(std::string_view key, const std::optional<std::string> &value);
 
     QString m_path;
     /// What the file holds and what was set since; a value that is neither text nor number is absent.

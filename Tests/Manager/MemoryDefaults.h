@@ -29,7 +29,7 @@ public:
     {
         values[std::string(key)] = std::move(data);
     }
-
+    void removeObject(std::string_view key) override { values.erase(std::string(key)); }
     void flush() override {}
 
 private:

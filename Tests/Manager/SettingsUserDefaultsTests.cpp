@@ -77,8 +77,13 @@ TEST_F(SettingsUserDefaultsTest, KeepsValuesForTheirOwnerOnly)
         defaults->setInteger("languageMode", 1);
         EXPECT_EQ(defaults->dataForKey(key), record); // at once
         EXPECT_EQ(defaults->integerForKey("languageMode"), 1);
+        defaults->setData("path", "/somewhere");
+        defaults->removeObject("path");
+        defaults->removeObject("never stored");
+        EXPECT_FALSE(defaults->hasObjectForKey("path")); // at once
     }
     const auto defaults = open();
+    EXPECT_FALSE(defaults->hasObjectForKey("path")); // for good
     EXPECT_EQ(defaults->dataForKey(key), record);
     EXPECT_EQ(defaults->integerForKey("languageMode"), 1);
     EXPECT_EQ(QFile::permissions(path) & ~(QFile::ReadUser | QFile::WriteUser),
