@@ -162,16 +162,6 @@ ButtonAction decoded(const ButtonFunction &function)
     }
 }
 
-/// A localised format with its one placeholder filled.
-std::string filled(std::string_view format, std::string_view placeholder, std::string_view value)
-{
-    auto text = L10n::text(format);
-    if (const auto at = text.find(placeholder); at != std::string::npos) {
-        text.replace(at, placeholder.size(), value);
-    }
-    return text;
-}
-
 } // namespace
 
 ButtonAction::ButtonAction(std::span<const std::uint8_t> function)
@@ -244,7 +234,7 @@ std::string actionName(const ButtonAction &action)
     switch (action.which()) {
     case Case::profileSwitch:
         if (const Int number = std::get<Int>(value); number != 0) {
-            return filled("Profile %d", "%d", std::to_string(number));
+            return L10n::formatted("Profile %d", std::to_string(number));
         }
         break;
     case Case::keyPress:
@@ -253,7 +243,7 @@ std::string actionName(const ButtonAction &action)
         }
         break;
     case Case::macroPlay:
-        return filled("Macro: %@", "%@", std::get<std::string>(value));
+        return L10n::formatted("Macro: %@", std::get<std::string>(value));
     default:
         break;
     }

@@ -39,4 +39,15 @@ std::string text(std::string_view key)
     return bundle ? bundle->localizedString(key, key) : std::string(key);
 }
 
+std::string formatted(std::string_view format, std::string_view value)
+{
+    auto filled = text(format);
+    for (const std::string_view placeholder : {"%@", "%d", "%lld"}) {
+        if (const auto at = filled.find(placeholder); at != std::string::npos) {
+            return filled.replace(at, placeholder.size(), value);
+        }
+    }
+    return filled;
+}
+
 } // namespace kelmoth::L10n

@@ -24,6 +24,10 @@ std::shared_ptr<const Bundle> resourceBundle();
 /// The text for an English key in the interface language; the key itself when it has no entry.
 std::string text(std::string_view key);
 
+/// The text for an English format with `value` in its first placeholder: "%@" where a string stands, "%d" or
+/// "%lld" where a number does.
+std::string formatted(std::string_view format, std::string_view value);
+
 } // namespace L10n
 
 } // namespace kelmoth
