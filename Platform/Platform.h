@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Platform/Bundle.h"
+#include "Platform/DesktopSettings.h"
 #include "Platform/HID.h"
 #include "Platform/Log.h"
+#include "Platform/LoginItemService.h"
 #include "Platform/Sleeper.h"
 #include "Platform/USB.h"
 #include "Platform/UserDefaults.h"
@@ -20,6 +22,8 @@ struct Platform {
     std::shared_ptr<USBService> usb;
     std::shared_ptr<UserDefaults> userDefaults;
     std::shared_ptr<const Bundle> mainBundle;
+    std::shared_ptr<DesktopSettings> desktopSettings;   ///< absent where there is no desktop
+    std::shared_ptr<LoginItemService> loginItemService; ///< absent where nothing is started at login
 
     /// The installed platform; all pieces absent before one is installed.
     static const Platform &current();

@@ -1,0 +1,54 @@
+#include "Core/Services/Preferences.h"
+
+#include "Core/Services/L10n.h"
+#include "Platform/Platform.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+namespace kelmoth {
+
+Preferences &Preferences::shared()
+{
+    static QPointer<Preferences> preferences;
+    if (!preferences) {
+        preferences = new Preferences(Platform::current().userDefaults, QCoreApplication::instance());
+    }
+    return *preferences;
+}
+
+Preferences::Preferences(std::shared_ptr<UserDefaults> defaults, QObject *parent)
+    : QObject(parent), m_defaults(std::move(defaults))
+{
+}
+
+std::int64_t Preferences::appearanceMode() const
+{
+    return m_defaults->integerForKey(appearanceModeKey);
+}
+
+void Preferences::setAppearanceMode(std::int64_t mode)
+{
+    if (mode == appearanceMode()) {
+        return;
+    }
+    m_defaults->setInteger(appearanceModeKey, mode);
+    Q_EMIT appearanceModeChanged();
+}
+
+std::int64_t Preferences::languageMode() const
+{
+    return m_defaults->integerForKey(L10n::languageModeKey);
+}
+
+void Preferences::chooseLanguage(std::int64_t mode)
+{
+    if (mode == languageMode()) {
+        return;
+    }
+    m_defaults->setInteger(L10n::languageModeKey, mode);
+    Q_EMIT languageModeChanged();
+    Q_EMIT kelmothLanguageDidChange();
+}
+
+} // namespace kelmoth
