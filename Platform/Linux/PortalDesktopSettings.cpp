@@ -1,0 +1,238 @@
+#include "Platform/Linux/PortalDesktopSettings.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QFileInfo>
+#include <QStringList>
+#include <QUuid>
+#include <QtConcurrent>
+
+#include <cmath>
+
+namespace kelmoth {
+
+namespace {
+
+const auto portalService = QStringLiteral("org.freedesktop.portal.Desktop");
+const auto portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const auto settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
+
+const auto appearance = QStringLiteral("org.freedesktop.appearance");
+const auto gnomeInterface = QStringLiteral("org.gnome.desktop.interface");
+const auto gnomeAccessibility = QStringLiteral("org.gnome.desktop.a11y.interface");
+const auto plasma = QStringLiteral("org.kde.kdeglobals.KDE");
+
+/// Far above what desktops keep under those four names; a sender of more is not read to its end.
+constexpr int mostEntries = 2000;
+
+/// A value without the variants around it, of which some portals send two.
+QVariant unwrapped(QVariant value)
+{
+    while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
+        value = value.value<QDBusVariant>().variant();
+    }
+    return value;
+}
+
+std::optional<bool> truth(const QVariant &value)
+{
+    return value.typeId() == QMetaType::Bool ? std::optional(value.toBool()) : std::nullopt;
+}
+
+std::optional<uint> number(const QVariant &value)
+{
+    return value.typeId() == QMetaType::UInt ? std::optional(value.toUInt()) : std::nullopt;
+}
+
+ColorScheme scheme(const QVariant &value)
+{
+    switch (number(value).value_or(0)) {
+    case 1:
+        return ColorScheme::dark;
+    case 2:
+        return ColorScheme::light;
+    default:
+        return ColorScheme::noPreference;
+    }
+}
+
+/// Three channels from 0 to 1; anything outside is how a portal says that there is no accent colour.
+std::optional<std::uint32_t> color(const QVariant &value)
+{
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>()) {
+        return std::nullopt;
+    }
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != QStringLiteral("(ddd)")) {
+        return std::nullopt;
+    }
+    std::uint32_t result = 0;
+    argument.beginStructure();
+    for (int i = 0; i < 3; ++i) {
+        double channel = 0.0;
+        argument >> channel;
+        const bool isChannel = channel >= 0.0 && channel <= 1.0; // false for what is no number
+        if (!isChannel) {
+            return std::nullopt;
+        }
+        result = result << 8 | static_cast<std::uint32_t>(std::lround(channel * 255));
+    }
+    return result;
+}
+
+} // namespace
+
+QString sessionBusAddress()
+{
+    auto named = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (!named.isEmpty()) {
+        return named;
+    }
+    const auto directory = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    const auto socket = directory + QStringLiteral("/bus");
+    return !directory.isEmpty() && QFileInfo::exists(socket) ? QStringLiteral("unix:path=") + socket
+                                                             : QString();
+}
+
+void PortalDesktopSettings::Taste::applyAppearance(const QString &key, const QVariant &value)
+{
+    if (key == QStringLiteral("color-scheme")) {
+        colorScheme = scheme(value);
+    } else if (key == QStringLiteral("accent-color")) {
+        accentColor = color(value);
+    } else if (key == QStringLiteral("contrast")) {
+        reduceTransparency = reduceTransparency || number(value) == 1;
+    }
+}
+
+void PortalDesktopSettings::Taste::apply(const QString &settingsNamespace, const QString &key,
+                                         const QVariant &value)
+{
+    if (settingsNamespace == appearance) {
+        applyAppearance(key, value);
+    } else if (settingsNamespace == gnomeInterface && key == QStringLiteral("enable-animations")) {
+        reduceMotion = reduceMotion || truth(value) == false;
+    } else if (settingsNamespace == gnomeAccessibility && key == QStringLiteral("high-contrast")) {
+        reduceTransparency = reduceTransparency || truth(value) == true;
+    } else if (settingsNamespace == plasma && key == QStringLiteral("AnimationDurationFactor")) {
+        const bool isTold = value.typeId() == QMetaType::QString || value.typeId() == QMetaType::Double;
+        bool isNumber = false;
+        const auto factor = value.toDouble(&isNumber);
+        reduceMotion = reduceMotion || (isTold && isNumber && factor == 0.0);
+    }
+}
+
+PortalDesktopSettings::Taste PortalDesktopSettings::tasteFrom(const QDBusMessage &reply)
+{
+    Taste taste;
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QStringLiteral("a{sa{sv}}")) {
+        return taste;
+    }
+    const auto all = reply.arguments().constFirst().value<QDBusArgument>();
+    int budget = mostEntries;
+    all.beginMap();
+    while (!all.atEnd() && budget > 0) {
+        QString settingsNamespace;
+        all.beginMapEntry();
+        all >> settingsNamespace;
+        all.beginMap();
+        for (; !all.atEnd() && budget > 0; --budget) {
+            QString key;
+            QDBusVariant value;
+            all.beginMapEntry();
+            all >> key >> value;
+            all.endMapEntry();
+            taste.apply(settingsNamespace, key, unwrapped(value.variant()));
+        }
+        all.endMap();
+        all.endMapEntry();
+        --budget;
+    }
+    return taste;
+}
+
+PortalDesktopSettings::PortalDesktopSettings(const QString &busAddress)
+    : m_connectionName(QStringLiteral("com.kelmoth.desktop-settings.") +
+                       QUuid::createUuid().toString(QUuid::WithoutBraces))
+{
+    if (busAddress.isEmpty()) {
+        return;
+    }
+    // A bus greets its clients, and may take its time.
+    connect(&m_connecting, &QFutureWatcher<QDBusConnection>::finished, this,
+            [this] { listen(m_connecting.result()); });
+    m_connecting.setFuture(QtConcurrent::run(
+        [busAddress, name = m_connectionName] { return QDBusConnection::connectToBus(busAddress, name); }));
+}
+
+PortalDesktopSettings::~PortalDesktopSettings()
+{
+    m_reading.reset();
+    m_bus.reset();
+    QDBusConnection::disconnectFromBus(m_connectionName);
+}
+
+void PortalDesktopSettings::listen(const QDBusConnection &bus)
+{
+    if (!bus.isConnected()) {
+        return;
+    }
+    m_bus = bus;
+    // Without a sender's name, which would have to be looked up and waited for: a signal that somebody else
+    // sends makes the portal be asked, no more.
+    for (const auto &settingsNamespace : {appearance, gnomeInterface, gnomeAccessibility, plasma}) {
+        m_bus->connect(QString(), portalPath, settingsInterface, QStringLiteral("SettingChanged"),
+                       {settingsNamespace}, QString(), this, SLOT(read()));
+    }
+    m_bus->connect(QString(), QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
+                   QStringLiteral("NameOwnerChanged"), {portalService}, QString(), this,
+                   SLOT(ownerChanged(QString, QString, QString)));
+    read();
+}
+
+void PortalDesktopSettings::ownerChanged(const QString &, const QString &, const QString &now)
+{
+    if (!now.isEmpty()) {
+        read();
+    }
+}
+
+/// Asks the portal for everything. While an answer is still to come, what changed is asked for once it has:
+/// however many signals arrive, one call is under way.
+void PortalDesktopSettings::read()
+{
+    if (m_reading) {
+        m_isStale = true;
+        return;
+    }
+    auto call = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface,
+                                               QStringLiteral("ReadAll"));
+    call << QStringList{appearance, gnomeInterface, gnomeAccessibility, plasma};
+    m_reading = std::make_unique<QDBusPendingCallWatcher>(m_bus->asyncCall(call));
+    connect(m_reading.get(), &QDBusPendingCallWatcher::finished, this, [this] {
+        const auto reply = m_reading->reply();
+        m_reading.release()->deleteLater(); // it is still telling us
+        take(reply);
+        if (std::exchange(m_isStale, false)) {
+            read();
+        }
+    });
+}
+
+void PortalDesktopSettings::take(const QDBusMessage &reply)
+{
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        return; // nobody there, or nobody who knows: what was said before stands
+    }
+    const auto taste = tasteFrom(reply);
+    if (taste == m_taste) {
+        return;
+    }
+    m_taste = taste;
+    if (m_handler) {
+        m_handler();
+    }
+}
+
+} // namespace kelmoth

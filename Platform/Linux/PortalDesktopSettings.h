@@ -1,0 +1,72 @@
+#pragma once
+
+#include "Platform/DesktopSettings.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QFutureWatcher>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+#include <memory>
+
+namespace kelmoth {
+
+/// The desktop's taste as the settings portal of the session bus tells it, kept up to date. Nothing here
+/// waits: until the portal has answered, and for as long as there is none, the desktop has no preference.
+/// A portal that comes later is heard; what a portal said stands until it, or its successor, says otherwise.
+/// Main thread.
+class PortalDesktopSettings : public QObject, public DesktopSettings {
+    Q_OBJECT
+
+public:
+    /// `busAddress` is that of the session bus, in D-Bus's own notation; empty where there is none.
+    explicit PortalDesktopSettings(const QString &busAddress);
+    ~PortalDesktopSettings() override;
+    PortalDesktopSettings(const PortalDesktopSettings &) = delete;
+    PortalDesktopSettings &operator=(const PortalDesktopSettings &) = delete;
+
+    ColorScheme colorScheme() const override { return m_taste.colorScheme; }
+    std::optional<std::uint32_t> accentColor() const override { return m_taste.accentColor; }
+    bool reduceMotion() const override { return m_taste.reduceMotion; }
+    bool reduceTransparency() const override { return m_taste.reduceTransparency; }
+    void setChangeHandler(std::function<void()> handler) override { m_handler = std::move(handler); }
+
+private:
+    /// What a portal has said as a whole.
+    struct Taste {
+        ColorScheme colorScheme = ColorScheme::noPreference;
+        std::optional<std::uint32_t> accentColor;
+        bool reduceMotion = false;
+        bool reduceTransparency = false;
+
+        /// Takes one setting in; a value of a type or range that does not belong to it says nothing.
+        void apply(const QString &settingsNamespace, const QString &key, const QVariant &value);
+        void applyAppearance(const QString &key, const QVariant &value);
+
+        bool operator==(const Taste &) const = default;
+    };
+
+    static Taste tasteFrom(const QDBusMessage &reply);
+
+    void listen(const QDBusConnection &bus);
+    void take(const QDBusMessage &reply);
+
+    const QString m_connectionName;
+    QFutureWatcher<QDBusConnection> m_connecting;
+    std::optional<QDBusConnection> m_bus; ///< none while it is not known whether there is one
+    std::unique_ptr<QDBusPendingCallWatcher> m_reading;
+    bool m_isStale = false; ///< something changed since the portal was asked
+    Taste m_taste;
+    std::function<void()> m_handler;
+
+private Q_SLOTS:
+    void read();
+    void ownerChanged(const QString &name, const QString &before, const QString &now);
+};
+
+/// The address of this session's bus; empty when the session has none. None is started.
+QString sessionBusAddress();
+
+} // namespace kelmoth

@@ -1,0 +1,238 @@
+#include "Platform/Linux/PortalDesktopSettings.h"
+#include "Tests/Desktop/PrivateBus.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusVirtualObject>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace kelmoth {
+namespace {
+
+using Settings = QMap<QString, QVariantMap>;
+
+struct Channels {
+    double red, green, blue;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const Channels &color)
+{
+    argument.beginStructure();
+    argument << color.red << color.green << color.blue;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, Channels &)
+{
+    return argument;
+}
+
+const auto appearance = QStringLiteral("org.freedesktop.appearance");
+const auto gnome = QStringLiteral("org.gnome.desktop.interface");
+const auto accessibility = QStringLiteral("org.gnome.desktop.a11y.interface");
+constexpr auto duration = "AnimationDurationFactor";
+const auto plasma = QStringLiteral("org.kde.kdeglobals.KDE");
+
+QVariant twice(const QVariant &value)
+{
+    return QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(value))));
+}
+
+QVariant color(double red, double green, double blue)
+{
+    return QVariant::fromValue(Channels{red, green, blue});
+}
+
+QVariant one(const QString &settingsNamespace, const char *key, const QVariant &value)
+{
+    return QVariant::fromValue(Settings{{settingsNamespace, {{QString::fromLatin1(key), value}}}});
+}
+
+/// A portal at the other end of a bus. It answers with `answer`, or not at all while that is absent.
+class FakePortal : public QDBusVirtualObject {
+public:
+    explicit FakePortal(const QString &address)
+        : m_bus(QDBusConnection::connectToBus(address, QStringLiteral("portal")))
+    {
+        m_bus.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), this);
+    }
+    ~FakePortal() override { QDBusConnection::disconnectFromBus(QStringLiteral("portal")); }
+
+    void appear() { m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")); }
+    void vanish() { m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop")); }
+    void tellOfChange(const QString &settingsNamespace)
+    {
+        auto signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                                 QStringLiteral("org.freedesktop.portal.Settings"),
+                                                 QStringLiteral("SettingChanged"));
+        m_bus.send(signal << settingsNamespace << QStringLiteral("key") << twice(1));
+    }
+    void answerLate()
+    {
+        for (const auto &call : std::exchange(m_unanswered, {})) {
+            m_bus.send(call.createReply(*answer));
+        }
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &call, const QDBusConnection &bus) override
+    {
+        ++calls;
+        asked = call.arguments();
+        if (answer) {
+            return bus.send(call.createReply(*answer));
+        }
+        m_unanswered.append(call);
+        return true;
+    }
+
+    std::optional<QVariant> answer = QVariant::fromValue(Settings{});
+    int calls = 0;
+    QVariantList asked;
+
+private:
+    QDBusConnection m_bus;
+    QList<QDBusMessage> m_unanswered;
+};
+
+class PortalDesktopSettingsTest : public testing::Test {
+protected:
+    PortalDesktopSettingsTest()
+    {
+        qDBusRegisterMetaType<Channels>();
+        qDBusRegisterMetaType<Settings>();
+    }
+    void SetUp() override { ASSERT_FALSE(bus.address().isEmpty()); }
+
+    PrivateBus bus;
+    FakePortal portal{bus.address()};
+};
+
+TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
+{
+    struct Row {
+        const char *what;
+        QVariant told;
+        ColorScheme scheme = ColorScheme::noPreference;
+        std::optional<std::uint32_t> accent = std::nullopt;
+        bool reduceMotion = false;
+        bool reduceTransparency = false;
+    };
+    constexpr auto none = ColorScheme::noPreference;
+    QVariantMap crowd;
+    for (int i = 0; i < 50'000; ++i) {
+        crowd.insert(QString::number(i), true);
+    }
+    const std::vector<Row> rows{
+        {"dark", one(appearance, "color-scheme", 1U), ColorScheme::dark},
+        {"light, in two variants", one(appearance, "color-scheme", twice(2U)), ColorScheme::light},
+        {"scheme out of range", one(appearance, "color-scheme", 3U)},
+        {"scheme as text", one(appearance, "color-scheme", QStringLiteral("1"))},
+        {"scheme of another namespace", one(gnome, "color-scheme", 1U)},
+        {"accent", one(appearance, "accent-color", color(1.0, 0.5, 0.0)), none, 0xFF8000},
+        {"no accent", one(appearance, "accent-color", color(-1.0, -1.0, -1.0))},
+        {"accent beyond 1", one(appearance, "accent-color", color(0.1, 0.2, 1.01))},
+        {"accent not a number", one(appearance, "accent-color", color(0.1, std::nan(""), 0.2))},
+        {"accent as list", one(appearance, "accent-color", QStringList{QStringLiteral("red")})},
+        {"contrast", one(appearance, "contrast", 1U), none, {}, false, true},
+        {"high contrast", one(accessibility, "high-contrast", true), none, {}, false, true},
+        {"animated", one(gnome, "enable-animations", true)},
+        {"not animated", one(gnome, "enable-animations", false), none, {}, true},
+        {"animations as number", one(gnome, "enable-animations", 0U)},
+        {"no duration, as text", one(plasma, duration, QStringLiteral("0")), none, {}, true},
+        {"no duration", one(plasma, duration, 0.0), none, {}, true},
+        {"some duration", one(plasma, duration, QStringLiteral("0.5"))},
+        {"duration no number", one(plasma, duration, QString())},
+        {"duration as bool", one(plasma, duration, false)},
+        {"a text", QStringLiteral("dark")},
+        {"a map of another kind", QVariantMap{{appearance, 1U}}},
+        {"a crowd", QVariant::fromValue(Settings{{plasma, crowd}})},
+    };
+    portal.appear();
+    for (const auto &row : rows) {
+        portal.answer = row.told;
+        const auto before = portal.calls;
+        PortalDesktopSettings settings(bus.address());
+        int changes = 0;
+        settings.setChangeHandler([&changes] { ++changes; });
+        // A second round: the answer to the first has been taken by then.
+        ASSERT_TRUE(QTest::qWaitFor([&] { return portal.calls > before; })) << row.what;
+        portal.tellOfChange(appearance);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return portal.calls > before + 1; })) << row.what;
+
+        EXPECT_EQ(settings.colorScheme(), row.scheme) << row.what;
+        EXPECT_EQ(settings.accentColor(), row.accent) << row.what;
+        EXPECT_EQ(settings.reduceMotion(), row.reduceMotion) << row.what;
+        EXPECT_EQ(settings.reduceTransparency(), row.reduceTransparency) << row.what;
+        const bool isDefault = row.scheme == ColorScheme::noPreference && !row.accent && !row.reduceMotion &&
+                               !row.reduceTransparency;
+        EXPECT_EQ(changes, isDefault ? 0 : 1) << row.what;
+    }
+    EXPECT_EQ(portal.asked, (QVariantList{QStringList{appearance, gnome, accessibility, plasma}}));
+}
+
+TEST_F(PortalDesktopSettingsTest, FollowsAPortalThatComesChangesAndGoes)
+{
+    const auto dark = one(appearance, "color-scheme", 1U);
+    const auto light = one(appearance, "color-scheme", 2U);
+    PortalDesktopSettings settings(bus.address());
+    int changes = 0;
+    settings.setChangeHandler([&changes] { ++changes; });
+    EXPECT_EQ(settings.colorScheme(), ColorScheme::noPreference);
+
+    portal.answer = dark;
+    portal.appear();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return changes == 1; }));
+    EXPECT_EQ(settings.colorScheme(), ColorScheme::dark);
+
+    portal.answer = light;
+    portal.tellOfChange(plasma);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return changes == 2; }));
+    EXPECT_EQ(settings.colorScheme(), ColorScheme::light);
+
+    // A portal that is started again says nothing meanwhile.
+    portal.vanish();
+    portal.answer = dark;
+    portal.appear();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return changes == 3; }));
+    EXPECT_EQ(settings.colorScheme(), ColorScheme::dark);
+}
+
+TEST_F(PortalDesktopSettingsTest, AsksOnceMoreHoweverManyChangesAreTold)
+{
+    portal.appear();
+    portal.answer.reset();
+    PortalDesktopSettings settings(bus.address());
+    bool isChanged = false;
+    settings.setChangeHandler([&isChanged] { isChanged = true; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return portal.calls == 1; }));
+    for (int i = 0; i < 1000; ++i) {
+        portal.tellOfChange(gnome);
+    }
+    portal.tellOfChange(QStringLiteral("org.gnome.desktop.sound"));
+    portal.answer = one(gnome, "enable-animations", false);
+    portal.answerLate();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isChanged && portal.calls == 2; }));
+    EXPECT_TRUE(settings.reduceMotion());
+}
+
+TEST(PortalWithoutABus, SaysNothing)
+{
+    for (const auto *address : {"", "unix:path=/nowhere/at/all", "no address"}) {
+        const PortalDesktopSettings settings(QString::fromLatin1(address));
+        EXPECT_EQ(settings.colorScheme(), ColorScheme::noPreference);
+    }
+    EXPECT_TRUE(qputenv("DBUS_SESSION_BUS_ADDRESS", ""));
+    EXPECT_TRUE(qputenv("XDG_RUNTIME_DIR", "/nowhere"));
+    EXPECT_EQ(sessionBusAddress(), QString());
+}
+
+} // namespace
+} // namespace kelmoth
+
+Q_DECLARE_METATYPE(kelmoth::Channels)
