@@ -1,0 +1,177 @@
+#include "Platform/Linux/AutostartLoginItem.h"
+
+#include "Platform/Linux/DesktopEntry.h"
+#include "Platform/Log.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryFile>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <unistd.h>
+#include <vector>
+
+namespace kelmoth {
+
+namespace {
+
+QString autostartDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/autostart");
+}
+
+QString entryPath()
+{
+    return autostartDirectory() + QStringLiteral("/com.kelmoth.app.desktop");
+}
+
+std::string errorText(int number)
+{
+    return std::generic_category().message(number);
+}
+
+/// Whether `path` is below `directory`, under the name that is given or under the one it leads to.
+bool isBelow(const QString &path, const QString &directory)
+{
+    const auto resolved = QFileInfo(directory).canonicalFilePath();
+    return path.startsWith(directory + QLatin1Char('/')) ||
+           (!resolved.isEmpty() && path.startsWith(resolved + QLatin1Char('/')));
+}
+
+/// Whether a file lies in a directory that CMake builds in.
+bool isInBuildTree(const QString &path)
+{
+    QDir directory = QFileInfo(path).dir();
+    do {
+        if (directory.exists(QStringLiteral("CMakeCache.txt"))) {
+            return true;
+        }
+    } while (directory.cdUp());
+    return false;
+}
+
+/// The settings of one desktop, as it calls itself in XDG_CURRENT_DESKTOP.
+struct AutostartSettings {
+    const char *desktop;
+    const char *command; ///< words without quotes
+};
+
+/// In the order in which the commands of one desktop are tried.
+constexpr std::array settingsOfDesktops{
+    AutostartSettings{"KDE", "systemsettings kcm_autostart"},
+    AutostartSettings{"KDE", "systemsettings5 kcm_autostart"},
+    AutostartSettings{"KDE", "kcmshell6 kcm_autostart"},
+    AutostartSettings{"KDE", "kcmshell5 kcm_autostart"},
+    AutostartSettings{"XFCE", "xfce4-session-settings"},
+    AutostartSettings{"MATE", "mate-session-properties"},
+    AutostartSettings{"X-Cinnamon", "cinnamon-settings startup"},
+    AutostartSettings{"LXQt", "lxqt-config-session"},
+    AutostartSettings{"LXDE", "lxsession-edit"},
+    AutostartSettings{"Budgie", "budgie-desktop-settings"},
+    AutostartSettings{"GNOME", "gnome-session-properties"},
+    AutostartSettings{"GNOME", "gnome-tweaks"},
+};
+
+bool start(const QString &command)
+{
+    auto words = command.split(QLatin1Char(' '));
+    const auto program = QStandardPaths::findExecutable(words.takeFirst());
+    return !program.isEmpty() && QProcess::startDetached(program, words);
+}
+
+} // namespace
+
+AutostartLoginItem::AutostartLoginItem(QString programPath) : m_programPath(std::move(programPath)) {}
+
+LoginItemStatus AutostartLoginItem::status() const
+{
+    const QFileInfo file(entryPath());
+    if (!file.exists() && !file.isSymLink()) {
+        return LoginItemStatus::notRegistered;
+    }
+    const auto entry = DesktopEntry::read(entryPath());
+    if (!entry || !entry->startsAProgram()) {
+        return LoginItemStatus::notFound;
+    }
+    return entry->isSwitchedOff() ? LoginItemStatus::requiresApproval : LoginItemStatus::enabled;
+}
+
+std::optional<std::string> AutostartLoginItem::registerItem()
+{
+    if (!QFileInfo(m_programPath).isExecutable()) {
+        return errorText(ENOENT);
+    }
+    if (!QDir().mkpath(autostartDirectory())) {
+        return errorText(ENOTDIR);
+    }
+    // Not QSaveFile: that waits for the disk.
+    QTemporaryFile file(autostartDirectory() + QStringLiteral("/.com.kelmoth.app.XXXXXX"));
+    const auto text = DesktopEntry::autostarting(m_programPath);
+    const bool isWritten =
+        file.open() && file.write(text) == text.size() && file.flush() &&
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    if (!isWritten) {
+        return file.errorString().toStdString();
+    }
+    if (::rename(QFile::encodeName(file.fileName()).constData(),
+                 QFile::encodeName(entryPath()).constData()) != 0) {
+        return errorText(errno);
+    }
+    file.setAutoRemove(false);
+    return std::nullopt;
+}
+
+std::optional<std::string> AutostartLoginItem::unregisterItem()
+{
+    if (::unlink(QFile::encodeName(entryPath()).constData()) != 0 && errno != ENOENT) {
+        return errorText(errno);
+    }
+    return std::nullopt;
+}
+
+void AutostartLoginItem::openLoginItemsSettings()
+{
+    const auto desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
+    for (const auto &desktop : desktops) {
+        for (const auto &row : settingsOfDesktops) {
+            if (desktop == QLatin1String(row.desktop) && start(QLatin1String(row.command))) {
+                return;
+            }
+        }
+    }
+    QDir().mkpath(autostartDirectory());
+    const auto opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    if (opener.isEmpty() || !QProcess::startDetached(opener, {autostartDirectory()})) {
+        log("⚠️ Nothing here can open %s", qUtf8Printable(autostartDirectory()));
+    }
+}
+
+bool AutostartLoginItem::isInApplicationsFolder() const
+{
+    const auto path = QFileInfo(m_programPath).canonicalFilePath();
+    const std::vector<QString> directories{QStringLiteral("/Applications"), QStringLiteral("/usr"),
+                                           QStringLiteral("/opt"),
+                                           QDir::homePath() + QStringLiteral("/.local")};
+    return !path.isEmpty() && !isInBuildTree(path) &&
+           std::ranges::any_of(directories,
+                               [&path](const auto &directory) { return isBelow(path, directory); });
+}
+
+QString startedProgramPath(const char *firstArgument)
+{
+    const auto real = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
+    const auto word = QFile::decodeName(firstArgument);
+    const auto path = word.contains(QLatin1Char('/'))
+                          ? QDir::cleanPath(QDir::current().absoluteFilePath(word))
+                          : QStandardPaths::findExecutable(word);
+    return !path.isEmpty() && QFileInfo(path).canonicalFilePath() == real ? path : real;
+}
+
+} // namespace kelmoth

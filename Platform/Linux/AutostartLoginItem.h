@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Platform/LoginItemService.h"
+
+#include <QString>
+
+namespace kelmoth {
+
+/// Launch at login by an XDG autostart entry, "com.kelmoth.app.desktop" in `autostart` of the user's
+/// configuration directory. The entry is looked at anew each time: the user and the desktop change it too.
+/// Main thread.
+class AutostartLoginItem : public LoginItemService {
+public:
+    /// `programPath` is the absolute path by which the program is to be started, links and all.
+    explicit AutostartLoginItem(QString programPath);
+
+    /// `enabled` for an entry that starts a program, `requiresApproval` for one that is switched off in the
+    /// desktop's own settings, `notFound` for one that cannot be read or starts nothing.
+    LoginItemStatus status() const override;
+
+    /// Writes the entry anew, as a whole: it is the old one or the new one at any moment.
+    std::optional<std::string> registerItem() override;
+    std::optional<std::string> unregisterItem() override;
+
+    /// The settings of the desktop that runs; where none are known, the folder.
+    void openLoginItemsSettings() override;
+
+    /// Whether the program, links resolved, lies where programs are installed (/Applications, /usr, /opt,
+    /// ~/.local) and not in a directory in which it is built.
+    bool isInApplicationsFolder() const override;
+
+    std::string bundlePath() const override { return m_programPath.toStdString(); }
+
+private:
+    QString m_programPath;
+};
+
+/// The path by which the running program was started, links not resolved: from its first argument, where
+/// that leads to this program, else the program's own.
+QString startedProgramPath(const char *firstArgument);
+
+} // namespace kelmoth

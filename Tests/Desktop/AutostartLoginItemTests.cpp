@@ -1,0 +1,227 @@
+#include "Platform/Linux/AutostartLoginItem.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include <sys/stat.h>
+
+namespace kelmoth {
+namespace {
+
+using testing::HasSubstr;
+
+/// A home of the test's own, and programs in it.
+class AutostartLoginItemTest : public testing::Test {
+protected:
+    AutostartLoginItemTest()
+    {
+        qputenv("HOME", home.path().toUtf8());
+        qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toUtf8());
+    }
+    ~AutostartLoginItemTest() override
+    {
+        qputenv("PATH", m_pathBefore);
+        qunsetenv("XDG_CURRENT_DESKTOP");
+    }
+
+    QString program(const QString &name, const QByteArray &text = "#!/bin/sh\n") const
+    {
+        const auto path = home.filePath(name);
+        QDir().mkpath(QFileInfo(path).path());
+        write(path, text);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return path;
+    }
+    static void write(const QString &path, const QByteArray &text)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
+        file.write(text);
+    }
+    QString entryPath() const
+    {
+        return home.filePath(QStringLiteral("config/autostart/com.kelmoth.app.desktop"));
+    }
+
+    QTemporaryDir home;
+
+    /// What the desktop's own checker says of the entry.
+    std::string complaints() const
+    {
+        QProcess process;
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(QStringLiteral("desktop-file-validate"), {entryPath()});
+        return process.waitForFinished() ? process.readAll().toStdString() : "did not run";
+    }
+
+private:
+    QByteArray m_pathBefore = qgetenv("PATH");
+};
+
+TEST_F(AutostartLoginItemTest, AnyPathSurvivesTheEntry)
+{
+    for (const auto &name :
+         {"plain", "with space/kelmoth", "a\"b", "c'd", "100%/%U", "back\\slash\\\\", "$HOME `id`",
+          "zażółć gęślą", "tab\there", "line\nbreak", "return\r", "a=b", "#;&|<>()*?~!", " "}) {
+        const auto path = program(QStringLiteral("apps/") + QString::fromUtf8(name));
+        AutostartLoginItem item(path);
+        ASSERT_EQ(item.registerItem(), std::nullopt) << name;
+        EXPECT_EQ(item.status(), LoginItemStatus::enabled) << name;
+        EXPECT_EQ(complaints(), "") << name;
+
+        // The entry holds on to that very program: without it there is none to start.
+        QFile::remove(path);
+        EXPECT_EQ(item.status(), LoginItemStatus::notFound) << name;
+        EXPECT_NE(item.registerItem(), std::nullopt) << name;
+    }
+}
+
+TEST_F(AutostartLoginItemTest, QuotesTwiceAsTheRulesAsk)
+{
+    AutostartLoginItem item(program(QStringLiteral("it's \"5 %\" \\ $x")));
+    ASSERT_EQ(item.registerItem(), std::nullopt);
+    QFile entry(entryPath());
+    ASSERT_TRUE(entry.open(QIODevice::ReadOnly));
+    const auto exec = R"(/it's \\"5 %%\\" \\\\ \\$x")";
+    EXPECT_THAT(entry.readAll().toStdString(),
+                HasSubstr("\nExec=\"" + home.path().toStdString() + exec + "\n"));
+}
+
+TEST_F(AutostartLoginItemTest, StatusIsWhatTheEntrySays)
+{
+    AutostartLoginItem item(program(QStringLiteral("kelmoth")));
+    EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
+    EXPECT_EQ(item.unregisterItem(), std::nullopt);
+    ASSERT_EQ(item.registerItem(), std::nullopt);
+
+    const QByteArray sound = "[Desktop Entry]\nType=Application\nName=K\nExec=/bin/sh -c 'true %%' %U\n";
+    const std::vector<std::pair<QByteArray, LoginItemStatus>> rows{
+        {sound, LoginItemStatus::enabled},
+        {"# by hand\n\n" + sound + "Hidden = false\n[Other]\nHidden=true\n", LoginItemStatus::enabled},
+        {sound + "Hidden=true\n", LoginItemStatus::requiresApproval},
+        {sound + "X-GNOME-Autostart-enabled=false\n", LoginItemStatus::requiresApproval},
+        {sound + "X-MATE-Autostart-enabled=false\n", LoginItemStatus::requiresApproval},
+        {sound + "TryExec=/bin/nothing\nHidden=true\n", LoginItemStatus::notFound},
+        {"[Desktop Entry]\nType=Application\n", LoginItemStatus::notFound},
+        {"[Desktop Entry]\nType=Link\nExec=/bin/sh\n", LoginItemStatus::notFound},
+        {"[Desktop Entry]\nType=Application\nExec=\"/bin/sh\n", LoginItemStatus::notFound},
+        {"[Desktop Entry]\nType=Application\nExec=\n", LoginItemStatus::notFound},
+        {"[Desktop Entry]\nType=Application\nExec=/bin\n", LoginItemStatus::notFound},
+        {"Exec=/bin/sh\n", LoginItemStatus::notFound},
+        {sound + QByteArray("\xFF\xFE\0garbage", 10), LoginItemStatus::notFound},
+        {sound + QByteArray(1'000'000, '#'), LoginItemStatus::notFound},
+        {"", LoginItemStatus::notFound},
+    };
+    for (const auto &[text, status] : rows) {
+        write(entryPath(), text);
+        EXPECT_EQ(item.status(), status) << text.left(200).toStdString();
+    }
+    QFile::remove(entryPath());
+    ASSERT_EQ(::mkfifo(QFile::encodeName(entryPath()).constData(), 0600), 0);
+    EXPECT_EQ(item.status(), LoginItemStatus::notFound);
+    EXPECT_EQ(item.registerItem(), std::nullopt); // in its place
+    EXPECT_EQ(item.status(), LoginItemStatus::enabled);
+    EXPECT_EQ(item.unregisterItem(), std::nullopt);
+    EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
+    QFile::link(QStringLiteral("/nowhere"), entryPath());
+    EXPECT_EQ(item.status(), LoginItemStatus::notFound);
+    EXPECT_EQ(item.unregisterItem(), std::nullopt);
+    EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
+}
+
+TEST_F(AutostartLoginItemTest, SaysWhatStandsInTheWay)
+{
+    AutostartLoginItem item(program(QStringLiteral("kelmoth")));
+    QDir().mkpath(entryPath());
+    EXPECT_EQ(item.status(), LoginItemStatus::notFound);
+    EXPECT_EQ(item.registerItem(), "Is a directory");
+    EXPECT_EQ(item.unregisterItem(), "Is a directory");
+    const QDir autostart(home.filePath(QStringLiteral("config/autostart")));
+    EXPECT_EQ(autostart.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 1);
+
+    write(home.filePath(QStringLiteral("file")), "");
+    qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("file")).toUtf8());
+    EXPECT_EQ(item.registerItem(), "Not a directory");
+    EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
+}
+
+TEST_F(AutostartLoginItemTest, AnInstalledProgramIsOneThatLiesThereWithLinksResolved)
+{
+    const auto installed = program(QStringLiteral(".local/opt/kelmoth/kelmoth"));
+    const auto built = program(QStringLiteral(".local/src/kelmoth/build/bin/kelmoth"));
+    write(home.filePath(QStringLiteral(".local/src/kelmoth/build/CMakeCache.txt")), "");
+    const auto elsewhere = program(QStringLiteral("bin/kelmoth"));
+    const auto linkTo = [this](const QString &target, const char *name) {
+        const auto path = home.filePath(QString::fromLatin1(name));
+        EXPECT_TRUE(QFile::link(target, path));
+        return path;
+    };
+    // What is found below /usr by way of a link of another name is installed too.
+    EXPECT_TRUE(
+        AutostartLoginItem(QStandardPaths::findExecutable(QStringLiteral("sh"))).isInApplicationsFolder());
+    EXPECT_TRUE(AutostartLoginItem(installed).isInApplicationsFolder());
+    EXPECT_FALSE(AutostartLoginItem(built).isInApplicationsFolder());
+    EXPECT_FALSE(AutostartLoginItem(elsewhere).isInApplicationsFolder());
+    EXPECT_FALSE(
+        AutostartLoginItem(home.filePath(QStringLiteral(".local/nothing"))).isInApplicationsFolder());
+    EXPECT_FALSE(AutostartLoginItem(linkTo(built, ".local/built")).isInApplicationsFolder());
+
+    const auto link = linkTo(installed, "link");
+    const AutostartLoginItem linked(link);
+    EXPECT_TRUE(linked.isInApplicationsFolder());
+    EXPECT_EQ(linked.bundlePath(), link.toStdString());
+}
+
+TEST_F(AutostartLoginItemTest, TheProgramIsCalledWhatItWasStartedAs)
+{
+    const auto own = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
+    const auto link = home.filePath(QStringLiteral("link"));
+    QFile::link(own, link);
+    qputenv("PATH", home.path().toUtf8());
+    const auto relative = QDir::current().relativeFilePath(link);
+    EXPECT_EQ(startedProgramPath(link.toUtf8().constData()), link);
+    EXPECT_EQ(startedProgramPath(("./" + relative.toUtf8()).constData()), link);
+    EXPECT_EQ(startedProgramPath("link"), link);
+    for (const auto *stranger : {"", "sh", "/bin/sh", "/no/where"}) {
+        EXPECT_EQ(startedProgramPath(stranger), own) << stranger;
+    }
+}
+
+TEST_F(AutostartLoginItemTest, OpensTheSettingsOfTheDesktopElseTheFolder)
+{
+    const auto record = home.filePath(QStringLiteral("record"));
+    const auto tool = [&](const QString &name) {
+        program(QStringLiteral("tools/") + name, "#!/bin/sh\necho \"${0##*/} $*\" > '" + record.toUtf8() +
+                                                     ".new'\n/bin/mv '" + record.toUtf8() + ".new' '" +
+                                                     record.toUtf8() + "'\n");
+    };
+    const auto opened = [&] {
+        QFile::remove(record);
+        AutostartLoginItem(QStringLiteral("/bin/sh")).openLoginItemsSettings();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(record); }));
+        QFile file(record);
+        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toStdString() : std::string();
+    };
+    qputenv("PATH", home.filePath(QStringLiteral("tools")).toUtf8());
+    tool(QStringLiteral("xdg-open"));
+    const auto folder = "xdg-open " + QFileInfo(entryPath()).path().toStdString();
+    EXPECT_EQ(opened(), folder);
+
+    qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
+    tool(QStringLiteral("systemsettings5"));
+    EXPECT_EQ(opened(), folder);
+    tool(QStringLiteral("gnome-tweaks"));
+    EXPECT_EQ(opened(), "gnome-tweaks");
+    tool(QStringLiteral("gnome-session-properties"));
+    EXPECT_EQ(opened(), "gnome-session-properties");
+    qputenv("XDG_CURRENT_DESKTOP", "KDE");
+    EXPECT_EQ(opened(), "systemsettings5 kcm_autostart");
+}
+
+} // namespace
+} // namespace kelmoth
