@@ -109,21 +109,5 @@ TEST_F(L10nTest, WithoutAFolderOfTheLanguageTheMainBundleSpeaks)
     EXPECT_EQ(L10n::text("Quit"), "Quit");
 }
 
-TEST_F(L10nTest, EveryKeyOfTheProgramHasAPolishText)
-{
-    store("1");
-    std::vector<std::string> keys{"Unknown Razer Device", "Profile %d", "Macro: %@", "Custom function"};
-    for (const auto &choice : buttonActionChoices(true)) {
-        keys.emplace_back(choice.label);
-    }
-    for (const auto &model : basiliskModels()) {
-        keys.emplace_back(model.connectionLabel);
-    }
-    const auto polish = L10n::resourceBundle();
-    for (const auto &key : keys) {
-        EXPECT_NE(polish->localizedString(key, "missing"), "missing") << key;
-    }
-}
-
 } // namespace
 } // namespace kelmoth

@@ -1,0 +1,175 @@
+#include "Tests/Texts/SourceLiterals.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QMap>
+#include <QRegularExpression>
+#include <QXmlStreamReader>
+#include <gmock/gmock.h>
+
+namespace kelmoth {
+namespace {
+
+using testing::IsEmpty;
+
+const auto root = QStringLiteral(KELMOTH_ROOT "/");
+
+using Faults = std::vector<std::string>;
+using Table = QMap<QString, QString>;
+
+QString readFile(const QString &path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+    return QString::fromUtf8(file.readAll());
+}
+
+/// A string table; what is not a finished entry is reported.
+Table table(const QString &text, Faults &faults)
+{
+    Table table;
+    QString key;
+    QXmlStreamReader xml(text);
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement) {
+            continue;
+        }
+        if (xml.name() == QLatin1String("source")) {
+            key = xml.readElementText();
+        } else if (xml.name() == QLatin1String("translation")) {
+            const bool isFinished = !xml.attributes().hasAttribute(QStringLiteral("type"));
+            const auto translation = xml.readElementText();
+            if (!isFinished || translation.trimmed().isEmpty() || table.contains(key)) {
+                faults.push_back("unfinished or twice: " + key.toStdString());
+            }
+            table.insert(key, translation);
+        }
+    }
+    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+    return table;
+}
+
+Table tableOf(const char *language)
+{
+    Faults faults;
+    const auto path = QStringLiteral("Resources/%1.lproj/Localizable.ts").arg(QLatin1String(language));
+    const auto result = table(readFile(root + path), faults);
+    EXPECT_THAT(faults, IsEmpty()) << language;
+    EXPECT_FALSE(result.isEmpty());
+    return result;
+}
+
+/// The placeholders of a format and the line ends of a text, in their order.
+QStringList skeleton(const QString &text)
+{
+    static const QRegularExpression part(QStringLiteral("%%|%lld|%[@a-z0-9]|\n|•|[:.!?…]$"));
+    QStringList parts;
+    for (auto matches = part.globalMatch(text); matches.hasNext();) {
+        parts.append(matches.next().captured());
+    }
+    return parts;
+}
+
+/// Where texts for the user stand in the sources.
+std::vector<SourceLiteral> literalsOfTheProgram()
+{
+    std::vector<SourceLiteral> literals;
+    for (const auto *room : {"App", "Core", "UI"}) {
+        QDirIterator files(root + QLatin1String(room),
+                           {QStringLiteral("*.h"), QStringLiteral("*.cpp"), QStringLiteral("*.qml")},
+                           QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const auto path = files.next();
+            const auto found = sourceLiterals(readFile(path), path.mid(root.size()));
+            literals.insert(literals.end(), found.begin(), found.end());
+        }
+    }
+    EXPECT_GT(literals.size(), 300U);
+    return literals;
+}
+
+/// Names of products and of things between programs: the same in every language, and seen as they stand.
+bool isName(const QString &text)
+{
+    static const QRegularExpression name(QStringLiteral(
+        "^(Razer Basilisk V3.*|Basilisk V3.*|Kelmoth[A-Z].*|Unknown|Invalid number of keys.*)$"));
+    return name.match(text).hasMatch();
+}
+
+/// Whether texts for the user stand in a file without being handed to a translating function.
+bool holdsTexts(const std::string &place)
+{
+    return place.starts_with("UI/") || place.starts_with("Core/Device/") ||
+           place.starts_with("Core/Services/") || place.starts_with("Core/HID/DeviceManager+Writers.cpp");
+}
+
+/// Whether a literal is a text that the user will read. In the files that hold texts every one of them
+/// begins with a capital letter, and hardly anything else does.
+bool isShown(const SourceLiteral &literal)
+{
+    for (const auto *function : {"qsTr", "L10n::text", "L10n::formatted"}) {
+        if (literal.isArgumentOf(function)) {
+            return true;
+        }
+    }
+    return holdsTexts(literal.place) && !literal.isArgumentOf("log") && literal.text.size() > 1 &&
+           literal.text.front().isUpper() && !isName(literal.text);
+}
+
+Faults untranslated(const std::vector<SourceLiteral> &literals, const Table &table)
+{
+    Faults faults;
+    for (const auto &literal : literals) {
+        if (isShown(literal) && !table.contains(literal.text)) {
+            faults.push_back(literal.place + ": " + literal.text.toStdString());
+        }
+    }
+    return faults;
+}
+
+TEST(Texts, EveryTextIsTranslated)
+{
+    EXPECT_THAT(untranslated(literalsOfTheProgram(), tableOf("pl")), IsEmpty());
+}
+
+TEST(Texts, TheTablesAreOfOneShape)
+{
+    const auto english = tableOf("en");
+    const auto polish = tableOf("pl");
+    EXPECT_EQ(english.keys(), polish.keys());
+    for (auto entry = polish.begin(); entry != polish.end(); ++entry) {
+        const auto key = entry.key().toStdString();
+        EXPECT_EQ(english[entry.key()].toStdString(), key);
+        EXPECT_EQ(skeleton(entry.value()), skeleton(entry.key())) << key;
+        EXPECT_TRUE(entry.value().front().isUpper() || !entry.key().front().isUpper()) << key;
+        EXPECT_EQ(entry.value(), entry.value().trimmed()) << key;
+    }
+}
+
+TEST(Texts, AFaultIsSeen)
+{
+    const auto source = QStringLiteral(R"SOURCE(
+        // "In a comment" /* "In another" */
+        #include "Core/Device/File.h"
+        text: qsTr("lower case") + "Plain \"text\"\n" /* between */
+              "goes on"
+        const auto icon = "gearshape.fill", character = '"', million = 1'000'000; log("Said %d", 'x');
+        R"(Raw "text")", "Basilisk V3", qsTr(isOn ? "On" : "Known")
+    )SOURCE");
+    EXPECT_THAT(untranslated(sourceLiterals(source, QStringLiteral("UI/F")),
+                             {{QStringLiteral("Known"), QStringLiteral("x")}}),
+                testing::ElementsAre("UI/F:4: lower case", "UI/F:4: Plain \"text\"\ngoes on",
+                                     "UI/F:7: Raw \"text\"", "UI/F:7: On"));
+
+    Faults faults;
+    table(QStringLiteral("<TS><message><source>A</source><translation>a</translation></message>"
+                         "<message><source>A</source><translation>b</translation></message>"
+                         "<message><source>B</source><translation type='unfinished'>b</translation></message>"
+                         "<message><source>C</source><translation/></message></TS>"),
+          faults);
+    EXPECT_EQ(faults.size(), 3U);
+}
+
+} // namespace
+} // namespace kelmoth
