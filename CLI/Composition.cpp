@@ -13,13 +13,8 @@ std::optional<Platform> composePlatform(const Options &options, std::shared_ptr<
     // No bundle: what is printed is English in every session, for the programs that read it.
     platform.userDefaults = settingsUserDefaults();
     platform.log = std::move(log);
-    if (options.simulate) {
-        auto machine = simulatedMachine(*options.simulate, failure);
-        if (!machine) {
-            return std::nullopt;
-        }
-        platform.hid = std::move(machine->hid);
-        platform.usb = std::move(machine->usb);
+    if (options.simulate && !simulateMice(*options.simulate, platform, failure)) {
+        return std::nullopt;
     }
     return platform;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CLI/Session.h"
-#include "CLI/TerminationSignals.h"
+#include "Platform/Linux/TerminationSignals.h"
 
 #include <QFuture>
 #include <QObject>

@@ -3,29 +3,18 @@
 #include "CLI/DiagnosticLog.h"
 #include "CLI/Output.h"
 #include "CLI/Session.h"
+#include "Platform/Linux/StandardStreams.h"
 
 #include <QCoreApplication>
 
 #include <array>
 #include <csignal>
-#include <fcntl.h>
 #include <system_error>
 #include <unistd.h>
 
 namespace kelmoth {
 
 namespace {
-
-/// Keeps the numbers of the standard streams from being given to a device node: what is then written as
-/// output would reach the mouse. Opened the wrong way round, so that their use still fails.
-void reserveStandardStreams()
-{
-    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
-        if (::fcntl(descriptor, F_GETFD) == -1) {
-            ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
-        }
-    }
-}
 
 void forwardQtMessage(QtMsgType, const QMessageLogContext &, const QString &message)
 {

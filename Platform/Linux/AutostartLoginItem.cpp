@@ -79,11 +79,11 @@ constexpr std::array settingsOfDesktops{
     AutostartSettings{"GNOME", "gnome-tweaks"},
 };
 
-bool start(const QString &command)
+/// Starts a program that outlives this one; false when there is none of that name.
+bool start(const QString &name, const QStringList &arguments)
 {
-    auto words = command.split(QLatin1Char(' '));
-    const auto program = QStandardPaths::findExecutable(words.takeFirst());
-    return !program.isEmpty() && QProcess::startDetached(program, words);
+    const auto program = QStandardPaths::findExecutable(name);
+    return !program.isEmpty() && QProcess::startDetached(program, arguments);
 }
 
 } // namespace
@@ -141,14 +141,15 @@ void AutostartLoginItem::openLoginItemsSettings()
     const auto desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
     for (const auto &desktop : desktops) {
         for (const auto &row : settingsOfDesktops) {
-            if (desktop == QLatin1String(row.desktop) && start(QLatin1String(row.command))) {
+            auto words = QString::fromLatin1(row.command).split(QLatin1Char(' '));
+            const auto name = words.takeFirst();
+            if (desktop == QLatin1String(row.desktop) && start(name, words)) {
                 return;
             }
         }
     }
     QDir().mkpath(autostartDirectory());
-    const auto opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
-    if (opener.isEmpty() || !QProcess::startDetached(opener, {autostartDirectory()})) {
+    if (!start(QStringLiteral("xdg-open"), {autostartDirectory()})) {
         log("⚠️ Nothing here can open %s", qUtf8Printable(autostartDirectory()));
     }
 }

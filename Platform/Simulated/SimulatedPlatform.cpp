@@ -1,6 +1,7 @@
 #include "Platform/Simulated/SimulatedPlatform.h"
 
 #include "Platform/Log.h"
+#include "Platform/Platform.h"
 #include "Platform/Simulated/SimulatedHID.h"
 #include "Platform/Simulated/SimulatedUSB.h"
 
@@ -52,6 +53,17 @@ std::optional<SimulatedMachine> simulatedMachine(std::string_view list, std::str
         mice.push_back(std::make_shared<SimulatedMouse>(*model, realTime));
     }
     return simulatedMachine(std::move(mice));
+}
+
+bool simulateMice(std::string_view list, Platform &platform, std::string *failure)
+{
+    auto machine = simulatedMachine(list, failure);
+    if (!machine) {
+        return false;
+    }
+    platform.hid = std::move(machine->hid);
+    platform.usb = std::move(machine->usb);
+    return true;
 }
 
 } // namespace kelmoth

@@ -12,6 +12,8 @@
 
 namespace kelmoth {
 
+struct Platform;
+
 /// Simulated mice behind the doors through which a program reaches real ones.
 struct SimulatedMachine {
     std::vector<std::shared_ptr<SimulatedMouse>> mice; ///< to pull out, put back and disturb
@@ -26,5 +28,9 @@ SimulatedMachine simulatedMachine(std::vector<std::shared_ptr<SimulatedMouse>> m
 /// The machine of a command-line list "MODEL[,MODEL…]", in real time. None for a list with a word that names
 /// no model, an empty one included; `failure`, when given, then says which and what is allowed. Main thread.
 std::optional<SimulatedMachine> simulatedMachine(std::string_view list, std::string *failure = nullptr);
+
+/// Puts the machine of such a list in the place of the real mice of a platform. False, and nothing done, for
+/// a list that is wrong; `failure` says how. Main thread.
+bool simulateMice(std::string_view list, Platform &platform, std::string *failure);
 
 } // namespace kelmoth

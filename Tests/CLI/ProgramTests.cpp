@@ -136,7 +136,7 @@ TEST(ProgramTest, OutputThatIsLostIsAnError)
 
 TEST(ProgramTest, WatchWritesEachLineAtOnceUntilItIsToldToEnd)
 {
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         QProcess process;
         process.start(program, {u"watch"_s, u"--simulate"_s, u"basilisk-v3,basilisk-v3-pro-wired"_s});
         EXPECT_EQ(nextLine(process), "attached Razer Basilisk V3 (0x0099, USB cable)");
