@@ -1,8 +1,6 @@
 #include "CLI/Arguments.h"
 
 #include "CLI/Words.h"
-#include "Platform/Qt/QtPlatform.h"
-#include "Platform/Simulated/SimulatedMouse.h"
 
 #include <CLI/CLI.hpp>
 
@@ -25,15 +23,6 @@ Examples:
 
 "kelmothctl COMMAND --help" says more about a command.)";
 
-std::string indentedLines(const std::vector<std::string> &words)
-{
-    std::string text;
-    for (const auto &word : words) {
-        text += "  " + word + '\n';
-    }
-    return text;
-}
-
 /// "0x00aa" or "170"; none for anything that is not one 16-bit number.
 std::optional<std::uint16_t> productIDFromText(const std::string &text)
 {
@@ -51,12 +40,8 @@ std::optional<std::uint16_t> productIDFromText(const std::string &text)
 /// The options of every command.
 void declareOptions(CLI::App &app, Options &options)
 {
-    app.set_help_flag("-h,--help", "Show this help, or that of a command, and exit");
-    app.set_version_flag("--version", "kelmothctl " + resourceMainBundle()->version(),
-                         "Show the version and exit");
+    declareCommonOptions(app, {.simulate = options.simulate, .verbose = options.verbose});
     app.add_flag("--json", options.json, "Print JSON, for programs");
-    app.add_option("--simulate", options.simulate, "Simulated mice in place of the attached ones")
-        ->option_text("MODEL[,MODEL...]");
     const auto takeProductID = [&options](const std::string &text) {
         options.productID = productIDFromText(text);
         if (!options.productID) {
@@ -68,7 +53,6 @@ void declareOptions(CLI::App &app, Options &options)
     app.add_option_function<std::string>("--product", takeProductID,
                                          "Only the mouse with this USB product ID")
         ->option_text("PID");
-    app.add_flag("-v,--verbose", options.verbose, "Show diagnostic lines on standard error");
 }
 
 /// What is wrong with a line in which no word follows `verb` that it knows; `line` is the whole.
@@ -108,10 +92,8 @@ bool isUnfinished(const CLI::App &verb)
 ParsedArguments parseArguments(int argc, const char *const *argv, const Commands &commands)
 {
     CLI::App app(description, "kelmothctl");
-    app.footer("Models to simulate (those with a name also as NAME:bluetooth):\n" +
-               indentedLines(SimulatedModel::names()) + examples);
+    app.footer(modelsToSimulate() + examples);
     app.require_subcommand(0, 1);
-    app.get_formatter()->column_width(26);
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
 
     Invocation invocation;

@@ -7,6 +7,8 @@
 #include <string>
 #include <variant>
 
+#include "Program/CommandLine.h"
+
 namespace kelmoth {
 
 /// What every command is told.
@@ -25,16 +27,6 @@ struct Options {
 struct Invocation {
     Options options;
     Command *command = nullptr; ///< one of those that were offered
-};
-
-/// A command line that asks for a text: the help, or the version.
-struct Information {
-    std::string text;
-};
-
-/// A command line that makes no sense, and why.
-struct UsageError {
-    std::string message;
 };
 
 using ParsedArguments = std::variant<Invocation, Information, UsageError>;

@@ -9,8 +9,9 @@ root=${1:-.}
 # included), single files, or "Platform/*", the interfaces: the files of Platform itself. The longest
 # room that a path begins with is its own.
 readonly ours='
-App/                App/ UI/ Core/ Platform/
-CLI/                CLI/ Core/ Platform/
+App/                App/ UI/ Program/ Core/ Platform/
+CLI/                CLI/ Program/ Core/ Platform/
+Program/            Program/ Platform/
 UI/                 UI/ Core/
 Core/Device/        Core/Device/ Core/Services/L10n.h
 Core/HID/           Core/HID/ Core/Device/ Core/Services/ Platform/*
@@ -19,7 +20,7 @@ Platform/           Platform/*
 Platform/Linux/     Platform/Linux/ Platform/*
 Platform/Qt/        Platform/Qt/ Platform/*
 Platform/Simulated/ Platform/Simulated/ Platform/* Core/Device/ Core/HID/RazerProtocol.h
-Tests/              Tests/ App/ CLI/ UI/ Core/ Platform/
+Tests/              Tests/ App/ CLI/ Program/ UI/ Core/ Platform/
 Fuzz/               Fuzz/ Core/ Platform/
 Bench/              Bench/ Core/ Platform/
 '
