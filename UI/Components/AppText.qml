@@ -1,0 +1,16 @@
+import QtQuick
+import Kelmoth.Components
+
+/// A line of text of the system's font; cut with dots where there is no room.
+Text {
+    property int size: 13
+    property int weight: Font.Normal
+
+    color: Theme.label
+    elide: Text.ElideRight
+    font.pixelSize: size
+    font.weight: weight
+    padding: 0
+    textFormat: Text.PlainText
+    verticalAlignment: Text.AlignVCenter
+}

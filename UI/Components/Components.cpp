@@ -1,0 +1,16 @@
+#include "UI/Components/Components.h"
+
+#include <QQmlEngine>
+
+// Written by the build, and dropped by the linker where nobody calls it.
+void qml_register_types_Kelmoth_Components();
+
+namespace kelmoth {
+
+void useComponents(QQmlEngine &engine)
+{
+    qml_register_types_Kelmoth_Components();
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+}
+
+} // namespace kelmoth

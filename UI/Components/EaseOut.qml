@@ -1,0 +1,12 @@
+import QtQuick
+import Kelmoth.Components
+
+/// Begins at full speed and comes softly to rest; immediate where the user wants no motion, unless `always`.
+NumberAnimation {
+    property int time: 200 ///< milliseconds; set this, not `duration`
+    property bool always: false
+
+    duration: Theme.reduceMotion && !always ? 0 : time
+    easing.bezierCurve: [0, 0, 0.58, 1, 1, 1]
+    easing.type: Easing.BezierSpline
+}

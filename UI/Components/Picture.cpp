@@ -1,0 +1,29 @@
+#include "UI/Components/Picture.h"
+
+#include <QCache>
+
+#include <algorithm>
+#include <limits>
+
+namespace kelmoth {
+
+Picture cachedPicture(const QByteArray &key, const std::function<Picture()> &paint)
+{
+    constexpr int capacity = 12 << 20; // bytes; the panel with all its pages needs less at scale factor 2
+    static QCache<QByteArray, Picture> cache(capacity);
+    if (const Picture *known = cache.object(key)) {
+        return *known;
+    }
+    Picture picture = paint();
+    const auto cost =
+        static_cast<int>(std::min<qsizetype>(picture.image.sizeInBytes(), std::numeric_limits<int>::max()));
+    cache.insert(key, new Picture(picture), cost);
+    return picture;
+}
+
+double reachOfBlur(double radius)
+{
+    return radius * 1.5; // three standard deviations
+}
+
+} // namespace kelmoth

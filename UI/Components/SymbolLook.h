@@ -1,0 +1,34 @@
+#pragma once
+
+#include "UI/Components/Picture.h"
+
+#include <QColor>
+#include <QGradient>
+#include <QSizeF>
+#include <QString>
+
+#include <array>
+
+namespace kelmoth {
+
+/// How a symbol looks; lengths in logical pixels.
+struct SymbolLook {
+    struct Shadow {
+        QColor color;
+        double radius = 0; ///< of a Gaussian whose standard deviation is half of it
+    };
+
+    QSizeF size;         ///< the icon stands in the middle
+    double side = 0;     ///< of the icon's square box
+    QString name;        ///< as the design calls it; an unknown one paints nothing
+    QGradientStops fill; ///< one stop: a plain colour; more run from the top left to the bottom right
+    bool bold = false;
+    std::array<Shadow, 2> shadows; ///< the second lies under the first
+
+    QByteArray key() const;
+};
+
+/// Paints the symbol for `scale` device pixels to a logical one.
+Picture paintSymbol(const SymbolLook &look, double scale);
+
+} // namespace kelmoth

@@ -1,0 +1,66 @@
+import QtQuick
+import Kelmoth.Components
+
+/// A short message at the panel's upper edge.
+Item {
+    id: root
+
+    property int type: 3 ///< 0 error, 1 warning, 2 success, 3 information
+    property string message
+    property real maximumWidth: 340
+    readonly property color tint: type === 0 ? Theme.red : type === 1 ? Theme.orange : type === 2 ? Theme.green : Theme.blue
+    readonly property string icon: ["xmark.circle.fill", "exclamationmark.triangle.fill", "checkmark.circle.fill", "info.circle.fill"][type] ?? ""
+
+    signal tapped
+
+    Accessible.name: message
+    Accessible.role: Accessible.AlertMessage
+    Accessible.onPressAction: tapped()
+
+    implicitHeight: row.height + 24
+    implicitWidth: Math.min(maximumWidth, row.implicitWidth + 32 + 40)
+
+    Surface {
+        anchors.fill: parent
+        anchors.leftMargin: 20
+        anchors.rightMargin: 20
+        borderColor: Theme.alpha(root.tint, 0.3)
+        borderWidth: 1
+        color: Theme.regularMaterial
+        radius: 12
+        shadowColor: Theme.alpha("black", Theme.dark ? 0.35 : 0.1)
+        shadowRadius: 8
+        shadowY: 4
+    }
+
+    Row {
+        id: row
+
+        anchors.centerIn: parent
+        spacing: 12
+
+        Symbol {
+            id: symbol
+
+            anchors.verticalCenter: parent.verticalCenter
+            bold: true
+            color: root.tint
+            name: root.icon
+            size: 20
+        }
+
+        AppText {
+            anchors.verticalCenter: parent.verticalCenter
+            maximumLineCount: 3
+            size: 13
+            text: root.message
+            weight: Font.Medium
+            width: Math.min(implicitWidth, root.maximumWidth - 40 - 32 - 12 - symbol.width)
+            wrapMode: Text.Wrap
+        }
+    }
+
+    TapHandler {
+        onTapped: root.tapped()
+    }
+}
