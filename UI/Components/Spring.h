@@ -23,7 +23,8 @@ public:
     /// The time after which it stays within a thousandth of its rest, in milliseconds.
     Q_INVOKABLE static int duration(double response, double damping);
 
-    /// The motion over that time as a Bezier spline, as `easing.bezierCurve` takes it.
+    /// The motion over that time as a Bezier spline, as `easing.bezierCurve` takes it; close to it from a
+    /// damping of 0.5 on.
     Q_INVOKABLE static QVariantList curve(double response, double damping);
 };
 
