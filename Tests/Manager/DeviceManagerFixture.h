@@ -26,12 +26,15 @@ protected:
         Platform::setCurrent({});
     }
 
+    /// The model of a command-line name.
+    virtual SimulatedModel simulated(const std::string &name) { return SimulatedModel::named(name).value(); }
+
     /// Plugs mice in, starts to watch, and waits for the first full read.
     void plugIn(const std::vector<std::string> &models)
     {
         mice.clear();
         for (const auto &model : models) {
-            mice.push_back(std::make_shared<SimulatedMouse>(*SimulatedModel::named(model), time->clock()));
+            mice.push_back(std::make_shared<SimulatedMouse>(simulated(model), time->clock()));
         }
         const auto machine = simulatedMachine(mice);
         Platform platform;

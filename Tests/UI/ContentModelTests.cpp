@@ -1,0 +1,207 @@
+#include "Tests/UI/PanelFixture.h"
+#include "UI/Views/PanelTranslator.h"
+
+namespace kelmoth {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ContentTest : public PanelTest {
+protected:
+    /// Lets the battery of the mouse hold so much and reads it.
+    void charge(Int percent, bool isCharging)
+    {
+        auto state = mouse().state();
+        state.battery = static_cast<std::uint8_t>((percent * 255 + 99) / 100);
+        state.isCharging = isCharging;
+        mouse().setState(state);
+        QSignalSpy readings(monitor.get(), &HIDMonitor::batteryReadFinished);
+        monitor->readBatteryLevel(*manager->connectedDevice());
+        if (readings.isEmpty()) { // a fast mouse has answered already
+            readings.wait();
+        }
+        QCoreApplication::processEvents();
+    }
+};
+
+TEST_F(ContentTest, TheBadgeTellsTheCharge)
+{
+    struct Row {
+        Int percent;
+        bool isCharging;
+        std::string icon;
+    };
+    const std::vector<Row> rows{
+        {0, false, "battery.0"},        {14, false, "battery.0"},       {15, false, "battery.25"},
+        {39, false, "battery.25"},      {40, false, "battery.50"},      {64, false, "battery.50"},
+        {65, false, "battery.75"},      {89, false, "battery.75"},      {90, false, "battery.100"},
+        {10, true, "battery.100.bolt"}, {97, true, "battery.100.bolt"},
+    };
+    open({"basilisk-v3-pro"});
+    for (const auto &row : rows) {
+        charge(row.percent, row.isCharging);
+        EXPECT_EQ(panel->batteryText().toStdString(), std::to_string(row.percent) + "%");
+        EXPECT_EQ(panel->batteryIcon().toStdString(), row.icon) << row.percent;
+        EXPECT_TRUE(panel->showsBattery());
+    }
+    mouse().addFault({.kind = Kind::rejected, .commandClass = std::uint8_t{0x07}, .times = -1});
+    mouse().unplug();
+    mouse().replug();
+    finishAll();
+    EXPECT_EQ(panel->batteryText(), QStringLiteral("–"));
+    EXPECT_EQ(panel->batteryIcon(), QStringLiteral("battery.0"));
+    for (const auto *mouse : {"basilisk-v3", "basilisk-v3-pro:bluetooth", "stranger"}) {
+        open({mouse});
+        EXPECT_FALSE(panel->showsBattery()) << mouse;
+    }
+}
+
+TEST_F(ContentTest, SaysWhyAPageCannotBeUsed)
+{
+    struct Row {
+        std::vector<std::string> mice;
+        bool isUsable;
+        std::string connectionIcon;
+        std::string connection;
+        std::string title;
+        std::string lastLine;
+    };
+    const std::string app = "This app supports only:\n• Basilisk V3\n• Basilisk V3 Pro\n• Basilisk V3 X "
+                            "HyperSpeed";
+    const std::string byAny = "Use USB or a 2.4 GHz receiver to configure this mouse.";
+    const std::string byReceiver = "Use the 2.4 GHz receiver to configure this mouse.";
+    const std::vector<Row> rows{
+        {{},
+         false,
+         "wifi",
+         "No connection",
+         "No Device Connected",
+         "Bluetooth configuration is not available in this version"},
+        {{"stranger"}, false, "cable.connector", "USB cable", "Unsupported Device", app},
+        {{"basilisk-v3-pro:bluetooth"},
+         false,
+         "wifi",
+         "Bluetooth",
+         "Bluetooth connected: Razer Basilisk V3 Pro",
+         byAny},
+        {{"basilisk-v3-x-hyperspeed:bluetooth"},
+         false,
+         "wifi",
+         "Bluetooth",
+         "Bluetooth connected: Razer Basilisk V3 X HyperSpeed",
+         byReceiver},
+        {{"basilisk-v3"}, true, "cable.connector", "USB cable", "", ""},
+        {{"basilisk-v3-x-hyperspeed"}, true, "wifi", "2.4 GHz receiver", "", ""},
+    };
+    for (const auto &row : rows) {
+        open(row.mice);
+        EXPECT_EQ(panel->isPageUsable(), row.isUsable);
+        EXPECT_EQ(panel->connectionIcon().toStdString(), row.connectionIcon);
+        EXPECT_EQ(panel->connectionLabel().toStdString(), row.connection);
+        if (!row.isUsable) {
+            EXPECT_EQ(panel->noticeTitle().toStdString(), row.title);
+            EXPECT_EQ(texts(panel->noticeLines(), "label").back(), row.lastLine);
+        }
+        panel->selectTab(ContentModel::settings);
+        EXPECT_TRUE(panel->isPageUsable()) << "settings need no mouse";
+    }
+    const QSignalSpy changes(panel.get(), &ContentModel::pageChanged);
+    panel->selectTab(ContentModel::buttons);
+    mouse().unplug();
+    finishAll();
+    EXPECT_FALSE(panel->isPageUsable());
+    EXPECT_GE(changes.size(), 2);
+    EXPECT_EQ(panel->deviceName(), QStringLiteral("No Device"));
+    EXPECT_EQ(panel->noticeIcon(), QStringLiteral("computermouse"));
+}
+
+TEST_F(ContentTest, EveryFormattedTextFollowsTheLanguage)
+{
+    PanelTranslator translator(preferences);
+    QCoreApplication::installTranslator(&translator);
+    const QSignalSpy retranslations(&translator, &PanelTranslator::retranslate);
+    open({});
+    const QSignalSpy headers(panel.get(), &ContentModel::headerChanged);
+    const QSignalSpy versions(panel->about(), &AboutModel::versionTextChanged);
+    const QSignalSpy footers(panel.get(), &ContentModel::footerTextChanged);
+    EXPECT_EQ(QCoreApplication::translate("Anything", "Clutch"), QStringLiteral("Clutch"));
+    EXPECT_EQ(panel->deviceName(), QStringLiteral("No Device"));
+    const auto version = panel->about()->versionText();
+    EXPECT_TRUE(version.startsWith(QStringLiteral("Version ")));
+
+    preferences.chooseLanguage(1);
+    EXPECT_EQ(retranslations.size(), 1);
+    EXPECT_NE(QCoreApplication::translate("Anything", "Clutch"), QStringLiteral("Clutch"));
+    EXPECT_EQ(QCoreApplication::translate("Anything", "not in a table"), QStringLiteral("not in a table"));
+    EXPECT_NE(panel->deviceName(), QStringLiteral("No Device"));
+    EXPECT_NE(panel->about()->versionText(), version);
+    EXPECT_EQ(headers.size(), 1);
+    EXPECT_EQ(versions.size(), 1);
+    EXPECT_EQ(footers.size(), 1);
+    QCoreApplication::removeTranslator(&translator);
+}
+
+TEST_F(ContentTest, TheAboutSheetEntersAnewEachTime)
+{
+    open({});
+    auto &about = *panel->about();
+    for (int presentation = 0; presentation < 2; ++presentation) {
+        panel->openAbout();
+        EXPECT_TRUE(panel->showAbout());
+        EXPECT_FALSE(about.appeared());
+        about.shown();
+        EXPECT_TRUE(about.appeared());
+        panel->openAbout(); // it is there already
+        EXPECT_TRUE(about.appeared());
+        panel->closeAbout();
+        EXPECT_FALSE(panel->showAbout());
+    }
+}
+
+TEST_F(ContentTest, AToastKeepsItsTextWhileItLeaves)
+{
+    open({});
+    auto &toast = *panel->toast();
+    EXPECT_FALSE(toast.shown());
+    toasts->error("Failed to set DPI");
+    EXPECT_TRUE(toast.shown());
+    toasts->success("Button remapped");
+    EXPECT_EQ(toast.type(), 2);
+    EXPECT_EQ(toast.icon(), QStringLiteral("checkmark.circle.fill"));
+    toast.hide();
+    EXPECT_FALSE(toast.shown());
+    EXPECT_EQ(toast.message(), QStringLiteral("Button remapped"));
+}
+
+TEST_F(ContentTest, TerminatingEndsTheProgram)
+{
+    open({});
+    QMetaObject::invokeMethod(panel.get(), &ContentModel::terminate, Qt::QueuedConnection);
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+}
+
+/// A view's delegates stay where the rows change.
+TEST(RowsModelTest, TellsOfTheRowsThatChangedAndOfNoOthers)
+{
+    RowsModel rows({"label", "selected"});
+    rows.setRows({{QStringLiteral("a"), true}, {QStringLiteral("b"), false}});
+    QSignalSpy changes(&rows, &RowsModel::dataChanged);
+    QSignalSpy resets(&rows, &RowsModel::modelReset);
+    QSignalSpy inserted(&rows, &RowsModel::rowsInserted);
+    QSignalSpy removed(&rows, &RowsModel::rowsRemoved);
+    rows.setRows({{QStringLiteral("a"), true}, {QStringLiteral("b"), true}, {QStringLiteral("c"), true}});
+    ASSERT_EQ(changes.size(), 1);
+    EXPECT_EQ(changes.front().front().toModelIndex().row(), 1);
+    EXPECT_EQ(inserted.size(), 1);
+    rows.setRows({{QStringLiteral("a"), true}});
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(removed.size(), 1);
+    EXPECT_EQ(resets.size(), 0);
+    EXPECT_EQ(rows.value(0, "label").toString(), QStringLiteral("a"));
+    EXPECT_FALSE(rows.value(1, "label").isValid());
+    EXPECT_FALSE(rows.value(0, "nothing").isValid());
+}
+
+} // namespace
+} // namespace kelmoth

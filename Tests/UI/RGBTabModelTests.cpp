@@ -1,0 +1,168 @@
+#include "Tests/UI/PanelFixture.h"
+
+namespace kelmoth {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using enum RGBZone;
+
+class RGBTabTest : public PanelTest {
+protected:
+    void open(const std::vector<std::string> &models)
+    {
+        PanelTest::open(models);
+        panel->selectTab(ContentModel::rgb);
+    }
+    RGBTabModel &tab() { return *panel->rgbTab(); }
+    const RGBSetting &setting(RGBZone zone) const { return manager->deviceState().rgbSettings.at(zone); }
+
+    /// Has the mouse light a zone so, without the panel.
+    void light(RGBZone zone, RGBColor color, RGBEffect effect = RGBEffect::staticColor)
+    {
+        EXPECT_TRUE(finish(manager->setRGB(zone, {effect, color, std::nullopt, 0.5, 0.5})));
+    }
+};
+
+TEST_F(RGBTabTest, TakesTheHueAndTheSwatchFromAColor)
+{
+    struct Row {
+        RGBColor color;
+        double hue;
+        std::optional<int> preset;
+    };
+    const std::vector<Row> rows{
+        {{0, 255, 0}, 1 / 3.0, 0},
+        {{128, 128, 128}, 1 / 3.0, 0}, // a grey leaves both
+        {{255, 255, 255}, 1 / 3.0, 9},
+        {{0, 255, 255}, 0.5, 1}, // near two: the first
+        {{255, 0, 0}, 0.0, 6},
+        {{255, 0, 64}, 1 - 64 / 255.0 / 6, std::nullopt}, // near red from below, where no swatch begins
+        {{229, 229, 229}, 1 - 64 / 255.0 / 6, std::nullopt},
+        {{230, 230, 230}, 1 - 64 / 255.0 / 6, 9},
+    };
+    open({"basilisk-v3"});
+    for (const auto &row : rows) {
+        light(scrollWheel, row.color);
+        EXPECT_NEAR(tab().hue(), row.hue, 1e-9);
+        EXPECT_EQ(tab().selectedPresetIndex(), row.preset) << row.hue;
+        EXPECT_THAT(rowsThatAre(tab().presets(), "selected"), SizeIs(row.preset ? 1 : 0));
+    }
+}
+
+TEST_F(RGBTabTest, SendsTheColorOfTheStripOrTheSwatch)
+{
+    struct Row {
+        double position;
+        double hue;
+        RGBColor color;
+    };
+    const std::vector<Row> rows{
+        {0.65, 0.65, {22, 43, 229}}, {0.0, 0.0, {229, 22, 22}},    {1.0, 1.0, {229, 22, 22}},
+        {1.7, 1.0, {229, 22, 22}},   {-0.1, 0.0, {229, 22, 22}},   {0.25, 0.25, {126, 229, 22}},
+        {0.4, 0.4, {22, 229, 105}},  {0.75, 0.75, {126, 22, 229}},
+    };
+    open({"basilisk-v3"});
+    for (const auto &row : rows) {
+        tab().dragHue(row.position);
+        EXPECT_EQ(tab().hue(), row.hue);
+        EXPECT_EQ(tab().currentRGB(), row.color) << row.position;
+        EXPECT_EQ(tab().selectedPresetIndex(), std::nullopt);
+    }
+    EXPECT_THAT(takeCommands(), IsEmpty());
+    tab().pickPreset(9);
+    finishWrite(tab());
+    EXPECT_EQ(setting(scrollWheel).color, (RGBColor{255, 255, 255}));
+    EXPECT_EQ(tab().hue(), 0.75) << "white has none";
+    tab().pickPreset(3);
+    finishWrite(tab());
+    EXPECT_EQ(setting(scrollWheel).color, (RGBColor{22, 43, 229}));
+    EXPECT_EQ(tab().currentColor().rgb(), QColor::fromHsvF(0.65F, 0.9F, 0.9F).rgb());
+}
+
+TEST_F(RGBTabTest, WritesAtTheEndOfADragAndSaysSo)
+{
+    open({"basilisk-v3"});
+    tab().dragHue(0.6543);
+    tab().dragBrightness(0.295);
+    EXPECT_EQ(tab().brightnessText(), QStringLiteral("29%"));
+    tab().endBrightnessDrag();
+    tab().endHueDrag(); // dropped
+    finishWrite(tab());
+    EXPECT_EQ(setting(scrollWheel).brightness, 0.295);
+    EXPECT_EQ(setting(scrollWheel).speed, 0.5);
+    EXPECT_THAT(takeLines(), ElementsAre("🟡 Brightness drag ended: 0.29",
+                                         "🔵 RGBTabView: applySettings() STARTED - effect=static "
+                                         "brightness=0.29",
+                                         "🔵 RGBTabView: RGB color=(22,38,229)",
+                                         "🔵 RGBTabView: Creating Task to call setRGB",
+                                         "🔵 RGBTabView: applySettings() FINISHED (Task created)",
+                                         "🟣 Hue slider ended: 0.65",
+                                         "🔵 RGBTabView: Task started, calling deviceManager.setRGB()",
+                                         "🔵 RGBTabView: setRGB returned: ✅"));
+
+    refuse(0x0F, 0x02);
+    tab().pickEffect(0);
+    EXPECT_TRUE(tab().isOff());
+    finishWrite(tab());
+    EXPECT_FALSE(tab().isOff()) << "what the mouse last accepted";
+    const auto lines = takeLines();
+    EXPECT_EQ(lines.front(), "🔴 RGB Button clicked: off");
+    EXPECT_EQ(lines.back(), "🔵 RGBTabView: setRGB returned: ❌");
+}
+
+TEST_F(RGBTabTest, OffersWhatTheModelHas)
+{
+    struct Row {
+        std::vector<std::string> mice;
+        std::vector<std::string> effects;
+        int zones;
+    };
+    const std::vector<Row> rows{
+        {{"basilisk-v3"}, {"Off", "Static", "Spectrum", "Wave"}, 3},
+        {{"basilisk-v3-x-hyperspeed"}, {"Off", "Static", "Breathe", "Spectrum", "Wave", "Reactive"}, 1},
+        {{}, {}, 1},
+    };
+    for (const auto &row : rows) {
+        open(row.mice);
+        EXPECT_EQ(texts(tab().effects(), "label"), row.effects);
+        EXPECT_EQ(tab().zoneTitles().size(), row.zones);
+        EXPECT_EQ(tab().showsZonePicker(), row.zones > 1);
+    }
+    tab().pickPreset(1);
+    finishWrite(tab());
+    EXPECT_THAT(messages, ElementsAre("No device connected"));
+}
+
+TEST_F(RGBTabTest, EachZoneHasItsOwnLight)
+{
+    open({"basilisk-v3", "basilisk-v3-x-hyperspeed"});
+    light(logo, {255, 0, 0}, RGBEffect::wave);
+    EXPECT_EQ(tab().selectedEffect(), RGBEffect::staticColor);
+    tab().pickZone(1);
+    EXPECT_EQ(tab().zone(), logo);
+    EXPECT_EQ(tab().selectedEffect(), RGBEffect::wave);
+    EXPECT_EQ(tab().selectedPresetIndex(), 6);
+
+    tab().dragHue(0.2);
+    EXPECT_TRUE(finish(manager->setDPIStage(3)));
+    EXPECT_EQ(tab().hue(), 0.2) << "another setting has changed";
+
+    tab().pickPreset(2);
+    panel->selectTab(ContentModel::settings);
+    panel->selectTab(ContentModel::rgb); // a new page, on the first zone
+    EXPECT_EQ(tab().zone(), scrollWheel);
+    finishAll();
+    EXPECT_NE(setting(logo).color, (RGBColor{255, 0, 0})) << "the change was for the zone of then";
+    EXPECT_NE(setting(logo).color, setting(scrollWheel).color);
+
+    tab().pickZone(2);
+    mice.front()->unplug();
+    finishAll();
+    EXPECT_EQ(tab().zone(), scrollWheel);
+    EXPECT_FALSE(tab().showsZonePicker());
+}
+
+} // namespace
+} // namespace kelmoth

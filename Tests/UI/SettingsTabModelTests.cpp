@@ -1,0 +1,156 @@
+#include "Tests/UI/PanelFixture.h"
+
+namespace kelmoth {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using enum LoginItemStatus;
+
+const std::string move = "Move Kelmoth to the Applications folder to launch it at login.";
+const std::string allow = "Allow Kelmoth under Login Items in System Settings.";
+
+class SettingsTabTest : public PanelTest {
+protected:
+    void open(const std::vector<std::string> &models)
+    {
+        PanelTest::open(models);
+        panel->selectTab(ContentModel::settings);
+        QCoreApplication::processEvents();
+    }
+    SettingsTabModel &tab() { return *panel->settingsTab(); }
+};
+
+TEST_F(SettingsTabTest, LiftOffFollowsTheMouse)
+{
+    open({"basilisk-v3"});
+    const std::vector<std::string> labels{"Low (1 mm)", "Medium (2 mm)", "High (3 mm)", "Not set"};
+    for (const int level : {0, 1, 2, 5}) {
+        auto state = mouse().state();
+        state.liftOff = static_cast<std::uint8_t>(level);
+        mouse().setState(state);
+        QCoro::waitFor(manager->refreshFromDevice(true));
+        EXPECT_EQ(tab().liftOffLabel().toStdString(), labels[static_cast<std::size_t>(std::min(level, 3))]);
+        const auto expected = level < 3 ? std::vector{level} : std::vector<int>{};
+        EXPECT_EQ(rowsThatAre(tab().liftOffChoices(), "selected"), expected);
+    }
+
+    settle();
+    time->hold();
+    tab().pickLiftOff(0);
+    EXPECT_FALSE(tab().liftOffEnabled());
+    tab().pickLiftOff(1);
+    time->release();
+    finishWrite(tab());
+    EXPECT_TRUE(tab().liftOffEnabled());
+    EXPECT_EQ(tab().liftOffLabel(), QStringLiteral("Low (1 mm)"));
+    EXPECT_THAT(takeCommands(), ElementsAre(Code{0x0B, 0x03}, Code{0x0B, 0x0B}, Code{0x0B, 0x8B}));
+
+    bool wasEnabled = true;
+    QObject::connect(&tab(), &SettingsTabModel::liftOffEnabledChanged, &tab(),
+                     [&] { wasEnabled = manager->isSyncing() && tab().liftOffEnabled(); });
+    QCoro::waitFor(manager->refreshFromDevice(false));
+    EXPECT_FALSE(wasEnabled);
+
+    for (const std::vector<std::string> &others :
+         {std::vector<std::string>{}, {"basilisk-v3:bluetooth"}, {"stranger"}}) {
+        open(others);
+        EXPECT_FALSE(tab().liftOffEnabled());
+        EXPECT_EQ(tab().liftOffLabel(), QStringLiteral("Not set"));
+    }
+}
+
+TEST_F(SettingsTabTest, TheSwitchShowsWhatTheSystemSays)
+{
+    struct Row {
+        LoginItemStatus status;
+        bool isInApplications;
+        bool isOn;
+        std::string message;
+        bool needsApproval;
+    };
+    const std::vector<Row> rows{
+        {notRegistered, true, false, "", false},     {enabled, true, true, "", false},
+        {requiresApproval, true, true, allow, true}, {notFound, true, false, "", false},
+        {enabled, false, true, move, false},         {requiresApproval, false, true, allow, true},
+    };
+    open({});
+    for (const auto &row : rows) {
+        loginService->now = row.status;
+        loginService->isInApplications = row.isInApplications;
+        panel->panelShown();
+        EXPECT_EQ(tab().launchAtLogin(), row.isOn) << int(row.status);
+        EXPECT_EQ(tab().loginMessage().toStdString(), row.message);
+        EXPECT_EQ(tab().loginNeedsApproval(), row.needsApproval);
+    }
+    EXPECT_THAT(loginService->takeCalls(), IsEmpty());
+    tab().flipLaunchAtLogin(false);
+    EXPECT_TRUE(tab().launchAtLogin()) << "not yet the user's";
+    EXPECT_THAT(loginService->takeCalls(), IsEmpty());
+}
+
+TEST_F(SettingsTabTest, AFlipRegistersOrSpringsBack)
+{
+    struct Row {
+        bool isInApplications;
+        LoginItemStatus after;
+        std::optional<std::string> failure;
+        bool isOn;
+        std::string message;
+        std::vector<std::string> calls;
+        std::vector<std::string> lines;
+    };
+    const std::vector<Row> rows{
+        {true, enabled, {}, true, "", {"register"}, {}},
+        {true, requiresApproval, {}, true, allow, {"register", "open settings"}, {}},
+        {true,
+         enabled,
+         "disk full",
+         false,
+         "Launch at Login could not be changed: disk full",
+         {"register"},
+         {"❌ Launch at Login error: disk full"}},
+        {false, enabled, {}, false, move, {}, {"❌ Launch at Login error: " + move}},
+    };
+    for (const auto &row : rows) {
+        loginService->now = notRegistered;
+        loginService->isInApplications = row.isInApplications;
+        loginService->afterRegistering = row.after;
+        loginService->registerFailure = row.failure;
+        open({});
+        tab().flipLaunchAtLogin(true);
+        EXPECT_EQ(tab().launchAtLogin(), row.isOn);
+        EXPECT_EQ(tab().loginMessage().toStdString(), row.message);
+        EXPECT_EQ(loginService->takeCalls(), row.calls);
+        EXPECT_EQ(takeLines(), row.lines);
+        QCoreApplication::processEvents();
+    }
+    const QSignalSpy changes(&tab(), &SettingsTabModel::loginMessageChanged);
+    preferences.chooseLanguage(1);
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_NE(tab().loginMessage().toStdString(), move);
+
+    // Off again, after a failure: the switch listens.
+    loginService->now = enabled;
+    tab().flipLaunchAtLogin(false);
+    EXPECT_THAT(loginService->takeCalls(), ElementsAre("unregister"));
+    EXPECT_FALSE(tab().launchAtLogin());
+}
+
+TEST_F(SettingsTabTest, ChoicesAreStoredAndShown)
+{
+    open({});
+    const QSignalSpy languageChanges(&preferences, &Preferences::kelmothLanguageDidChange);
+    tab().pickLanguage(2);
+    tab().pickLanguage(3);
+    EXPECT_EQ(languageChanges.size(), 0);
+    tab().pickLanguage(1);
+    EXPECT_EQ(languageChanges.size(), 1);
+    EXPECT_THAT(rowsThatAre(tab().languageChoices(), "selected"), ElementsAre(1));
+    tab().pickAppearance(2);
+    EXPECT_TRUE(appearance.isDark());
+    EXPECT_THAT(rowsThatAre(tab().appearanceChoices(), "selected"), ElementsAre(2));
+}
+
+} // namespace
+} // namespace kelmoth
