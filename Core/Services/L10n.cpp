@@ -4,6 +4,20 @@
 
 namespace kelmoth::L10n {
 
+namespace {
+
+/// A part of a format in which "%%" stands for a percent sign.
+std::string percentSigns(std::string part)
+{
+    constexpr std::string_view sign = "%%";
+    for (auto at = part.find(sign); at != std::string::npos; at = part.find(sign, at + 1)) {
+        part.erase(at, 1);
+    }
+    return part;
+}
+
+} // namespace
+
 std::string languageCode()
 {
     const Platform &platform = Platform::current();
@@ -41,13 +55,15 @@ std::string text(std::string_view key)
 
 std::string formatted(std::string_view format, std::string_view value)
 {
-    auto filled = text(format);
+    const auto translated = text(format);
     for (const std::string_view placeholder : {"%@", "%d", "%lld"}) {
-        if (const auto at = filled.find(placeholder); at != std::string::npos) {
-            return filled.replace(at, placeholder.size(), value);
+        if (const auto at = translated.find(placeholder); at != std::string::npos) {
+            return percentSigns(translated.substr(0, at))
+                .append(value)
+                .append(percentSigns(translated.substr(at + placeholder.size())));
         }
     }
-    return filled;
+    return percentSigns(translated);
 }
 
 } // namespace kelmoth::L10n

@@ -25,7 +25,7 @@ std::shared_ptr<const Bundle> resourceBundle();
 std::string text(std::string_view key);
 
 /// The text for an English format with `value` in its first placeholder: "%@" where a string stands, "%d" or
-/// "%lld" where a number does.
+/// "%lld" where a number does, "%%" where a percent sign does.
 std::string formatted(std::string_view format, std::string_view value);
 
 } // namespace L10n

@@ -82,6 +82,8 @@ TEST_F(L10nTest, FillsFormatsAndNamesInTheChosenLanguage)
     store("1");
     EXPECT_EQ(actionName(ButtonAction::profileSwitch(3)), "Profil 3");
     EXPECT_EQ(actionName(ButtonAction::macroPlay("X")), "Makro: X");
+    EXPECT_EQ(actionName(ButtonAction::macroPlay("100%% %@")), "Makro: 100%% %@"); // a name is no format
+    EXPECT_EQ(L10n::formatted("%lld%%", "85"), "85%");
     EXPECT_EQ(RazerDevice{}.name(), "Nieznane urządzenie Razer");
     EXPECT_EQ(L10n::text("No such key"), "No such key");
     EXPECT_EQ(Platform::current().mainBundle->identifier(), "com.kelmoth.app");

@@ -3,6 +3,7 @@
 #include "Core/Device/DeviceDefaults.h"
 #include "Core/Device/KeyboardShortcut.h"
 #include "Core/Services/Application.h"
+#include "Core/Services/L10n.h"
 #include "UI/Views/Texts.h"
 
 #include <algorithm>
@@ -105,7 +106,7 @@ QStringList ButtonsTabModel::profiles() const
 {
     QStringList numbers;
     for (int number = 1; number <= profileCount; ++number) {
-        numbers.append(QString::number(number));
+        numbers.append(panelText(L10n::formatted("%lld", std::to_string(number))));
     }
     return numbers;
 }

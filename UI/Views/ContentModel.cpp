@@ -137,7 +137,7 @@ QString ContentModel::batteryText() const
     if (!device() || !device()->batteryLevel) {
         return QStringLiteral("–");
     }
-    return QString::number(*device()->batteryLevel) + QLatin1Char('%');
+    return panelText(L10n::formatted("%lld%%", std::to_string(*device()->batteryLevel)));
 }
 
 void ContentModel::selectTab(int tab)

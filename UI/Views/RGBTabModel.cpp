@@ -206,7 +206,7 @@ int RGBTabModel::zoneIndex() const
 
 QString RGBTabModel::brightnessText() const
 {
-    return QString::number(static_cast<int>(m_view.brightness * 100)) + QLatin1Char('%');
+    return panelText(L10n::formatted("%lld%%", std::to_string(static_cast<int>(m_view.brightness * 100))));
 }
 
 QColor RGBTabModel::currentColor() const
