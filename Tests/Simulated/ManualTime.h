@@ -3,12 +3,8 @@
 #include "Platform/Simulated/SimulatedMouse.h"
 #include "Platform/Sleeper.h"
 
-#include <chrono>
 #include <condition_variable>
-#include <functional>
-#include <mutex>
 #include <utility>
-#include <vector>
 
 namespace kelmoth {
 
@@ -34,23 +30,14 @@ public:
     }
 
     /// Whoever sleeps from now on waits until time is released.
-    void hold()
-    {
-        const std::lock_guard lock(m_mutex);
-        m_isHeld = true;
-    }
-    void release()
-    {
-        const std::lock_guard lock(m_mutex);
-        m_isHeld = false;
-        m_released.notify_all();
-    }
+    void hold() { setHeld(true); }
+    void release() { setHeld(false); }
 
     /// Lets something happen once, during the pause that comes after so many others, on the thread that
     /// sleeps.
     void duringPause(int pausesBefore, std::function<void()> action)
     {
-        const std::lock_guard lock(m_mutex);
+        const std::scoped_lock lock(m_mutex);
         m_pausesToAction = pausesBefore;
         m_action = std::move(action);
     }
@@ -58,13 +45,13 @@ public:
     /// Lets time pass unremembered.
     void advance(std::chrono::microseconds duration)
     {
-        const std::lock_guard lock(m_mutex);
+        const std::scoped_lock lock(m_mutex);
         m_now += duration;
     }
 
     std::chrono::microseconds now() const
     {
-        const std::lock_guard lock(m_mutex);
+        const std::scoped_lock lock(m_mutex);
         return m_now;
     }
 
@@ -77,11 +64,18 @@ public:
     /// Every pause slept so far, oldest first, and forgets them.
     std::vector<std::chrono::microseconds> takePauses()
     {
-        const std::lock_guard lock(m_mutex);
+        const std::scoped_lock lock(m_mutex);
         return std::exchange(m_pauses, {});
     }
 
 private:
+    void setHeld(bool isHeld)
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_isHeld = isHeld;
+        m_released.notify_all();
+    }
+
     mutable std::mutex m_mutex;
     std::chrono::microseconds m_now{};
     std::vector<std::chrono::microseconds> m_pauses;

@@ -1,188 +1,82 @@
-#include "Tests/Simulated/MouseOnTheBench.h"
+#include "Core/HID/RazerProtocol.h"
+#include "Tests/Simulated/ManualTime.h"
 
+#include <QByteArray>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cerrno>
 
 namespace kelmoth {
-
 namespace {
 
 using namespace std::chrono_literals;
-using testing::Each;
 
-class EveryModel : public testing::TestWithParam<std::string> {
-protected:
-    MouseOnTheBench bench{GetParam()};
-    const DeviceCapabilities &capabilities = bench.device.capabilities();
-};
-
-INSTANTIATE_TEST_SUITE_P(SimulatedMouse, EveryModel, testing::ValuesIn(SimulatedModel::names()),
-                         [](const auto &instance) {
-                             auto name = instance.param;
-                             std::ranges::replace(name, '-', '_');
-                             return name;
-                         });
-
-TEST_P(EveryModel, keepsTheLightOfEachZone)
-{
-    const RGBColor fallback{1, 2, 3};
-    const RGBColor violet{0x80, 0x00, 0xFF};
-    for (const auto zone : allCases<RGBZone>()) {
-        const bool hasZone = std::ranges::count(capabilities.rgbZones, zone) == 1;
-        EXPECT_EQ(bench.accepts(command::getRGB{zone}), hasZone);
-        EXPECT_EQ(bench.accepts(command::setBrightness{zone, 0.5}), hasZone);
-        for (const auto effect : allCases<RGBEffect>()) {
-            EXPECT_EQ(bench.accepts(command::setRGB{zone, {effect, violet, std::nullopt}}), hasZone);
-            if (!hasZone) {
-                continue;
-            }
-            const auto setting = RazerProtocol::parseRGB(bench.ask(command::getRGB{zone}),
-                                                         bench.ask(command::getBrightness{zone}), fallback);
-            ASSERT_TRUE(setting);
-            // The wire has no code of its own for the last two effects.
-            const bool isColored = effect == RGBEffect::staticColor || effect == RGBEffect::breathing ||
-                                   effect == RGBEffect::reactive || effect == RGBEffect::starlight;
-            EXPECT_EQ(setting->effect, effect >= RGBEffect::starlight ? RGBEffect::breathing : effect);
-            EXPECT_EQ(setting->color, isColored ? violet : fallback);
-            EXPECT_DOUBLE_EQ(setting->brightness, 127 / 255.0);
-        }
-    }
-}
-
-TEST(SimulatedMouse, drainsAndChargesWithTime)
-{
-    struct Row {
-        std::string_view model;
-        std::chrono::microseconds elapsed;
-        int percent;
-        bool isCharging;
-    };
-    for (const auto &row :
-         {Row{"basilisk-v3-pro-wireless", 1s, 78, false}, Row{"basilisk-v3-pro-wireless", 51min, 68, false},
-          Row{"basilisk-v3-x-hyperspeed", 1000h, 0, false}, Row{"basilisk-v3-pro-wired", 1s, 78, true},
-          Row{"basilisk-v3-pro-wired", 11min, 89, true}, Row{"basilisk-v3-pro-wired", 1000h, 100, false}}) {
-        MouseOnTheBench bench{row.model};
-        bench.time.advance(row.elapsed);
-        const auto level = RazerProtocol::parseBatteryLevel(bench.ask(command::getBatteryLevel{}));
-        EXPECT_EQ(level, row.percent) << row.model << " " << row.elapsed.count();
-        EXPECT_EQ(bench.mouse->state().isCharging, row.isCharging) << row.model << row.elapsed.count();
-        if (bench.device.capabilities().reportsCharging) {
-            const auto answer = bench.ask(command::getChargingStatus{});
-            EXPECT_EQ(RazerProtocol::parseChargingStatus(answer), row.isCharging);
-        }
-    }
-}
-
-/// A request written out by hand: transaction id, data size, class, id and arguments.
-Data frame(std::uint8_t transactionID, std::uint8_t size, std::uint8_t commandClass, std::uint8_t commandID,
-           std::initializer_list<std::uint8_t> arguments)
-{
-    Data report(90);
-    report[1] = transactionID;
-    report[5] = size;
-    report[6] = commandClass;
-    report[7] = commandID;
-    std::ranges::copy(arguments, report.begin() + 8);
-    for (std::size_t i = 2; i < 88; ++i) {
-        report[88] ^= report[i];
-    }
-    return report;
-}
-
-TEST(SimulatedMouse, checksRequestsAsFirmwareDoes)
+TEST(SimulatedMouse, ChecksRequestsAsFirmwareDoes)
 {
     constexpr std::uint8_t unheard = 0x00;
-    auto damaged = frame(0x1F, 0x02, 0x07, 0x80, {});
-    damaged[88] ^= 0x01;
-    auto withStatus = frame(0x1F, 0x02, 0x07, 0x80, {});
-    withStatus[0] = 0x02;
+    const std::string_view pro = "basilisk-v3-pro";
+    const std::string_view x = "basilisk-v3-x-hyperspeed";
     struct Row {
         std::string_view what;
-        std::string_view model;
-        Data request;
+        const char *bytes; ///< from the transaction id on
         std::uint8_t status;
+        std::string_view model = "basilisk-v3-pro";
+        std::size_t damaged = 89; ///< a byte that is changed after the CRC was made; 89: none
     };
-    const std::string_view v3 = "basilisk-v3";
-    const std::string_view pro = "basilisk-v3-pro";
-    for (const auto &row : {
-             Row{"a good request", pro, frame(0x1F, 0x02, 0x07, 0x80, {}), 0x02},
-             Row{"a wrong CRC", pro, damaged, 0x03},
-             Row{"a status in a request", pro, withStatus, 0x03},
-             Row{"an unknown id", pro, frame(0x1F, 0x02, 0x07, 0x81, {}), 0x05},
-             Row{"an unknown class", pro, frame(0x1F, 0x02, 0x09, 0x80, {}), 0x05},
-             Row{"a wrong data size", pro, frame(0x1F, 0x03, 0x07, 0x80, {}), 0x03},
-             Row{"bytes past the data size", pro, frame(0x1F, 0x02, 0x07, 0x80, {0, 0, 1}), 0x03},
-             Row{"a foreign transaction id", pro, frame(0xFF, 0x02, 0x07, 0x80, {}), unheard},
-             Row{"the V3's id for its stages", v3, frame(0xFF, 0x26, 0x04, 0x86, {1}), 0x02},
-             Row{"the usual id for the V3's stages", v3, frame(0x1F, 0x26, 0x04, 0x86, {1}), unheard},
-             Row{"the V3's id for another command", v3, frame(0xFF, 0x04, 0x0B, 0x8B, {0, 4}), unheard},
-             Row{"the V3's id on another model", pro, frame(0xFF, 0x26, 0x04, 0x86, {1}), unheard},
-             Row{"a stage count of six", pro, frame(0x1F, 0x26, 0x04, 0x06, {1, 1, 6}), 0x03},
-             Row{"an active stage of two out of one", pro,
-                 frame(0x1F, 0x26, 0x04, 0x06, {1, 2, 1, 1, 3, 32, 3, 32}), 0x03},
-             Row{"stages out of order", pro, frame(0x1F, 0x26, 0x04, 0x06, {1, 1, 1, 2, 3, 32, 3, 32}), 0x03},
-             Row{"an effect code of six", pro, frame(0x1F, 0x06, 0x0F, 0x02, {1, 4, 6}), 0x03},
-             Row{"a colour where none belongs", pro, frame(0x1F, 0x06, 0x0F, 0x02, {1, 4, 1, 0, 0, 1}), 0x03},
-             Row{"a profile of six", pro, frame(0x1F, 0x0A, 0x02, 0x8C, {6, 1}), 0x03},
-             Row{"a layer of two", pro, frame(0x1F, 0x0A, 0x02, 0x8C, {0, 1, 2}), 0x03},
-             Row{"a function of six arguments", pro, frame(0x1F, 0x0A, 0x02, 0x0C, {0, 1, 0, 1, 6}), 0x03},
+    for (const auto &row : std::vector<Row>{
+             {"a good request", "1F 000000 02 07 80", 0x02},
+             {"a wrong CRC", "1F 000000 02 07 80", 0x03, pro, 88},
+             {"a status in a request", "1F 000000 02 07 80", 0x03, pro, 0},
+             {"an unknown id", "1F 000000 02 07 81", 0x05},
+             {"a command of another model", "1F 000000 02 07 84", 0x05, x},
+             {"a wrong data size", "1F 000000 03 07 80", 0x03},
+             {"bytes past the data size", "1F 000000 02 07 80 00 00 01", 0x03},
+             {"a foreign transaction id", "FF 000000 02 07 80", unheard},
+             {"the V3's id for its stages", "FF 000000 26 04 86 01", 0x02, "basilisk-v3"},
+             {"the usual id for the V3's stages", "1F 000000 26 04 86 01", unheard, "basilisk-v3"},
+             {"the V3's id for another command", "FF 000000 04 0B 8B 00 04", unheard, "basilisk-v3"},
+             {"a stage count of six", "1F 000000 26 04 06 01 01 06", 0x03},
+             {"an active stage of two out of one", "1F 000000 26 04 06 01 02 01 01 0320 0320", 0x03},
+             {"stages out of order", "1F 000000 26 04 06 01 01 01 02 0320 0320", 0x03},
+             {"a DPI beyond the model's", "1F 000000 26 04 06 01 01 01 01 7531 7531", 0x03},
+             {"a colour where none belongs", "1F 000000 06 0F 02 01 04 01 00 00 01", 0x03},
+             {"a light that it does not have", "1F 000000 0C 0F 82 01 04", 0x03, x},
+             {"lift-off out of the blue", "1F 000000 04 0B 0B 00 04 01 02", 0x03},
+             {"a profile of six", "1F 000000 0A 02 8C 06 01", 0x03},
+             {"a layer of two", "1F 000000 0A 02 8C 00 01 02", 0x03},
+             {"a function of six arguments", "1F 000000 0A 02 0C 00 01 00 01 06", 0x03},
          }) {
-        MouseOnTheBench bench{row.model};
-        bench.ask(command::getLiftOff{}); // whose answer must not pass for one to a request unheard
-        const auto answer = bench.ask(row.request);
-        ASSERT_EQ(answer.size(), 90u) << row.what;
-        EXPECT_EQ(int{answer[0]}, row.status) << row.what;
-        if (row.status == unheard) {
-            EXPECT_THAT(answer, Each(0)) << row.what;
-        } else {
-            EXPECT_EQ(answer[88], RazerProtocol::crc(answer)) << row.what;
-        }
+        ManualTime time;
+        SimulatedMouse mouse(*SimulatedModel::named(row.model), time.clock());
+        const auto wIndex = mouse.protocolInterface();
+        Data report(90);
+        std::ranges::copy(QByteArray::fromHex(row.bytes), report.begin() + 1);
+        report[88] = RazerProtocol::crc(report);
+        report[row.damaged] ^= row.damaged == 89 ? 0x00 : 0x01;
+        mouse.setReport(wIndex, RazerProtocol::createReport(command::getLiftOff{}, {})); // is never read
+        EXPECT_EQ(mouse.setReport(wIndex, report), 0) << row.what;
+        time.advance(7ms);
+        mouse.getReport(wIndex, report);
+        EXPECT_EQ(int{report[0]}, row.status == unheard ? unheard : 0x01) << row.what; // at work on it
+        time.advance(38ms);
+        mouse.getReport(wIndex, report);
+        EXPECT_EQ(int{report[0]}, row.status) << row.what;
+        EXPECT_EQ(report[88], RazerProtocol::crc(report)) << row.what;
     }
 }
 
-TEST(SimulatedMouse, stallsOnTheWrongInterfaceAndLength)
+TEST(SimulatedMouse, StallsOnTheWrongInterfaceAndLength)
 {
-    struct Row {
-        std::string_view model;
-        std::uint16_t wIndex;
-        std::size_t length;
-        int status;
-    };
-    for (const auto &row :
+    using Row = std::tuple<std::string_view, std::uint16_t, std::size_t, int>;
+    for (const auto &[model, wIndex, length, status] :
          {Row{"basilisk-v3", 3, 90, 0}, Row{"basilisk-v3", 0, 90, EPIPE}, Row{"basilisk-v3-pro", 0, 90, 0},
-          Row{"basilisk-v3-pro", 3, 90, EPIPE}, Row{"basilisk-v3-pro", 0, 89, EPIPE},
-          Row{"basilisk-v3-pro", 0, 91, EPIPE}, Row{"basilisk-v3:bluetooth", 3, 90, EPIPE}}) {
-        MouseOnTheBench bench{row.model};
-        auto request = frame(0x1F, 0x04, 0x0B, 0x8B, {0, 4});
-        request.resize(row.length);
-        EXPECT_EQ(bench.mouse->setReport(row.wIndex, request), row.status) << row.model << row.wIndex;
-        Data buffer(90);
-        const auto read = bench.mouse->getReport(row.wIndex, buffer);
-        EXPECT_EQ(read.status, row.length == 90 ? row.status : 0) << row.model << row.wIndex;
-        EXPECT_EQ(read.length, read.status == 0 ? 90u : 0u);
-    }
-}
-
-TEST(SimulatedMouse, isBusyUntilTheAnswerIsReady)
-{
-    for (const auto &[name, ready] : {std::pair{"basilisk-v3", 8ms}, std::pair{"basilisk-v3-pro", 45ms}}) {
-        MouseOnTheBench bench{name};
-        EXPECT_THAT(bench.read(), Each(0)) << "before any request";
-        const auto request = RazerProtocol::createReport(command::getLiftOff{}, bench.device);
-        bench.send(request);
-        bench.time.advance(ready - 1us);
-        auto early = bench.read();
-        EXPECT_EQ(early[0], 0x01);
-        early[0] = 0;
-        EXPECT_EQ(early, request);
-        bench.time.advance(1us);
-        EXPECT_EQ(bench.read()[0], 0x02);
-        EXPECT_EQ(bench.read()[0], 0x02) << "an answer stays until the next request";
+          Row{"basilisk-v3-pro", 0, 89, EPIPE}, Row{"basilisk-v3-pro", 0, 91, EPIPE},
+          Row{"basilisk-v3:bluetooth", 3, 90, EPIPE}}) {
+        ManualTime time;
+        SimulatedMouse mouse(*SimulatedModel::named(model), time.clock());
+        Data report(length);
+        EXPECT_EQ(mouse.setReport(wIndex, report), status) << model << length;
+        EXPECT_EQ(mouse.getReport(wIndex, report).status, length == 90 ? status : 0) << model << length;
     }
 }
 
 } // namespace
-
 } // namespace kelmoth
