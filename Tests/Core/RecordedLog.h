@@ -2,10 +2,7 @@
 
 #include "Platform/Platform.h"
 
-#include <memory>
 #include <mutex>
-#include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -30,8 +27,8 @@ public:
     /// A log that is the installed platform's.
     static std::shared_ptr<RecordedLog> install()
     {
-        auto log = std::make_shared<RecordedLog>();
         Platform platform;
+        const auto log = std::make_shared<RecordedLog>();
         platform.log = log;
         Platform::setCurrent(std::move(platform));
         return log;
