@@ -1,188 +1,197 @@
-// Which interfaces are listed, by what rules, and what is said of it. What travels to a listed mouse is
-// tested beside this, against simulated mice.
+// Which mice are listed, what travels between the monitor and a mouse, and what becomes of every fault on the
+// way.
 
-#include "Core/HID/HIDMonitor.h"
-#include "Tests/Core/FakeHID.h"
-#include "Tests/Core/RecordedLog.h"
-#include "Tests/Simulated/ManualTime.h"
+#include "Core/HID/RazerProtocol.h"
+#include "Tests/Core/SimulatedMouseFixture.h"
 
-#include <QCoroTask>
 #include <QSignalSpy>
-#include <gmock/gmock.h>
 
 namespace kelmoth {
 namespace {
 
+using namespace std::chrono_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
+using Kind = SimulatedFault::Kind;
+using HIDMonitorTest = SimulatedMouseTest;
 
-class HIDMonitorTest : public testing::Test {
-protected:
-    ~HIDMonitorTest() override
-    {
-        monitor.reset();
-        Platform::setCurrent({});
-    }
-
-    std::vector<std::uint16_t> listed() const
-    {
-        std::vector<std::uint16_t> productIDs;
-        for (const auto &device : monitor->connectedDevices()) {
-            productIDs.push_back(device.productID);
-        }
-        return productIDs;
-    }
-
-    /// The log without the lines of the transfer thread, which come when they come.
-    std::vector<std::string> lines()
-    {
-        auto all = m_log->takeLines();
-        std::erase_if(all, [](const std::string &line) { return line.find("USB dev") != std::string::npos; });
-        return all;
-    }
-
-    Platform platform() const
-    {
-        Platform made;
-        made.hid = hid;
-        made.usb = std::make_shared<NoUSB>();
-        made.sleeper = std::make_shared<ManualTime>();
-        return made;
-    }
-
-    std::shared_ptr<FakeHIDService> hid = std::make_shared<FakeHIDService>();
-    std::unique_ptr<HIDMonitor> monitor = std::make_unique<HIDMonitor>(platform());
-
-private:
-    std::shared_ptr<RecordedLog> m_log = RecordedLog::install();
-};
-
-TEST_F(HIDMonitorTest, ListsOnlyInterfacesThatSpeakTheProtocol)
+TEST_F(HIDMonitorTest, ListsEachMouseOnceAndSendsOnlyToThoseThatTakeCommands)
 {
-    auto named = FakeHIDDevice::make(0x1532, 0x1234);
-    named->strings["Product"] = "100% %s %n";
-    auto byName = FakeHIDDevice::make(0x1532, 0x1234, -1, "Bluetooth");
-    byName->strings["Product"] = "Basilisk V3 Pro";
-    auto nameless = FakeHIDDevice::make(0x1532, 0x00AB, 90);
-    nameless->strings.clear();
-    auto withoutVendor = FakeHIDDevice::make(0x1532, 0x00AC);
-    withoutVendor->integers.erase("VendorID");
-    auto withoutProduct = FakeHIDDevice::make(0x1532, 0x00AC);
-    withoutProduct->integers.erase("ProductID");
-    hid->present = {
-        FakeHIDDevice::make(0x1532, 0x0099, 89),
-        FakeHIDDevice::make(0x1532, 0x0099, -1),
-        FakeHIDDevice::make(0x1532, 0x0099, 91),
-        FakeHIDDevice::make(0x1532, 0x0099, 90),                 // a second one of the same
-        FakeHIDDevice::make(0x1532, 0x0099, -1, "bluetooth LE"), // the same by radio
-        FakeHIDDevice::make(0x1532, 0x0099, 90, "BLUETOOTH"),
-        FakeHIDDevice::make(0x068E, 0x00AA),
-        FakeHIDDevice::make(0x046D, 0x00AA),
-        FakeHIDDevice::make(0x1532, 0x1'00AA), // IDs that no USB device has
-        FakeHIDDevice::make(0x1532, -0xFF55),
-        FakeHIDDevice::make(0x1'1532, 0x00AA),
-        withoutVendor,
-        withoutProduct,
-        named,
-        byName,
-        nameless,
+    struct Row {
+        SimulatedModel model;
+        std::string path = {}; ///< of the interface that is listed; empty where none is
+        bool takesCommands = false;
     };
-    monitor->startMonitoring();
-    EXPECT_THAT(listed(), ElementsAre(0x0099, 0x0099, 0x00AA, 0x1234, 0x00AB));
-    EXPECT_EQ(monitor->connectedDevices().back().transport, "Unknown");
-    EXPECT_THAT(hid->matching, ElementsAre(0x1532, 0x068E));
-    EXPECT_THAT(lines(),
-                ElementsAre("✅ Razer device connected: Razer Basilisk V3 (PID: 0x0099)",
-                            "✅ Razer device connected: Razer Basilisk V3 (PID: 0x0099)",
-                            "✅ Razer device connected: Razer Basilisk V3 Pro (Wired) (PID: 0x00AA)",
-                            "Unsupported Razer device: 100% %s %n PID:0x1234",
-                            "✅ Razer device connected: Razer Basilisk V3 Pro (Wireless) (PID: 0x1234)",
-                            "✅ Razer device connected: Razer Basilisk V3 Pro (Wireless) (PID: 0x00AB)",
-                            "HID monitoring started"));
-    // Only one of them is a mouse whose battery may be asked for.
-    for (const auto &device : monitor->connectedDevices()) {
-        EXPECT_EQ(monitor->isBatteryMonitored(device.id), device.productID == 0x00AB);
+    const std::vector<Row> rows{
+        {{0x1532, 0x0099, "", "", "USB"}, "simulated:0/3", true},
+        {{0x1532, 0x0099, "", "", "USB"}},                           // a second one of the same
+        {{0x1532, 0x0099, "", "", "bluetooth LE"}, "simulated:2/0"}, // the same by radio
+        {{0x1532, 0x0099, "", "", "BLUETOOTH"}},
+        {{0x068E, 0x00AA, "", "", "USB"}, "simulated:4/0"}, // the other vendor's
+        {{0x046D, 0x00AC, "", "", "USB"}},                  // a stranger's
+        {{0x1532, 0x1234, "100% %s %n", "", "USB"}},
+        {{0x1532, 0x1234, "Basilisk V3 Pro", "", "Bluetooth"}, "simulated:7/0"},
+        {{0x1532, 0x00AB, "", "", "USB"}, "simulated:8/0", true},
+        {{0x1532, 0x00AC, "", "", ""}}, // no feature report, and not Bluetooth
+    };
+    std::vector<std::shared_ptr<SimulatedMouse>> mice;
+    for (const auto &row : rows) {
+        mice.push_back(std::make_shared<SimulatedMouse>(row.model, time->clock()));
+    }
+    watch(mice);
+    auto device = monitor->connectedDevices().begin();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (!rows[i].path.empty()) {
+            ASSERT_NE(device, monitor->connectedDevices().end());
+            EXPECT_EQ(monitor->deviceHandle(device->id)->path(), rows[i].path);
+            const auto answer = QCoro::waitFor(monitor->send(command::getLiftOff{}, *device++));
+            EXPECT_EQ(answer.has_value(), rows[i].takesCommands) << i;
+        }
+        EXPECT_EQ(mice[i]->takeTransfers().empty(), !rows[i].takesCommands) << i;
+    }
+    EXPECT_EQ(device, monitor->connectedDevices().end());
+}
+
+TEST_F(HIDMonitorTest, AsksEachModelInItsOwnWayAndTime)
+{
+    for (const auto &model : basiliskModels()) {
+        plugIn(model.commandLineName);
+        mouse->addFault({.kind = Kind::noAnswer});
+        const auto answer = send(command::getDPIStages{});
+        ASSERT_TRUE(answer) << model.commandLineName;
+        EXPECT_EQ(RazerProtocol::parseDPIStages(*answer)->dpis, device().capabilities().factoryDPIPresets);
+        const auto wait = model.productID == BasiliskProductID::basiliskV3 ? 10ms : 60ms;
+        EXPECT_THAT(time->takePauses(), ElementsAre(wait, 10ms, wait)) << model.commandLineName;
     }
 }
 
-TEST_F(HIDMonitorTest, FollowsWhatComesAndGoes)
+/// Every fault that a mouse, a cable or a system can have, what comes of it, and after how many attempts:
+/// up to five by USB, and up to five more by HID reports only when those gave no answer at all.
+TEST_F(HIDMonitorTest, EveryFaultHasItsOutcome)
 {
-    monitor->startMonitoring();
-    monitor->startMonitoring();
-    EXPECT_EQ(hid->managers, 1);
-    QSignalSpy changes(monitor.get(), &HIDMonitor::connectedDevicesChanged);
-    const auto mouse = FakeHIDDevice::make(0x1532, 0x00AA);
-    const auto ignored = FakeHIDDevice::make(0x1532, 0x00AA, 16);
-    hid->attached(mouse);
-    hid->attached(ignored);
-    hid->attached(mouse); // reported again
-    ASSERT_THAT(listed(), ElementsAre(0x00AA));
-    const auto first = monitor->connectedDevices().front();
-    EXPECT_EQ(monitor->deviceHandle(first.id), mouse);
-    EXPECT_TRUE(monitor->isBatteryMonitored(first.id));
-    lines();
-
-    hid->removed(ignored);
-    EXPECT_EQ(changes.count(), 1);
-    EXPECT_THAT(lines(), IsEmpty());
-    hid->removed(mouse);
-    EXPECT_THAT(listed(), IsEmpty());
-    EXPECT_EQ(changes.count(), 2);
-    EXPECT_EQ(monitor->deviceHandle(first.id), nullptr);
-    EXPECT_FALSE(monitor->isBatteryMonitored(first.id));
-    EXPECT_THAT(lines(),
-                ElementsAre("🔌 Razer device disconnected: Razer Basilisk V3 Pro (Wired) (PID: 0x00AA)"));
-
-    hid->attached(mouse);
-    EXPECT_NE(monitor->connectedDevices().front().id, first.id);
-}
-
-TEST_F(HIDMonitorTest, StopsAndFailsCleanly)
-{
-    hid->canCreate = false;
-    monitor->startMonitoring();
-    EXPECT_FALSE(monitor->isMonitoring());
-    EXPECT_THAT(lines(), ElementsAre("❌ Failed to create IOHIDManager"));
-
-    hid->canCreate = true;
-    hid->openStatus = EACCES;
-    monitor->startMonitoring();
-    EXPECT_FALSE(monitor->isMonitoring());
-    EXPECT_EQ(hid->attached, nullptr);
-    EXPECT_THAT(lines(), ElementsAre("❌ Failed to open IOHIDManager: 0xD"));
-
-    hid->openStatus = 0;
-    hid->present = {FakeHIDDevice::make(0x1532, 0x00AA)};
-    monitor->startMonitoring();
-    EXPECT_TRUE(monitor->isMonitoring());
-    monitor->stopMonitoring();
-    monitor->stopMonitoring();
-    EXPECT_FALSE(monitor->isMonitoring());
-    EXPECT_EQ(hid->attached, nullptr);
-    EXPECT_THAT(listed(), ElementsAre(0x00AA));
-    EXPECT_TRUE(monitor->isBatteryMonitored(monitor->connectedDevices().front().id));
-}
-
-TEST_F(HIDMonitorTest, SendsNothingToAMouseThatTakesNoCommands)
-{
-    RazerDevice bluetooth;
-    bluetooth.vendorID = razerVendorID;
-    bluetooth.productID = 0x0099;
-    bluetooth.transport = "Bluetooth";
-    RazerDevice stranger = bluetooth;
-    stranger.transport = "USB";
-    stranger.vendorID = otherVendorID;
-    RazerDevice unknown = stranger;
-    unknown.vendorID = razerVendorID;
-    unknown.productID = 0x1234;
-    for (const auto &device : {bluetooth, stranger, unknown}) {
-        auto answer = monitor->send(command::getLiftOff{}, device);
-        EXPECT_TRUE(answer.isReady()); // without a turn on the transfer thread
-        EXPECT_EQ(QCoro::waitFor(std::move(answer)), std::nullopt);
+    constexpr int all = -1;
+    struct Row {
+        std::string name;
+        SimulatedFault fault;
+        bool isAnswered;
+        int attempts;
+    };
+    const std::vector<Row> rows{
+        {"one request unheard", {.kind = Kind::noAnswer}, true, 2},
+        {"four requests unheard", {.kind = Kind::noAnswer, .times = 4}, true, 5},
+        {"five requests unheard", {.kind = Kind::noAnswer, .times = 5}, true, 6},
+        {"nine requests unheard", {.kind = Kind::noAnswer, .times = 9}, true, 10},
+        {"never heard", {.kind = Kind::noAnswer, .times = all}, false, 10},
+        {"not ready three times", {.kind = Kind::notReady, .times = 3}, true, 4},
+        {"never ready", {.kind = Kind::notReady, .times = all}, false, 10},
+        {"failed", {.kind = Kind::rejected, .status = 0x03}, false, 1},
+        {"timed out inside", {.kind = Kind::rejected, .status = 0x04}, false, 1},
+        {"not supported", {.kind = Kind::rejected, .status = 0x05}, false, 1},
+        {"an unknown status", {.kind = Kind::rejected, .times = all, .status = 0x77}, false, 10},
+        {"an answer to another command", {.kind = Kind::otherCommand}, true, 2},
+        {"answers to other commands only", {.kind = Kind::otherCommand, .times = all}, false, 10},
+        {"a stall", {.kind = Kind::failedTransfer, .error = EPIPE}, true, 2},
+        {"a time-out", {.kind = Kind::failedTransfer, .times = 2, .error = ETIMEDOUT}, true, 3},
+        {"a failed read", {.kind = Kind::failedTransfer, .skip = 1, .error = EIO}, true, 2},
+        {"a broken cable", {.kind = Kind::failedTransfer, .times = all, .error = EIO}, false, 10},
+        {"a short answer", {.kind = Kind::shortRead}, true, 2},
+        {"short answers only", {.kind = Kind::shortRead, .times = all}, false, 10},
+    };
+    for (const auto &row : rows) {
+        plugIn("basilisk-v3");
+        mouse->addFault(row.fault);
+        EXPECT_EQ(send(command::getDPIStages{}).has_value(), row.isAnswered) << row.name;
+        EXPECT_EQ(takeAttempts(), row.attempts) << row.name;
+        // The mouse is as reachable as before.
+        mouse->clearFaults();
+        EXPECT_TRUE(send(command::getDPIStages{})) << row.name;
     }
-    RazerDevice gone = unknown;
-    gone.productID = 0x0099;
-    EXPECT_EQ(QCoro::waitFor(monitor->send(command::getLiftOff{}, gone)), std::nullopt);
+}
+
+TEST_F(HIDMonitorTest, AMouseThatMayNotBeOpenedIsListedAndAskedByHIDReportsOnceItMay)
+{
+    mouse = std::make_shared<SimulatedMouse>(*SimulatedModel::named("basilisk-v3-pro"), time->clock());
+    mouse->addFault({.kind = Kind::denied, .times = -1});
+    watch();
+    EXPECT_FALSE(send(command::getDPIStages{}));
+    EXPECT_EQ(takeAttempts(), 0);
+    mouse->clearFaults();
+    time->takePauses();
+    mouse->addFault({.kind = Kind::noAnswer});
+    EXPECT_TRUE(send(command::getDPIStages{}));
+    EXPECT_THAT(time->takePauses(), ElementsAre(60ms, 10ms, 60ms));
+    takeAttempts();
+    mouse->addFault({.kind = Kind::rejected});
+    EXPECT_FALSE(send(command::getDPIStages{}));
+    EXPECT_EQ(takeAttempts(), 1);
+}
+
+TEST_F(HIDMonitorTest, AMousePulledOutAtAnyTransferGivesNoAnswerAndLeavesTheList)
+{
+    for (int transfer = 0; transfer < 2; ++transfer) {
+        plugIn("basilisk-v3-pro-wireless");
+        QSignalSpy changes(monitor.get(), &HIDMonitor::connectedDevicesChanged);
+        mouse->addFault({.kind = Kind::unplug, .skip = transfer});
+        const auto before = device();
+        EXPECT_TRUE(monitor->isBatteryMonitored(before.id));
+        EXPECT_EQ(send(command::getDPIStages{}), std::nullopt);
+        EXPECT_TRUE(!changes.empty() || changes.wait());
+        EXPECT_TRUE(monitor->connectedDevices().empty());
+        EXPECT_EQ(monitor->deviceHandle(before.id), nullptr);
+        EXPECT_FALSE(monitor->isBatteryMonitored(before.id));
+
+        mouse->clearFaults();
+        mouse->replug();
+        EXPECT_TRUE(changes.wait());
+        EXPECT_NE(device().id, before.id);
+        EXPECT_TRUE(send(command::getDPIStages{}));
+        EXPECT_EQ(QCoro::waitFor(monitor->send(command::getDPIStages{}, before)), std::nullopt);
+    }
+}
+
+TEST_F(HIDMonitorTest, ServesCallersInTheirOrderAndToTheEnd)
+{
+    plugIn("basilisk-v3");
+    std::vector<QCoro::Task<std::optional<Data>>> answers;
+    for (const auto zone : {RGBZone::underglow, RGBZone::logo, RGBZone::scrollWheel}) {
+        answers.push_back(monitor->send(command::getRGB{zone}, device()));
+    }
+    monitor.reset(); // which leaves nothing undone
+    for (auto &answer : answers) {
+        EXPECT_TRUE(QCoro::waitFor(std::move(answer)));
+    }
+    std::vector<int> zones;
+    for (const auto &transfer : mouse->takeTransfers()) {
+        zones.push_back(transfer.bytes[9]);
+    }
+    EXPECT_THAT(zones, ElementsAre(0x0A, 0x0A, 0x04, 0x04, 0x01, 0x01)); // request and answer
+}
+
+TEST_F(HIDMonitorTest, ReadsTheBatteryWhereThereIsOneAndKeepsWhatItKnows)
+{
+    const SimulatedFault none{.times = 0};
+    const SimulatedFault noLevel{.kind = Kind::noAnswer, .commandID = 0x80, .times = -1};
+    const SimulatedFault noStatus{.kind = Kind::rejected, .commandID = 0x84};
+    using Row = std::tuple<std::string, SimulatedFault, std::optional<Int>, bool, int>;
+    for (const auto &[model, fault, level, isCharging, attempts] :
+         {Row{"basilisk-v3", none, {}, false, 0}, Row{"basilisk-v3-pro-wireless", none, 50, true, 2},
+          Row{"basilisk-v3-x-hyperspeed", none, 50, false, 1},
+          Row{"basilisk-v3-pro-wired", noLevel, 78, true, 10},
+          Row{"basilisk-v3-pro-wired", noStatus, 50, false, 2}}) {
+        plugIn(model);
+        EXPECT_EQ(device().batteryLevel, level ? std::optional<Int>(78) : std::nullopt) << model;
+        EXPECT_EQ(monitor->isBatteryMonitored(device().id), level.has_value()) << model;
+        auto held = mouse->state();
+        held.battery = 128;
+        held.isCharging = true;
+        mouse->setState(held);
+        mouse->addFault(fault);
+        monitor->readBatteryLevel(device());
+        (void)send(command::prepareLiftOff{});
+        (void)send(command::prepareLiftOff{}); // by then all is read
+        EXPECT_EQ(takeAttempts() - 2, attempts) << model;
+        EXPECT_EQ(device().batteryLevel, level) << model;
+        EXPECT_EQ(device().isCharging, isCharging) << model;
+    }
 }
 
 } // namespace

@@ -2,14 +2,10 @@
 
 #include "Core/HID/HIDMonitor.h"
 #include "Platform/Simulated/SimulatedPlatform.h"
-#include "Tests/Core/RecordedLog.h"
 #include "Tests/Simulated/ManualTime.h"
 
 #include <QCoroTask>
-#include <QEventLoop>
 #include <gmock/gmock.h>
-
-#include <string_view>
 
 namespace kelmoth {
 
@@ -30,12 +26,12 @@ protected:
         settle();
     }
 
-    /// Starts to watch a machine with the mouse.
-    void watch()
+    /// Starts to watch a machine with the mouse, or with others.
+    void watch() { watch({mouse}); }
+    void watch(std::vector<std::shared_ptr<SimulatedMouse>> mice)
     {
-        const auto machine = simulatedMachine({mouse});
+        const auto machine = simulatedMachine(std::move(mice));
         Platform platform;
-        platform.log = log;
         platform.sleeper = time;
         platform.hid = machine.hid;
         platform.usb = machine.usb;
@@ -51,7 +47,6 @@ protected:
         }
         mouse->takeTransfers();
         time->takePauses();
-        log->takeLines();
     }
 
     RazerDevice device() const { return monitor->connectedDevices().front(); }
@@ -68,7 +63,6 @@ protected:
     }
 
     std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();
-    std::shared_ptr<RecordedLog> log = RecordedLog::install();
     std::shared_ptr<SimulatedMouse> mouse;
     std::unique_ptr<HIDMonitor> monitor;
 };
