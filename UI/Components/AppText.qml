@@ -6,6 +6,9 @@ Text {
     property int size: 13
     property int weight: Font.Normal
 
+    Accessible.name: text
+    Accessible.role: Accessible.StaticText
+
     color: Theme.label
     elide: Text.ElideRight
     font.pixelSize: size

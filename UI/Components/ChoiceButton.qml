@@ -15,7 +15,6 @@ PressArea {
     focusRadius: 7
     implicitHeight: 30
     implicitWidth: row.implicitWidth + 16
-    opacity: enabled ? 1 : 0.45
     role: Accessible.RadioButton
 
     Surface {

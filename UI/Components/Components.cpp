@@ -1,5 +1,7 @@
 #include "UI/Components/Components.h"
 
+#include "UI/Components/Operable.h"
+
 #include <QQmlEngine>
 
 // Written by the build, and dropped by the linker where nobody calls it.
@@ -10,6 +12,7 @@ namespace kelmoth {
 void useComponents(QQmlEngine &engine)
 {
     qml_register_types_Kelmoth_Components();
+    Operable::announce();
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 

@@ -66,6 +66,21 @@ Palette dark()
     return palette;
 }
 
+/// The accent, where text in it can be read on the panel, on a control, and on a badge: a tint of itself.
+QColor readableAccent(const QColor &accent, const Palette &palette)
+{
+    constexpr float tint = 0.15F;
+    QColor result = accent;
+    constexpr int rounds = 8; // the tint changes with the accent, but by less each time
+    for (int i = 0; i < rounds; ++i) {
+        for (const QColor &ground : {palette.windowBackground, palette.controlBackground}) {
+            result = readable(result, ground);
+            result = readable(result, composited(faded(result, tint), ground));
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 Palette Palette::of(const Scheme &scheme)
@@ -73,10 +88,7 @@ Palette Palette::of(const Scheme &scheme)
     Palette palette = scheme.dark ? dark() : light();
     palette.white = Qt::white;
     const QColor accent = scheme.accent.isValid() ? QColor(scheme.accent.rgb()) : palette.blue;
-    // A badge shows the accent on a tint of itself, the least contrast that it has to bear.
-    constexpr float tint = 0.15F;
-    const QColor &ground = scheme.dark ? palette.controlBackground : palette.windowBackground;
-    palette.accent = readable(accent, composited(faded(accent, tint), ground), 4.7);
+    palette.accent = readableAccent(accent, palette);
     palette.accentFill = readable(accent, Qt::white, 5.6);
     palette.accentFillEnd =
         readable(composited(faded(accent, 0.7F), scheme.dark ? QColor(Qt::black) : palette.controlBackground),

@@ -4,6 +4,7 @@
 #include <QSGImageNode>
 #include <QTransform>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -73,9 +74,10 @@ QSGNode *PictureItem::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
         m_pictureScale = current;
     } else { // moving: once it stands still, another look tells
         m_lastScale = current;
-        if (!node) {
-            m_pictureScale = current;
-        } else {
+        if (!node) { // what grows from nothing does not start with the picture of nothing
+            m_pictureScale = std::max(current, 1.0);
+        }
+        if (current != m_pictureScale) {
             QMetaObject::invokeMethod(this, &QQuickItem::update, Qt::QueuedConnection);
         }
     }

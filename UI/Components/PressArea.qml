@@ -2,15 +2,9 @@ import QtQuick
 import Kelmoth.Components
 
 /// What can be pressed by pointer, by Space or Enter, and by assistive tools; its looks are its children.
-Item {
+Operable {
     id: root
 
-    property string text ///< what it is called
-    property int role: Accessible.Button
-    property bool selectable: false
-    property bool selected: false
-    property bool checkable: false
-    property bool checked: false
     property real focusRadius: 8
     property int focusShape: Surface.Rectangle
     readonly property bool hovered: area.containsMouse && enabled
@@ -19,15 +13,7 @@ Item {
 
     signal triggered
 
-    Accessible.checkable: checkable
-    Accessible.checked: checked
-    Accessible.focusable: true
-    Accessible.name: text
     Accessible.role: role
-    Accessible.selectable: selectable
-    Accessible.selected: selected
-    Accessible.onPressAction: if (enabled) triggered()
-    Accessible.onToggleAction: if (enabled) triggered()
     Keys.onEnterPressed: event => event.isAutoRepeat || triggered()
     Keys.onReturnPressed: event => event.isAutoRepeat || triggered()
     Keys.onSpacePressed: event => event.isAutoRepeat || triggered()
@@ -36,10 +22,22 @@ Item {
     implicitHeight: holder.children.length === 1 ? holder.children[0].implicitHeight : 0
     implicitWidth: holder.children.length === 1 ? holder.children[0].implicitWidth : 0
 
-    Item {
-        id: holder
+    onPressWished: triggered()
 
+    Item {
         anchors.fill: parent
+        opacity: root.enabled ? 1 : 0.45
+
+        Dimming on opacity {
+            item: root
+        }
+
+        Item {
+            id: holder
+
+            anchors.fill: parent
+            opacity: root.pressed ? 0.75 : 1
+        }
     }
 
     MouseArea {

@@ -28,6 +28,7 @@ Item {
     AppText {
         id: label
 
+        Accessible.ignored: true
         anchors.verticalCenter: parent.verticalCenter
         color: symbol.visible ? Theme.label : Theme.secondaryLabel
         font.letterSpacing: symbol.visible ? 0 : 1

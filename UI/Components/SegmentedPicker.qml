@@ -11,6 +11,7 @@ Item {
     property int currentIndex: 0
     property string text ///< what is picked
     readonly property real segmentWidth: (width - 4) / Math.max(1, model.length)
+    property real place: currentIndex ///< of the mark, on its way
 
     signal picked(int index)
 
@@ -21,7 +22,13 @@ Item {
 
     implicitHeight: 26
     implicitWidth: 260
-    opacity: enabled ? 1 : 0.45
+
+    Behavior on place {
+        SpringNumber {
+            damping: 0.8
+            response: 0.25
+        }
+    }
 
     Surface {
         anchors.fill: parent
@@ -40,15 +47,8 @@ Item {
         shadowY: 1
         visible: root.currentIndex >= 0 && root.currentIndex < root.model.length
         width: root.segmentWidth
-        x: 2 + root.currentIndex * root.segmentWidth
+        x: Math.round(2 + root.place * root.segmentWidth)
         y: 2
-
-        Behavior on x {
-            SpringNumber {
-                damping: 0.8
-                response: 0.25
-            }
-        }
     }
 
     Row {

@@ -10,10 +10,10 @@ namespace {
 
 struct Motion {
     double omega;   ///< radians a second, without friction
-    double damping; ///< 0.05 to 1
+    double damping; ///< 0.4 to 1
 
     Motion(double response, double fraction)
-        : omega(2 * M_PI / std::clamp(response, 0.01, 10.0)), damping(std::clamp(fraction, 0.05, 1.0))
+        : omega(2 * M_PI / std::clamp(response, 0.01, 10.0)), damping(std::clamp(fraction, 0.4, 1.0))
     {
     }
 
@@ -37,12 +37,14 @@ struct Motion {
         return omega * omega * decay * (w * t < 1e-9 ? t : std::sin(w * t) / w);
     }
 
-    /// When the envelope of the swing falls below a thousandth.
+    /// When it stays within a thousandth of its rest: the envelope of the swing, e^-dwt / sqrt(1 - d^2),
+    /// falls below that; without a swing the mass creeps as (1 + wt) e^-wt.
     double rest() const
     {
-        constexpr double thousandth = 6.9077552789821; // -ln 0.001
-        // Without a swing the mass creeps: (1 + wt) e^-wt takes longer than e^-wt.
-        return (damping < 0.95 ? thousandth : 9.2334) / (damping * omega);
+        constexpr double thousandth = 6.9078; // -ln 0.001
+        constexpr double creeping = 9.2335;   // where (1 + x) e^-x is 0.001
+        const double swinging = thousandth - std::log(std::max(1 - damping * damping, 1e-9)) / 2;
+        return std::min(swinging, creeping) / (damping * omega);
     }
 };
 
@@ -63,22 +65,25 @@ QVariantList Spring::curve(double response, double damping)
     const Motion motion(response, damping);
     const double total = duration(response, damping) / 1000.0;
     // Between two points a cubic with the right position and velocity at both is the motion itself, as far as
-    // an eye or a pixel can tell, where they lie closer while it is fast. There cannot be more: Qt's easing
-    // curve has room for ten cubics and writes beyond it unasked.
+    // an eye or a pixel can tell. The toolkit's easing curve has room for ten pieces and writes beyond it for
+    // more (seen in 6.4), so they are long where the motion has nearly died away.
     constexpr int pieces = 10;
-    const auto knot = [&](int piece) { return total * std::pow(static_cast<double>(piece) / pieces, 1.4); };
+    const double fading = motion.damping * motion.omega / 4;
+    const auto boundary = [&](int i) {
+        return i == pieces ? total : -std::log1p(i / double(pieces) * std::expm1(-fading * total)) / fading;
+    };
     QVariantList points;
     points.reserve(pieces * 6);
     const auto add = [&](double t, double y) { points << t / total << y; };
     for (int i = 0; i < pieces; ++i) {
-        const double from = knot(i);
-        const double to = knot(i + 1);
-        const double step = to - from;
-        const bool last = i == pieces - 1;
-        add(from + step / 3, motion.position(from) + motion.velocity(from) * step / 3);
+        const double from = boundary(i);
+        const double to = boundary(i + 1);
+        const bool last = i + 1 == pieces;
+        const double third = (to - from) / 3;
         const double end = last ? 1.0 : motion.position(to);
-        add(to - step / 3, end - (last ? 0.0 : motion.velocity(to)) * step / 3);
-        add(last ? total : to, end);
+        add(from + third, motion.position(from) + motion.velocity(from) * third);
+        add(to - third, end - (last ? 0.0 : motion.velocity(to) * third));
+        add(to, end);
     }
     return points;
 }

@@ -8,7 +8,7 @@ namespace kelmoth {
 
 /// The motion of a mass on a spring that is let go at 0 and comes to rest at 1. `response`: the period in
 /// seconds that it would have without friction; `damping`: the fraction of the friction at which it no longer
-/// swings (1). Out of range, the nearest in 0.01 to 10 and 0.05 to 1 serve.
+/// swings (1). Out of range, the nearest in 0.01 to 10 and 0.4 to 1 serve.
 class Spring : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -13,7 +13,6 @@ PressArea {
     focusRadius: 6
     implicitHeight: 24
     implicitWidth: label.implicitWidth + 12 + track.width
-    opacity: enabled ? 1 : 0.45
     role: Accessible.CheckBox
 
     onTriggered: toggled(!checked)

@@ -39,9 +39,10 @@ QByteArray drawing(const SymbolIcon &icon, double stroke)
 }
 
 /// Lines of less than a pixel look faint beside text: small icons are drawn stronger.
-double strokeFor(double pixels, bool bold)
+double strokeFor(const SymbolIcon &icon, double pixels, bool bold)
 {
-    return std::max(0.0, 1 - pixels / grid) * 0.5 + (bold ? 0.45 : 0.0);
+    const double stroke = std::max(0.0, 1 - pixels / grid) * 0.5 + (bold ? 0.45 : 0.0);
+    return icon.fine ? stroke / 3 : stroke;
 }
 
 QImage mask(const SymbolLook &look, QSize canvas, const QRectF &box)
@@ -53,7 +54,7 @@ QImage mask(const SymbolLook &look, QSize canvas, const QRectF &box)
     if (!icon) {
         return image;
     }
-    QSvgRenderer renderer(drawing(*icon, strokeFor(box.width(), look.bold)));
+    QSvgRenderer renderer(drawing(*icon, strokeFor(*icon, box.width(), look.bold)));
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(box.center());

@@ -11,6 +11,7 @@ struct SymbolIcon {
     std::string_view icon; ///< of bootstrap-icons
     int turn = 0;          ///< degrees clockwise
     int charge = 0;        ///< of a battery, in percent: filled so far
+    bool fine = false;     ///< lines so close that stronger ones would run together
 };
 
 /// All symbols, sorted as they are used.

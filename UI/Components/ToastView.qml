@@ -2,7 +2,7 @@ import QtQuick
 import Kelmoth.Components
 
 /// A short message at the panel's upper edge.
-Item {
+Operable {
     id: root
 
     property int type: 3 ///< 0 error, 1 warning, 2 success, 3 information
@@ -13,12 +13,14 @@ Item {
 
     signal tapped
 
-    Accessible.name: message
-    Accessible.role: Accessible.AlertMessage
-    Accessible.onPressAction: tapped()
+    Accessible.role: role
 
     implicitHeight: row.height + 24
     implicitWidth: Math.min(maximumWidth, row.implicitWidth + 32 + 40)
+    role: Accessible.AlertMessage
+    text: message
+
+    onPressWished: tapped()
 
     Surface {
         anchors.fill: parent

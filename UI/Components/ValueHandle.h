@@ -1,0 +1,57 @@
+#pragma once
+
+#include "UI/Components/Operable.h"
+
+namespace kelmoth {
+
+/// A value on a line along the item's width, set by dragging, by keys and by assistive tools. The owner binds
+/// `value` and takes what `moved` tells; the item never changes it. A drag is one edit, and so is each key
+/// and each step of a tool.
+class ValueHandle : public kelmoth::Operable { // in full: so the type's description for qmllint names it
+    Q_OBJECT
+    QML_ELEMENT
+    /// Values are whole multiples of it above the least one; 0: any value.
+    Q_PROPERTY(double step MEMBER m_step NOTIFY stepChanged)
+    /// How far from the item's ends the ends of the range lie.
+    Q_PROPERTY(double inset MEMBER m_inset NOTIFY insetChanged)
+    /// Where the value lies in its range, 0 to 1.
+    Q_PROPERTY(double fraction READ fraction NOTIFY fractionChanged)
+    /// Whether a drag is under way.
+    Q_PROPERTY(bool editing READ isEditing NOTIFY editingChanged)
+
+public:
+    explicit ValueHandle(QQuickItem *parent = nullptr);
+
+    double fraction() const;
+    bool isEditing() const { return m_editing; }
+
+Q_SIGNALS:
+    void stepChanged();
+    void insetChanged();
+    void fractionChanged();
+    void editingChanged();
+
+    void editingStarted();
+    /// The user wants this value, which is in range.
+    void moved(double value);
+    void editingEnded();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseUngrabEvent() override;
+
+private:
+    double possible(double wish) const;
+    double valueAt(double x) const;
+    void edit(double wish);
+    void setEditing(bool editing);
+
+    double m_step = 0;
+    double m_inset = 0;
+    bool m_editing = false;
+};
+
+} // namespace kelmoth
