@@ -1,0 +1,98 @@
+#include "Core/Services/Appearance.h"
+#include "UI/Components/Contrast.h"
+#include "UI/Components/Theme.h"
+
+#include <QGuiApplication>
+#include <QSignalSpy>
+#include <gmock/gmock.h>
+
+namespace kelmoth {
+namespace {
+
+struct Case {
+    bool dark;
+    bool opaque;
+    QColor accent; ///< as a desktop may name it
+};
+
+void PrintTo(const Case &value, std::ostream *out)
+{
+    *out << (value.dark ? "dark " : "light ") << (value.opaque ? "opaque " : "")
+         << value.accent.name().toStdString();
+}
+
+class PaletteTest : public testing::TestWithParam<Case> {
+protected:
+    void expectReadable(const char *what, const QColor &text, const QColor &ground)
+    {
+        EXPECT_GE(contrastRatio(composited(text, ground), ground), 4.5)
+            << what << ": " << text.name().toStdString() << " on " << ground.name().toStdString();
+    }
+
+    Palette palette = Palette::of({GetParam().dark, GetParam().opaque, GetParam().accent});
+};
+
+TEST_P(PaletteTest, TextIsReadableOnEveryGround)
+{
+    const QColor window = palette.windowBackground;
+    for (const QColor &ground :
+         {window, palette.controlBackground, palette.underPageBackground,
+          composited(palette.regularMaterial, window), composited(palette.ultraThinMaterial, window),
+          composited(palette.hover, palette.controlBackground)}) {
+        expectReadable("label", palette.label, ground);
+        expectReadable("secondary label", palette.secondaryLabel, ground);
+        expectReadable("tertiary label", palette.tertiaryLabel, ground);
+    }
+}
+
+TEST_P(PaletteTest, TheAccentIsReadableAsTextAndUnderText)
+{
+    QColor tint = palette.accent;
+    tint.setAlphaF(0.15F);
+    expectReadable("accent", palette.accent, palette.windowBackground);
+    expectReadable("accent", palette.accent, palette.controlBackground);
+    expectReadable("accent", palette.accent, composited(tint, palette.windowBackground));
+    expectReadable("white", Qt::white, palette.accentFill);
+    expectReadable("white", Qt::white, palette.accentFillEnd);
+}
+
+TEST_P(PaletteTest, AnyColorCanBeMadeReadable)
+{
+    for (const QColor &color :
+         {palette.orange, palette.yellow, palette.cyan, QColor(Qt::white), QColor(Qt::black)}) {
+        expectReadable("color", readable(color, palette.windowBackground), palette.windowBackground);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Schemes, PaletteTest,
+                         testing::Values(Case{false, false, {}}, Case{true, false, {}}, Case{false, true, {}},
+                                         Case{true, true, {}}, Case{false, false, 0xFFFF66},
+                                         Case{true, false, 0xFFFF66}, Case{false, false, 0x080808},
+                                         Case{true, false, 0x080808}, Case{false, false, 0xE62D42},
+                                         Case{true, false, 0x26A269}));
+
+TEST(Contrast, IsThatOfTheStandard)
+{
+    EXPECT_NEAR(contrastRatio(Qt::black, Qt::white), 21, 1e-6);
+    EXPECT_NEAR(contrastRatio(0x777777, Qt::white), 4.478, 0.001);
+    EXPECT_EQ(readable(0x767676, Qt::white), QColor(0x767676)) << "good enough as it is";
+}
+
+TEST(ThemeTest, FollowsThePreferenceWhileTheProgramRuns)
+{
+    auto &preferences = Preferences::shared();
+    Theme theme;
+    preferences.setAppearanceMode(1);
+    EXPECT_FALSE(theme.isDark());
+    const QColor window = theme.windowBackground();
+    const QSignalSpy changes(&theme, &Theme::changed);
+    preferences.setAppearanceMode(2);
+    EXPECT_TRUE(theme.isDark());
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_LT(theme.windowBackground().lightness(), window.lightness());
+    EXPECT_GT(contrastRatio(theme.stage(QStringLiteral("white")), theme.stage(QStringLiteral("red"))), 1.5);
+    preferences.setAppearanceMode(0);
+}
+
+} // namespace
+} // namespace kelmoth

@@ -1,0 +1,88 @@
+#include "UI/Components/Spring.h"
+
+#include <QEasingCurve>
+#include <QPointF>
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace kelmoth {
+namespace {
+
+/// The mass on the spring, followed in steps far finer than any frame.
+class Simulation {
+public:
+    Simulation(double response, double damping) : m_omega(2 * M_PI / response), m_damping(damping) {}
+
+    double positionAt(double seconds)
+    {
+        constexpr double step = 1e-6;
+        for (; m_time < seconds; m_time += step) {
+            m_velocity +=
+                step * (m_omega * m_omega * (1 - m_position) - 2 * m_damping * m_omega * m_velocity);
+            m_position += step * m_velocity;
+        }
+        return m_position;
+    }
+
+private:
+    double m_omega;
+    double m_damping;
+    double m_time = 0;
+    double m_position = 0;
+    double m_velocity = 0;
+};
+
+QEasingCurve easing(const QVariantList &spline)
+{
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    for (qsizetype i = 0; i + 5 < spline.size(); i += 6) {
+        const auto point = [&](qsizetype n) {
+            return QPointF(spline[i + n].toDouble(), spline[i + n + 1].toDouble());
+        };
+        curve.addCubicBezierSegment(point(0), point(2), point(4));
+    }
+    return curve;
+}
+
+struct Case {
+    double response;
+    double damping;
+};
+
+void PrintTo(const Case &value, std::ostream *out)
+{
+    *out << "response " << value.response << ", damping " << value.damping;
+}
+
+class SpringTest : public testing::TestWithParam<Case> {};
+
+TEST_P(SpringTest, AnimatesWithTheMotionOfAMassOnASpring)
+{
+    const auto [response, damping] = GetParam();
+    const double total = Spring::duration(response, damping) / 1000.0;
+    const QEasingCurve curve = easing(Spring::curve(response, damping));
+    Simulation simulation(response, damping);
+    EXPECT_LE(Spring::curve(response, damping).size(), 60) << "more pieces than an easing curve has room for";
+    constexpr int points = 60;
+    for (int i = 1; i < points; ++i) {
+        const double progress = i / double(points);
+        EXPECT_NEAR(curve.valueForProgress(progress), simulation.positionAt(progress * total), 0.0015)
+            << "at " << progress;
+    }
+    EXPECT_DOUBLE_EQ(curve.valueForProgress(1), 1);
+    EXPECT_NEAR(simulation.positionAt(total), 1, 0.0011) << "stopped before it came to rest";
+}
+
+INSTANTIATE_TEST_SUITE_P(UsedInThePanel, SpringTest,
+                         testing::Values(Case{0.2, 0.7}, Case{0.25, 0.8}, Case{0.3, 0.7}, Case{0.4, 0.8},
+                                         Case{0.6, 0.6}, Case{0.3, 0.96}, Case{0.3, 1.0}));
+
+TEST(Spring, TakesNonsenseForTheNearestThatMakesSense)
+{
+    EXPECT_EQ(Spring::curve(-1, 7), Spring::curve(0.01, 1));
+    EXPECT_EQ(Spring::duration(1e9, -3), Spring::duration(10, 0.4));
+}
+
+} // namespace
+} // namespace kelmoth

@@ -1,0 +1,109 @@
+#include "Core/Device/ButtonAction.h"
+#include "Core/Device/MouseButton.h"
+#include "UI/Components/SymbolLook.h"
+#include "UI/Components/SymbolTable.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
+
+namespace kelmoth {
+namespace {
+
+QImage paint(std::string_view name, bool bold = false)
+{
+    SymbolLook look;
+    look.size = {32, 32};
+    look.side = 32;
+    look.name = QString::fromUtf8(name.data(), qsizetype(name.size()));
+    look.fill = {{0.0, Qt::black}};
+    look.bold = bold;
+    return paintSymbol(look, 1).image;
+}
+
+/// Opaque pixels' worth.
+double ink(const QImage &image)
+{
+    double sum = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            sum += qAlpha(image.pixel(x, y)) / 255.0;
+        }
+    }
+    return sum;
+}
+
+/// The symbols that views and models name, by the file that does: every text with dots between its words, and
+/// single words that are given as an icon.
+std::map<std::string, std::string> namedInSources()
+{
+    static const std::regex mention(
+        R"re("([a-z]+(\.[a-z0-9]+)+)"|\b(icon|symbol|Symbol)\b[^"\n]{0,12}"([a-z]+)")re");
+    std::map<std::string, std::string> names;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(KELMOTH_SOURCES "/UI")) {
+        const auto file = entry.path().filename().string();
+        if (!entry.is_regular_file() || file == "SymbolTable.cpp" || file == "CMakeLists.txt") {
+            continue;
+        }
+        std::ostringstream text;
+        text << std::ifstream(entry.path()).rdbuf();
+        const std::string content = text.str();
+        for (std::sregex_iterator found(content.begin(), content.end(), mention), end; found != end;
+             ++found) {
+            names.emplace((*found)[1].matched ? (*found)[1].str() : (*found)[4].str(), file);
+        }
+    }
+    return names;
+}
+
+TEST(Symbols, EveryNameInUseHasAnIcon)
+{
+    auto names = namedInSources();
+    for (const MouseButton button : allCases<MouseButton>()) {
+        names.emplace(icon(button), "MouseButton");
+    }
+    for (const ButtonActionChoice &choice : buttonActionChoices(true)) {
+        names.emplace(choice.icon, "ButtonAction");
+    }
+    ASSERT_GT(names.size(), 20U);
+    for (const auto &[name, user] : names) {
+        EXPECT_NE(symbolNamed(name), nullptr) << name << ", used by " << user;
+    }
+}
+
+TEST(Symbols, EveryIconIsThereAndLikeNoOther)
+{
+    std::map<QByteArray, std::string_view> pictures;
+    for (const SymbolIcon &symbol : symbolTable()) {
+        const QImage image = paint(symbol.name);
+        EXPECT_GT(ink(image), 40) << symbol.name;
+        EXPECT_GT(ink(paint(symbol.name, true)), ink(image)) << symbol.name << " is not bolder";
+        const QByteArray bytes(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes());
+        const auto [known, isNew] = pictures.emplace(bytes, symbol.name);
+        EXPECT_TRUE(isNew) << symbol.name << " looks like " << known->second;
+    }
+    EXPECT_EQ(ink(paint("no.such.symbol")), 0);
+}
+
+TEST(Symbols, GlowIsColoredAndReachesBeyondTheIcon)
+{
+    SymbolLook look;
+    look.size = {20, 20};
+    look.side = 20;
+    look.name = QStringLiteral("circle.fill");
+    look.fill = {{0.0, Qt::white}};
+    look.shadows = {{{QColor(255, 0, 0, 204), 8}, {Qt::transparent, 0}}};
+    const Picture picture = paintSymbol(look, 2);
+    const QColor beside = picture.image.pixelColor(picture.origin + QPoint(-4, 20));
+    EXPECT_GT(beside.alpha(), 30);
+    EXPECT_GT(beside.red(), 250);
+    EXPECT_EQ(beside.blue(), 0);
+    EXPECT_EQ(picture.image.pixelColor(picture.origin + QPoint(20, 20)), QColor(Qt::white));
+}
+
+} // namespace
+} // namespace kelmoth
