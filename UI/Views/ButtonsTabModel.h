@@ -46,9 +46,10 @@ public:
         return isApplying() ? m_applyingButton : std::nullopt;
     }
 
-    Q_INVOKABLE void toggleButton(int button);
+    /// `number` is the `button` of a row.
+    Q_INVOKABLE void toggleButton(int number);
     /// Writes the action of that row, or opens the input for the value that it needs.
-    Q_INVOKABLE void handleActionSelection(int button, int action);
+    Q_INVOKABLE void handleActionSelection(int number, int row);
     /// 0 Ctrl, 1 Alt, 2 Shift, 3 Cmd.
     Q_INVOKABLE void toggleModifier(int modifier);
     /// Writes the key, with the modifiers that are on, to the button that the key input is for.

@@ -140,7 +140,7 @@ RGBTabModel::RGBTabModel(DeviceManager &manager, Preferences &preferences, QObje
     connect(&manager, &DeviceManager::deviceStateChanged, this, &RGBTabModel::followState);
     connect(&preferences, &Preferences::languageModeChanged, this, [this] {
         namePresets();
-        updatePresets();
+        publishLight();
     });
     namePresets();
     followDevice();
