@@ -89,7 +89,9 @@ TEST_F(RGBTabTest, WritesAtTheEndOfADragAndSaysSo)
     EXPECT_EQ(tab().brightnessText(), QStringLiteral("29%"));
     tab().endBrightnessDrag();
     tab().endHueDrag(); // dropped
+    tab().dragHue(0.1);
     finishWrite(tab());
+    EXPECT_EQ(tab().hue(), 0.1) << "what was written does not take the strip out of the hand";
     EXPECT_EQ(setting(scrollWheel).brightness, 0.295);
     EXPECT_EQ(setting(scrollWheel).speed, 0.5);
     EXPECT_THAT(takeLines(), ElementsAre("🟡 Brightness drag ended: 0.29",
