@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Qt/QtPlatform.h"
+#include "Tests/Core/RecordedLog.h"
 #include "Tests/Manager/DeviceManagerFixture.h"
 #include "Tests/Services/FakeDesktopSettings.h"
 #include "Tests/Services/FakeLoginItemService.h"
