@@ -68,6 +68,10 @@
         <translation>Kelmoth v%@</translation>
     </message>
     <message>
+        <source>Battery</source>
+        <translation>Battery</translation>
+    </message>
+    <message>
         <source>No Device Connected</source>
         <translation>No Device Connected</translation>
     </message>
@@ -174,6 +178,14 @@ via USB dongle (2.4GHz)</translation>
     <message>
         <source>White</source>
         <translation>White</translation>
+    </message>
+    <message>
+        <source>Hue</source>
+        <translation>Hue</translation>
+    </message>
+    <message>
+        <source>Brightness</source>
+        <translation>Brightness</translation>
     </message>
     <message>
         <source>Tap button to change mapping</source>

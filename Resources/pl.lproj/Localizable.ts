@@ -45,7 +45,7 @@
     </message>
     <message>
         <source>2.4 GHz receiver</source>
-        <translation>Odbiornik 2,4 GHz</translation>
+        <translation>Odbiornik 2,4 GHz</translation>
     </message>
     <message>
         <source>USB</source>
@@ -68,6 +68,10 @@
         <translation>Kelmoth v%@</translation>
     </message>
     <message>
+        <source>Battery</source>
+        <translation>Bateria</translation>
+    </message>
+    <message>
         <source>No Device Connected</source>
         <translation>Nie podłączono urządzenia</translation>
     </message>
@@ -75,11 +79,11 @@
         <source>Connect Razer Basilisk V3 series
 via USB dongle (2.4GHz)</source>
         <translation>Podłącz mysz z serii Razer Basilisk V3
-przez odbiornik USB (2,4 GHz)</translation>
+przez odbiornik USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Bluetooth configuration is not available in this version</source>
-        <translation>Konfiguracja przez Bluetooth nie jest dostępna w tej wersji</translation>
+        <translation>Konfiguracja przez Bluetooth nie jest dostępna w tej wersji</translation>
     </message>
     <message>
         <source>Bluetooth connected: %@</source>
@@ -91,11 +95,11 @@ przez odbiornik USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Use USB or a 2.4 GHz receiver to configure this mouse.</source>
-        <translation>Aby skonfigurować tę mysz, użyj kabla USB lub odbiornika 2,4 GHz.</translation>
+        <translation>Aby skonfigurować tę mysz, użyj kabla USB lub odbiornika 2,4 GHz.</translation>
     </message>
     <message>
         <source>Use the 2.4 GHz receiver to configure this mouse.</source>
-        <translation>Aby skonfigurować tę mysz, użyj odbiornika 2,4 GHz.</translation>
+        <translation>Aby skonfigurować tę mysz, użyj odbiornika 2,4 GHz.</translation>
     </message>
     <message>
         <source>Unsupported Device</source>
@@ -174,6 +178,14 @@ przez odbiornik USB (2,4 GHz)</translation>
     <message>
         <source>White</source>
         <translation>Biały</translation>
+    </message>
+    <message>
+        <source>Hue</source>
+        <translation>Odcień</translation>
+    </message>
+    <message>
+        <source>Brightness</source>
+        <translation>Jasność</translation>
     </message>
     <message>
         <source>Tap button to change mapping</source>

@@ -148,6 +148,14 @@ void ButtonsTabModel::toggleButton(int number)
     updateRows();
 }
 
+bool ButtonsTabModel::closePicker()
+{
+    const bool isOpen = m_view.expandedButton.has_value();
+    m_view.expandedButton.reset();
+    updateRows();
+    return isOpen;
+}
+
 void ButtonsTabModel::handleActionSelection(int number, int row)
 {
     const auto button = listedButton(number);

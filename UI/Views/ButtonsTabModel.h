@@ -48,6 +48,8 @@ public:
 
     /// `number` is the `button` of a row.
     Q_INVOKABLE void toggleButton(int number);
+    /// Closes the row that is expanded; false when none is.
+    bool closePicker();
     /// Writes the action of that row, or opens the input for the value that it needs.
     Q_INVOKABLE void handleActionSelection(int number, int row);
     /// 0 Ctrl, 1 Alt, 2 Shift, 3 Cmd.

@@ -167,6 +167,15 @@ TabModel &ContentModel::page()
     }
 }
 
+bool ContentModel::dismiss()
+{
+    if (m_showAbout) {
+        closeAbout();
+        return true;
+    }
+    return m_selectedTab == buttons && m_buttonsTab.closePicker();
+}
+
 void ContentModel::panelShown()
 {
     page().shown();

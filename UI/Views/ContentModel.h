@@ -35,6 +35,7 @@ class ContentModel : public QObject {
     Q_PROPERTY(QString batteryText READ batteryText NOTIFY headerChanged)
     Q_PROPERTY(kelmoth::RowsModel *tabs READ tabs CONSTANT)
     Q_PROPERTY(int selectedTab READ selectedTab NOTIFY selectedTabChanged)
+    Q_PROPERTY(bool isDeviceSupported READ isDeviceSupported NOTIFY headerChanged)
     Q_PROPERTY(bool isPageUsable READ isPageUsable NOTIFY pageChanged)
     Q_PROPERTY(QString noticeIcon READ noticeIcon NOTIFY headerChanged)
     Q_PROPERTY(QString noticeColorName READ noticeColorName NOTIFY headerChanged)
@@ -86,6 +87,9 @@ public:
     /// menu alike.
     Q_INVOKABLE void openAbout();
     Q_INVOKABLE void closeAbout();
+
+    /// Closes what lies open, as Escape does: the sheet, else the page's picker. False when nothing does.
+    Q_INVOKABLE bool dismiss();
 
     bool appeared() const { return m_appeared; }
     Q_INVOKABLE void panelShown();

@@ -1,0 +1,237 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Kelmoth.Components
+
+/// What the program is: emblem, version, features, supported mice. Plays its entrance when it is made.
+FocusScope {
+    id: root
+
+    required property var model ///< AboutModel
+    property real arrival: model.appeared ? 1 : 0
+    property real featuresArrival: model.featuresAppeared ? 1 : 0
+    property real devicesArrival: model.devicesAppeared ? 1 : 0
+
+    signal dismissed
+
+    implicitHeight: 560
+    implicitWidth: 300
+
+    Component.onCompleted: model.shown()
+
+    Behavior on arrival {
+        DelayedSpring {
+            delay: 200
+        }
+    }
+
+    Behavior on featuresArrival {
+        DelayedSpring {
+            delay: 400
+        }
+    }
+
+    Behavior on devicesArrival {
+        DelayedSpring {
+            delay: 600
+        }
+    }
+
+    Surface {
+        anchors.fill: parent
+        color: Theme.windowBackground
+        radius: 12
+        shadowColor: "#50000000"
+        shadowRadius: 24
+        shadowY: 8
+    }
+
+    Surface {
+        anchors.fill: parent
+        borderColor: Theme.outline
+        borderWidth: 1
+        color: Theme.ultraThinMaterial
+        radius: 12
+    }
+
+    Item {
+        anchors.fill: parent
+        anchors.margins: 1
+        clip: true
+
+        Surface {
+            anchors.fill: parent
+            blur: 30
+            color: Theme.alpha(Theme.accent, 0.15)
+            color2: Theme.alpha(Theme.green, 0.1)
+            color3: "transparent"
+        }
+    }
+
+    Column {
+        anchors.centerIn: parent
+        spacing: 12
+        width: parent.width
+
+        Item {
+            anchors.horizontalCenter: parent.horizontalCenter
+            height: 120
+            width: 100
+
+            AboutEmblem {
+                anchors.bottom: parent.bottom
+                model: root.model
+            }
+        }
+
+        GradientText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            color: Theme.label
+            color2: Theme.alpha(Theme.label, 0.8)
+            opacity: Math.min(1, root.arrival)
+            size: 28
+            text: qsTr("Kelmoth")
+            weight: Font.Bold
+
+            transform: Translate {
+                y: 20 * (1 - root.arrival)
+            }
+        }
+
+        Item {
+            anchors.horizontalCenter: parent.horizontalCenter
+            height: version.implicitHeight + 8
+            opacity: Math.min(1, root.arrival)
+            scale: 0.8 + 0.2 * root.arrival
+            width: version.implicitWidth + 24
+
+            Surface {
+                anchors.fill: parent
+                color: Theme.ultraThinMaterial
+                shape: Surface.Capsule
+            }
+
+            AppText {
+                id: version
+
+                anchors.centerIn: parent
+                color: Theme.secondaryLabel
+                size: 11
+                text: root.model.versionText
+                weight: Font.Medium
+            }
+        }
+
+        AboutCard {
+            icon: "sparkles"
+            iconColor: Theme.yellow
+            opacity: Math.min(1, root.featuresArrival)
+            title: qsTr("Features")
+            width: parent.width
+
+            transform: Translate {
+                x: -30 * (1 - root.featuresArrival)
+            }
+
+            Repeater {
+                model: root.model.features
+
+                AboutFeatureRow {
+                    required property var modelData
+
+                    Layout.fillWidth: true
+                    appeared: root.model.featuresAppeared
+                    color: Theme[modelData.colorName]
+                    delay: 0.4 + modelData.delay
+                    icon: modelData.icon
+                    text: qsTr(modelData.label)
+                }
+            }
+        }
+
+        AboutCard {
+            icon: "checkmark.seal.fill"
+            iconColor: Theme.green
+            opacity: Math.min(1, root.devicesArrival)
+            title: qsTr("Supported Devices")
+            width: parent.width
+
+            transform: Translate {
+                x: 30 * (1 - root.devicesArrival)
+            }
+
+            Repeater {
+                model: root.model.devices
+
+                DeviceRow {
+                    required property var modelData
+
+                    Layout.fillWidth: true
+                    appeared: root.model.devicesAppeared
+                    badge: modelData.badge
+                    delay: 0.6 + modelData.delay
+                    name: modelData.name
+                }
+            }
+        }
+
+        AppText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            color: Theme.alpha(Theme.secondaryLabel, 0.7)
+            opacity: Math.min(1, root.arrival)
+            size: 8
+            text: qsTr("Not affiliated with Razer Inc.")
+            topPadding: 4
+        }
+
+        Item {
+            anchors.horizontalCenter: parent.horizontalCenter
+            height: close.height + 16
+            width: close.width
+
+            PressArea {
+                id: close
+
+                focus: true
+                focusShape: Surface.Capsule
+                height: closeLabel.implicitHeight + 16
+                opacity: Math.min(1, root.arrival)
+                scale: 0.5 + 0.5 * root.arrival
+                text: qsTr("Close")
+                width: closeLabel.implicitWidth + 48
+
+                onTriggered: root.dismissed()
+
+                Surface {
+                    anchors.fill: parent
+                    color: Theme.accentFill
+                    color2: Theme.accentFillEnd
+                    gradientDirection: Surface.TopToBottom
+                    shadowColor: Theme.alpha(Theme.accent, 0.4)
+                    shadowRadius: 8
+                    shadowY: 4
+                    shape: Surface.Capsule
+                }
+
+                Surface {
+                    anchors.fill: parent
+                    color: close.pressed ? Theme.press : Theme.hover
+                    shape: Surface.Capsule
+                    visible: close.hovered || close.pressed
+                }
+
+                AppText {
+                    id: closeLabel
+
+                    Accessible.ignored: true
+                    anchors.centerIn: parent
+                    color: Theme.white
+                    size: 13
+                    text: close.text
+                    weight: Font.DemiBold
+                }
+            }
+        }
+    }
+}

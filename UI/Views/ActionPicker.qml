@@ -1,0 +1,109 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Kelmoth.Components
+
+/// What a button can do, and under it the input for the value that an action needs.
+Column {
+    id: root
+
+    required property var row ///< ButtonRow
+
+    bottomPadding: 10
+    leftPadding: 6
+    rightPadding: 6
+    spacing: 8
+
+    TileGrid {
+        columns: 2
+        rowSpacing: 0
+        width: root.width - 12
+
+        Repeater {
+            model: root.row.model.actions
+
+            PressArea {
+                id: action
+
+                required property string icon
+                required property int index
+                required property string label
+
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                checkable: true
+                checked: selected
+                focusRadius: 6
+                implicitHeight: 28
+                role: Accessible.RadioButton
+                selected: index === root.row.selectedAction
+                text: qsTr(label)
+
+                onTriggered: root.row.model.handleActionSelection(root.row.button, index)
+
+                Surface {
+                    anchors.fill: parent
+                    color: action.selected ? Theme.alpha(Theme.accent, 0.15) : action.pressed ? Theme.press : Theme.hover
+                    radius: 6
+                    visible: action.selected || action.hovered || action.pressed
+                }
+
+                Symbol {
+                    id: symbol
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: action.selected ? Theme.accent : Theme.secondaryLabel
+                    name: action.icon
+                    size: 11
+                    width: 16
+                    x: 6
+                }
+
+                AppText {
+                    Accessible.ignored: true
+                    anchors.left: symbol.right
+                    anchors.leftMargin: 6
+                    anchors.right: check.left
+                    anchors.verticalCenter: parent.verticalCenter
+                    lineHeight: 0.95
+                    maximumLineCount: 2
+                    size: 11
+                    text: action.text
+                    wrapMode: Text.WordWrap
+                }
+
+                Symbol {
+                    id: check
+
+                    anchors.right: parent.right
+                    anchors.rightMargin: 7
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: Theme.accent
+                    name: "checkmark"
+                    size: 10
+                    visible: action.selected
+                    width: visible ? implicitWidth : 0
+                }
+            }
+        }
+    }
+
+    Repeater {
+        model: root.row.showsKeyInput ? 1 : 0
+
+        KeyInput {
+            model: root.row.model
+            width: root.width - 12
+        }
+    }
+
+    Repeater {
+        model: root.row.showsProfilePicker ? 1 : 0
+
+        ProfilePicker {
+            model: root.row.model
+            width: root.width - 12
+        }
+    }
+}

@@ -1,0 +1,144 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Kelmoth.Components
+
+/// A button of the mouse with its action; expanded, with the actions to pick from.
+Item {
+    id: root
+
+    required property var model ///< ButtonsTabModel
+    required property string actionName
+    required property int button
+    required property bool expanded
+    required property string icon
+    required property int index
+    required property string label
+    required property int selectedAction
+    required property bool showsKeyInput
+    required property bool showsProfilePicker
+    property bool first: false
+    property bool last: false
+
+    signal opened(item: Item) ///< grows, and wants to be seen
+
+    height: header.height + drawer.height
+
+    onHeightChanged: if (expanded) opened(root)
+
+    Surface {
+        anchors.fill: parent
+        anchors.margins: 1
+        color: Theme.alpha(Theme.accent, 0.1)
+        opacity: root.expanded ? 1 : 0
+        radius: root.first || root.last ? 9 : 0
+        visible: opacity > 0
+
+        Behavior on opacity {
+            EaseOut {
+            }
+        }
+    }
+
+    PressArea {
+        id: header
+
+        Accessible.description: qsTr(root.actionName)
+        checkable: true
+        checked: root.expanded
+        focusRadius: 8
+        implicitHeight: line.implicitHeight + 20
+        text: qsTr(root.label)
+        width: parent.width
+
+        onTriggered: root.model.toggleButton(root.button)
+
+        Surface {
+            anchors.fill: parent
+            anchors.margins: 1
+            color: header.pressed ? Theme.press : Theme.hover
+            radius: root.first || root.last ? 9 : 0
+            visible: header.hovered || header.pressed
+        }
+
+        RowLayout {
+            id: line
+
+            anchors.fill: parent
+            anchors.margins: 10
+            spacing: 8
+
+            Symbol {
+                Layout.preferredWidth: 20
+                color: root.expanded ? Theme.accent : Theme.secondaryLabel
+                name: root.icon
+                size: 12
+            }
+
+            AppText {
+                Accessible.ignored: true
+                Layout.fillWidth: true
+                size: 12
+                text: header.text
+                weight: Font.Medium
+            }
+
+            AppText {
+                Accessible.ignored: true
+                Layout.maximumWidth: 130
+                color: Theme.secondaryLabel
+                horizontalAlignment: Text.AlignRight
+                size: 11
+                text: qsTr(root.actionName)
+            }
+
+            Symbol {
+                Layout.preferredWidth: 12
+                color: Theme.tertiaryLabel
+                name: root.expanded ? "chevron.up" : "chevron.down"
+                size: 9
+            }
+        }
+    }
+
+    Item {
+        id: drawer
+
+        clip: true
+        height: root.expanded ? picker.height : 0
+        width: parent.width
+        y: header.height
+
+        Behavior on height {
+            SpringNumber {
+                damping: 0.7
+                response: 0.3
+            }
+        }
+
+        Column {
+            id: picker
+
+            width: parent.width
+
+            Repeater { // none while closed
+                model: root.expanded || drawer.height > 0 ? 1 : 0
+
+                ActionPicker {
+                    row: root
+                    width: picker.width
+                }
+            }
+        }
+    }
+
+    Rectangle {
+        anchors.bottom: parent.bottom
+        color: Theme.separator
+        height: 1
+        visible: !root.last
+        width: parent.width - 20
+        x: 10
+    }
+}

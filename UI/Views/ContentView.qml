@@ -1,0 +1,137 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kelmoth.Components
+
+/// The panel: header, tabs, the page of the selected tab, footer; over them the About sheet and toasts.
+FocusScope {
+    id: root
+
+    required property var model ///< ContentModel
+    readonly property bool onScreen: Window.visibility !== Window.Hidden
+    property real entrance: model.appeared ? 1 : 0
+
+    Keys.onEscapePressed: event => event.accepted = model.dismiss()
+
+    focus: true
+    implicitHeight: 610
+    implicitWidth: 340
+
+    Component.onCompleted: if (onScreen) model.panelShown()
+    onOnScreenChanged: if (onScreen) model.panelShown()
+
+    Behavior on entrance {
+        EaseOut {
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.windowBackground
+    }
+
+    Column {
+        anchors.left: parent.left
+        anchors.leftMargin: 16
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        enabled: !root.model.showAbout
+        y: Math.round((parent.height - height) / 2)
+
+        PanelHeader {
+            bottomPadding: 10
+            model: root.model
+            opacity: root.entrance
+            topPadding: 14
+            width: parent.width
+
+            transform: Translate {
+                y: -20 * (1 - root.entrance)
+            }
+        }
+
+        PanelTabBar {
+            model: root.model
+            opacity: root.entrance
+            scale: 0.9 + 0.1 * root.entrance
+            width: parent.width
+        }
+
+        Item {
+            height: 12
+            width: parent.width
+        }
+
+        Item {
+            height: 400
+            opacity: root.entrance
+            width: parent.width
+
+            transform: Translate {
+                y: 20 * (1 - root.entrance)
+            }
+
+            PanelPage {
+                current: root.model.selectedTab === 0
+                veiled: !root.model.isDeviceSupported
+
+                DPITabView {
+                    anchors.fill: parent
+                    model: root.model.dpiTab
+                }
+            }
+
+            PanelPage {
+                current: root.model.selectedTab === 1
+                veiled: !root.model.isDeviceSupported
+
+                RGBTabView {
+                    anchors.fill: parent
+                    model: root.model.rgbTab
+                }
+            }
+
+            PanelPage {
+                current: root.model.selectedTab === 2
+                veiled: !root.model.isDeviceSupported
+
+                ButtonsTabView {
+                    anchors.fill: parent
+                    model: root.model.buttonsTab
+                }
+            }
+
+            PanelPage {
+                current: root.model.selectedTab === 3
+
+                SettingsTabView {
+                    anchors.fill: parent
+                    model: root.model.settingsTab
+                }
+            }
+
+            PanelNotice {
+                anchors.fill: parent
+                model: root.model
+            }
+        }
+
+        PanelFooter {
+            bottomPadding: 10
+            model: root.model
+            opacity: root.entrance
+            width: parent.width
+        }
+    }
+
+    AboutSheet {
+        anchors.fill: parent
+        model: root.model
+    }
+
+    ToastModifier {
+        anchors.fill: parent
+        model: root.model.toast
+        z: 999
+    }
+}

@@ -1,0 +1,206 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Kelmoth.Components
+
+/// The DPI page: the active stage's DPI, the stages, and values to set with one tap.
+ScrollArea {
+    id: root
+
+    required property var model
+
+    enabled: model.isEnabled
+
+    Card {
+        spacing: 6
+        width: parent.width
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 8
+
+            Column {
+                spacing: 2
+
+                AppText {
+                    size: 32
+                    text: root.model.shownDPIText
+                    weight: Font.Bold
+                }
+
+                AppText {
+                    color: Theme.secondaryLabel
+                    size: 11
+                    text: root.model.stageText
+                }
+            }
+
+            Item {
+                Layout.fillWidth: true
+            }
+
+            AppText {
+                color: Theme.secondaryLabel
+                size: 14
+                text: qsTr("DPI")
+                weight: Font.Medium
+            }
+        }
+
+        ValueSlider {
+            Layout.fillWidth: true
+            from: 100
+            step: 100
+            text: qsTr("DPI")
+            to: root.model.maxDPI
+            value: root.model.sliderDPI
+
+            onEditingEnded: root.model.endEditing()
+            onEditingStarted: root.model.startEditing()
+            onMoved: value => root.model.moveSlider(value)
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+
+            AppText {
+                Layout.fillWidth: true
+                color: Theme.tertiaryLabel
+                size: 9
+                text: "100"
+            }
+
+            AppText {
+                color: Theme.tertiaryLabel
+                size: 9
+                text: root.model.maxDPIText
+            }
+        }
+    }
+
+    Column {
+        spacing: 6
+        width: parent.width
+
+        SectionHeader {
+            text: qsTr("STAGES")
+            width: parent.width
+        }
+
+        TileGrid {
+            columns: Math.max(1, root.model.stages.count)
+            width: parent.width
+
+            Repeater {
+                model: root.model.stages
+
+                Tile {
+                    id: stage
+
+                    required selected
+                    required property string colorName
+                    required property string label
+                    required property string number
+                    required property int stage
+
+                    Accessible.description: label + " DPI"
+                    glow: 6
+                    implicitHeight: content.height + 12
+                    text: qsTr("Stage") + " " + number
+
+                    onTriggered: root.model.pickStage(stage.stage)
+
+                    Column {
+                        id: content
+
+                        anchors.centerIn: parent
+                        spacing: 2
+
+                        Surface {
+                            anchors.horizontalCenter: parent.horizontalCenter
+                            borderColor: stage.selected ? "transparent" : Theme.outline
+                            borderWidth: 0.5
+                            color: Theme.stage(stage.colorName)
+                            height: 6
+                            shadowColor: stage.selected ? Theme.alpha(color, 0.6) : "transparent"
+                            shadowRadius: 4
+                            shape: Surface.Circle
+                            width: 6
+                        }
+
+                        AppText {
+                            Accessible.ignored: true
+                            anchors.horizontalCenter: parent.horizontalCenter
+                            color: stage.selected ? Theme.white : Theme.label
+                            size: 10
+                            text: stage.number
+                            weight: Font.Bold
+                        }
+
+                        AppText {
+                            Accessible.ignored: true
+                            anchors.horizontalCenter: parent.horizontalCenter
+                            color: stage.selected ? Theme.white : Theme.label
+                            size: 9
+                            text: stage.label
+                        }
+                    }
+                }
+            }
+        }
+    }
+
+    Column {
+        spacing: 6
+        width: parent.width
+
+        SectionHeader {
+            text: qsTr("PRESETS")
+            width: parent.width
+        }
+
+        TileGrid {
+            columns: 4
+            width: parent.width
+
+            Repeater {
+                model: root.model.presets
+
+                Tile {
+                    id: preset
+
+                    required selected
+                    required property string label
+                    required property int value
+
+                    glow: 4
+                    implicitHeight: presetLabel.implicitHeight + 16
+                    text: label
+
+                    onTriggered: root.model.pickPreset(value)
+
+                    AppText {
+                        id: presetLabel
+
+                        Accessible.ignored: true
+                        anchors.centerIn: parent
+                        color: preset.selected ? Theme.white : Theme.label
+                        size: 10
+                        text: preset.label
+                        weight: Font.DemiBold
+                    }
+                }
+            }
+        }
+    }
+
+    AppText {
+        color: Theme.tertiaryLabel
+        horizontalAlignment: Text.AlignHCenter
+        size: 10
+        text: qsTr("Tap a stage to change DPI")
+        topPadding: 4
+        width: parent.width
+    }
+}

@@ -1,0 +1,38 @@
+import QtQuick
+import QtQuick.Layouts
+import Kelmoth.Components
+
+/// A small button that bears what it stands for, like a key of a keyboard.
+PressArea {
+    id: root
+
+    Layout.fillWidth: true
+    Layout.preferredWidth: 1
+    focusRadius: 4
+    implicitHeight: 22
+
+    Surface {
+        anchors.fill: parent
+        borderColor: Theme.outline
+        borderWidth: 1
+        color: root.hovered ? Theme.accentFill : Theme.controlBackground
+        radius: 4
+        shadowColor: "#1e000000"
+        shadowRadius: 2
+        shadowY: 1
+    }
+
+    AppText {
+        Accessible.ignored: true
+        anchors.centerIn: parent
+        color: root.hovered ? Theme.white : Theme.label
+        font.capitalization: Font.Capitalize
+        fontSizeMode: Text.HorizontalFit
+        horizontalAlignment: Text.AlignHCenter
+        minimumPixelSize: 8
+        size: 10
+        text: root.text
+        weight: Font.Medium
+        width: parent.width - 4
+    }
+}

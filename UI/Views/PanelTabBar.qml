@@ -1,0 +1,138 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Kelmoth.Components
+
+/// The four tabs. The arrow keys pick the next one.
+Item {
+    id: root
+
+    required property var model ///< ContentModel
+
+    Accessible.role: Accessible.PageTabList
+    implicitHeight: row.implicitHeight + 8
+
+    Surface {
+        anchors.fill: parent
+        color: Theme.reduceTransparency ? Theme.controlBackground : Theme.ultraThinMaterial
+        radius: 14
+        shadowColor: "#1a000000"
+        shadowRadius: 5
+        shadowY: 2
+    }
+
+    RowLayout {
+        id: row
+
+        Keys.onLeftPressed: FocusGuide.move(row, -1)
+        Keys.onRightPressed: FocusGuide.move(row, 1)
+
+        anchors.fill: parent
+        anchors.margins: 4
+        spacing: 6
+
+        Repeater {
+            model: root.model.tabs
+
+            PressArea {
+                id: tab
+
+                required selected
+                required property string icon
+                required property int index
+                required property string label
+
+                Layout.fillWidth: true
+                Layout.preferredWidth: 1
+                focusRadius: 10
+                implicitHeight: content.height + 20
+                role: Accessible.PageTab
+                scale: selected ? 1.05 : 1
+                selectable: true
+                text: qsTr(label)
+
+                onTriggered: root.model.selectTab(index)
+
+                Behavior on scale {
+                    SpringNumber {
+                        damping: 0.7
+                        response: 0.25
+                    }
+                }
+
+                Surface {
+                    anchors.fill: parent
+                    borderColor: Theme.outline
+                    borderWidth: 1
+                    color: Theme.controlBackground
+                    radius: 10
+                }
+
+                Surface {
+                    anchors.fill: parent
+                    color: tab.pressed ? Theme.press : Theme.hover
+                    radius: 10
+                    visible: tab.pressed || tab.hovered && !tab.selected
+                }
+
+                Surface {
+                    anchors.fill: parent
+                    color: Theme.accentFill
+                    color2: Theme.accentFillEnd
+                    opacity: tab.selected ? 1 : 0
+                    radius: 10
+                    shadowColor: Theme.alpha(Theme.accent, 0.4)
+                    shadowRadius: 10
+                    shadowY: 2
+                    visible: opacity > 0
+
+                    Behavior on opacity {
+                        EaseInOut {
+                            time: 180
+                        }
+                    }
+                }
+
+                Column {
+                    id: content
+
+                    anchors.centerIn: parent
+                    spacing: 4
+                    width: parent.width
+
+                    Symbol {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        bold: tab.selected
+                        color: tab.selected ? Theme.white : Theme.secondaryLabel
+                        name: tab.icon
+                        scale: tab.selected ? 1.2 : 1
+                        shadowColor: tab.selected ? Theme.alpha(Theme.accent, 0.64) : "transparent"
+                        shadowRadius: 8
+                        size: 16
+
+                        Behavior on scale {
+                            SpringNumber {
+                                damping: 0.7
+                                response: 0.25
+                            }
+                        }
+                    }
+
+                    AppText {
+                        Accessible.ignored: true
+                        color: tab.selected ? Theme.white : Theme.secondaryLabel
+                        fontSizeMode: Text.HorizontalFit
+                        horizontalAlignment: Text.AlignHCenter
+                        minimumPixelSize: 8
+                        size: 10
+                        text: tab.text
+                        weight: tab.selected ? Font.Bold : Font.Medium
+                        width: parent.width - 4
+                        x: 2
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,180 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Kelmoth.Components
+
+/// The lighting page: effect, colour and brightness of one zone at a time.
+ScrollArea {
+    id: root
+
+    required property var model
+
+    enabled: model.isEnabled
+
+    SegmentedPicker {
+        currentIndex: root.model.zoneIndex
+        model: root.model.zoneTitles.map(title => qsTr(title))
+        visible: root.model.showsZonePicker
+        width: parent.width
+
+        onPicked: index => root.model.pickZone(index)
+    }
+
+    Surface {
+        color: Theme.alpha(root.model.isOff ? Theme.gray : root.model.currentColor, root.model.previewOpacity)
+        height: 32
+        radius: 8
+        shadowColor: root.model.isOff ? "transparent" : Theme.alpha(root.model.currentColor, 0.6)
+        shadowRadius: 8
+        width: parent.width
+    }
+
+    TileGrid {
+        columns: 4
+        visible: root.model.effects.count > 0
+        width: parent.width
+
+        Repeater {
+            model: root.model.effects
+
+            Tile {
+                id: effect
+
+                required selected
+                required property string icon
+                required property int index
+                required property string label
+
+                growth: 1.03
+                implicitHeight: content.height + 16
+                text: qsTr(label)
+
+                onTriggered: root.model.pickEffect(index)
+
+                Column {
+                    id: content
+
+                    anchors.centerIn: parent
+                    spacing: 2
+                    width: parent.width
+
+                    Symbol {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        color: effect.selected ? Theme.white : Theme.secondaryLabel
+                        name: effect.icon
+                        scale: effect.selected ? 1.15 : 1
+                        size: 12
+
+                        Behavior on scale {
+                            SpringNumber {
+                                damping: 0.8
+                                response: 0.25
+                            }
+                        }
+                    }
+
+                    AppText {
+                        Accessible.ignored: true
+                        color: effect.selected ? Theme.white : Theme.secondaryLabel
+                        horizontalAlignment: Text.AlignHCenter
+                        size: 8
+                        text: effect.text
+                        width: parent.width
+                    }
+                }
+            }
+        }
+    }
+
+    Card {
+        spacing: 14
+        width: parent.width
+
+        TileGrid {
+            Layout.fillWidth: true
+            columnSpacing: 0
+            columns: 5
+            rowSpacing: 8
+
+            Repeater {
+                model: root.model.presets
+
+                Swatch {
+                    required selected
+                    required property int index
+                    required property string label
+                    required property color presetColor
+
+                    color: presetColor
+                    text: label
+
+                    onTriggered: root.model.pickPreset(index)
+                }
+            }
+        }
+
+        Strip {
+            Layout.fillWidth: true
+            markerColor: Qt.hsva(root.model.hue, 0.9, 0.9, 1)
+            position: root.model.hue
+            stepSize: 0.02
+            stops: Array.from({
+                length: 7
+            }, (none, i) => ({
+                        color: Qt.hsva(i / 6, 0.9, 0.9, 1),
+                        position: i / 6
+                    }))
+            text: qsTr("Hue")
+
+            onEnded: root.model.endHueDrag()
+            onMoved: position => root.model.dragHue(position)
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 8
+
+            Symbol {
+                color: Theme.secondaryLabel
+                name: "sun.min"
+                size: 11
+            }
+
+            Strip {
+                Layout.fillWidth: true
+                markerColor: Theme.dark ? Theme.gray : Theme.white
+                position: root.model.brightness
+                stops: [
+                    {
+                        color: Theme.underPageBackground,
+                        position: 0
+                    },
+                    {
+                        color: root.model.currentColor,
+                        position: 1
+                    }
+                ]
+                text: qsTr("Brightness")
+
+                onEnded: root.model.endBrightnessDrag()
+                onMoved: position => root.model.dragBrightness(position)
+            }
+
+            Symbol {
+                color: Theme.secondaryLabel
+                name: "sun.max"
+                size: 13
+            }
+
+            AppText {
+                Layout.preferredWidth: 36
+                color: Theme.secondaryLabel
+                horizontalAlignment: Text.AlignRight
+                size: 10
+                text: root.model.brightnessText
+                weight: Font.Medium
+            }
+        }
+    }
+}
