@@ -62,6 +62,27 @@ void runAcross(Plane &plane, int step, const Filter &filter)
     }
 }
 
+/// The eight bits of each pixel that begin at `shift`.
+void blurChannel(QImage &image, int shift, double sigma)
+{
+    Plane plane{image.width(), image.height(), {}};
+    plane.samples.resize(static_cast<std::size_t>(plane.width) * static_cast<std::size_t>(plane.height));
+    for (int y = 0; y < plane.height; ++y) {
+        const auto *pixels = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        std::transform(pixels, pixels + plane.width, plane.row(y),
+                       [shift](QRgb pixel) { return static_cast<float>((pixel >> shift) & 0xFFU); });
+    }
+    blur(plane, sigma);
+    for (int y = 0; y < plane.height; ++y) {
+        auto *pixels = reinterpret_cast<QRgb *>(image.scanLine(y));
+        const float *samples = plane.row(y);
+        for (int x = 0; x < plane.width; ++x) {
+            const auto value = static_cast<QRgb>(std::clamp(samples[x] + 0.5F, 0.0F, 255.0F));
+            pixels[x] = (pixels[x] & ~(0xFFU << shift)) | (value << shift);
+        }
+    }
+}
+
 } // namespace
 
 void blur(Plane &plane, double sigma)
@@ -84,25 +105,20 @@ QImage blurred(const QImage &image, double sigma)
     if (sigma < 0.5 || result.isNull()) {
         return result;
     }
-    for (int shift = 0; shift < 32; shift += 8) {
-        Plane plane{result.width(), result.height(), {}};
-        plane.samples.resize(static_cast<std::size_t>(plane.width) * static_cast<std::size_t>(plane.height));
-        for (int y = 0; y < plane.height; ++y) {
-            const auto *pixels = reinterpret_cast<const QRgb *>(result.constScanLine(y));
-            std::transform(pixels, pixels + plane.width, plane.row(y),
-                           [shift](QRgb pixel) { return static_cast<float>((pixel >> shift) & 0xFFU); });
-        }
-        blur(plane, sigma);
-        for (int y = 0; y < plane.height; ++y) {
-            auto *pixels = reinterpret_cast<QRgb *>(result.scanLine(y));
-            const float *samples = plane.row(y);
-            for (int x = 0; x < plane.width; ++x) {
-                const auto value = static_cast<QRgb>(std::clamp(samples[x] + 0.5F, 0.0F, 255.0F));
-                pixels[x] = (pixels[x] & ~(0xFFU << shift)) | (value << shift);
-            }
-        }
+    // A wide blur leaves nothing that a smaller picture would not hold.
+    constexpr double enough = 3;
+    int shrink = 1;
+    while (sigma / (2 * shrink) >= enough) {
+        shrink *= 2;
     }
-    return result;
+    if (shrink > 1) {
+        const QSize small((result.width() + shrink - 1) / shrink, (result.height() + shrink - 1) / shrink);
+        result = result.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    for (int shift = 0; shift < 32; shift += 8) {
+        blurChannel(result, shift, sigma / shrink);
+    }
+    return shrink > 1 ? result.scaled(image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation) : result;
 }
 
 Plane alphaOf(const QImage &image)
@@ -129,7 +145,8 @@ QImage tinted(const Plane &alpha, const QColor &color)
     for (int y = 0; y < alpha.height; ++y) {
         auto *pixels = reinterpret_cast<QRgb *>(image.scanLine(y));
         std::transform(alpha.row(y), alpha.row(y) + alpha.width, pixels, [&](float sample) {
-            return shades[static_cast<std::size_t>(std::clamp(sample * opacity, 0.0F, 1.0F) * 255.0F + 0.5F)];
+            return shades[static_cast<std::size_t>(
+                std::lround(std::clamp(sample * opacity, 0.0F, 1.0F) * 255.0F))];
         });
     }
     return image;

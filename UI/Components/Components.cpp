@@ -5,7 +5,8 @@
 #include <QQmlEngine>
 
 // Written by the build, and dropped by the linker where nobody calls it.
-void qml_register_types_Kelmoth_Components();
+// NOLINTNEXTLINE(misc-use-internal-linkage,readability-identifier-naming): the build's own name
+extern void qml_register_types_Kelmoth_Components();
 
 namespace kelmoth {
 

@@ -44,7 +44,7 @@ QColor readable(const QColor &color, const QColor &ground, double ratio)
         const float lightness = from + (to - from) * static_cast<float>(step) / steps;
         result = QColor::fromHslF(std::max(start.hslHueF(), 0.0F), start.hslSaturationF(), lightness);
     }
-    return QColor(result.toRgb().rgb());
+    return {result.toRgb().rgb()};
 }
 
 } // namespace kelmoth

@@ -25,7 +25,7 @@ void tell(QObject *item, QAccessible::State changed)
 
 } // namespace
 
-Operable::Operable(QQuickItem *parent) : QQuickItem(parent), m_role(QAccessible::Button)
+Operable::Operable(QQuickItem *parent) : QQuickItem(parent)
 {
     connect(this, &QQuickItem::enabledChanged, this, [this] {
         QAccessible::State changed;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAccessible>
 #include <QQuickItem>
 
 namespace kelmoth {
@@ -70,7 +71,7 @@ Q_SIGNALS:
 private:
     QString m_text;
     QString m_description;
-    int m_role;
+    int m_role = QAccessible::Button;
     bool m_selectable = false;
     bool m_selected = false;
     bool m_checkable = false;

@@ -65,13 +65,13 @@ QAccessible::Role OperableInterface::role() const
 QAccessible::State OperableInterface::state() const
 {
     const auto *window = item()->window();
+    const bool shown =
+        window != nullptr && window->isVisible() && item()->isVisible() && item()->opacity() > 0;
+    const QRectF inWindow = item()->mapRectToScene(item()->boundingRect());
     QAccessible::State state;
     state.disabled = !item()->isEnabled();
-    state.invisible =
-        !window || !window->isVisible() || !item()->isVisible() || qFuzzyIsNull(item()->opacity());
-    state.offscreen =
-        window &&
-        !QRectF(QPointF(), window->size()).intersects(item()->mapRectToScene(item()->boundingRect()));
+    state.invisible = !shown;
+    state.offscreen = shown && !inWindow.intersects(QRectF(QPointF(), window->size()));
     state.focusable = item()->activeFocusOnTab();
     state.focused = item()->hasActiveFocus();
     state.selectable = item()->isSelectable();

@@ -73,7 +73,7 @@ QVariantList Spring::curve(double response, double damping)
         return i == pieces ? total : -std::log1p(i / double(pieces) * std::expm1(-fading * total)) / fading;
     };
     QVariantList points;
-    points.reserve(pieces * 6);
+    points.reserve(qsizetype{6} * pieces);
     const auto add = [&](double t, double y) { points << t / total << y; };
     for (int i = 0; i < pieces; ++i) {
         const double from = boundary(i);

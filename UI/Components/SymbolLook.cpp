@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 
 namespace kelmoth {
 namespace {
@@ -27,13 +28,13 @@ QByteArray drawing(const SymbolIcon &icon, double stroke)
     }
     QByteArray svg = file.readAll();
     if (stroke > 0) {
-        const QByteArray attributes = "<svg stroke=\"#000\" stroke-linejoin=\"round\" stroke-width=\"" +
-                                      QByteArray::number(stroke, 'f', 2) + "\" ";
+        const QByteArray attributes = R"(<svg stroke="#000" stroke-linejoin="round" stroke-width=")" +
+                                      QByteArray::number(stroke, 'f', 2) + R"(" )";
         svg.replace("<svg ", attributes);
     }
     if (icon.charge > 0) { // the inside of the battery reaches from 2 to 12
         const QByteArray width = QByteArray::number(icon.charge / 10.0, 'f', 1);
-        svg.replace("</svg>", "<path stroke=\"none\" d=\"M2 6h" + width + "v4h-" + width + "z\"/></svg>");
+        svg.replace("</svg>", R"(<path stroke="none" d="M2 6h)" + width + "v4h-" + width + R"(z"/></svg>)");
     }
     return svg;
 }
@@ -108,11 +109,11 @@ Picture paintSymbol(const SymbolLook &look, double scale)
     QImage image(canvas, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    for (auto shadow = look.shadows.rbegin(); shadow != look.shadows.rend(); ++shadow) {
-        if (shadow->color.alpha() > 0) {
+    for (const auto &shadow : look.shadows | std::views::reverse) {
+        if (shadow.color.alpha() > 0) {
             Plane alpha = alphaOf(shape);
-            blur(alpha, shadow->radius / 2 * scale);
-            painter.drawImage(0, 0, tinted(alpha, shadow->color));
+            blur(alpha, shadow.radius / 2 * scale);
+            painter.drawImage(0, 0, tinted(alpha, shadow.color));
         }
     }
     QImage filled = shape;

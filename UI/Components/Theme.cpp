@@ -7,6 +7,9 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <array>
+#include <utility>
+
 namespace kelmoth {
 namespace {
 
@@ -61,18 +64,19 @@ void Theme::update()
 
 QColor Theme::stage(const QString &name) const
 {
-    const struct {
-        QLatin1String name;
-        QColor color;
-    } stages[] = {
-        {QLatin1String("red"), m_palette.red},       {QLatin1String("orange"), m_palette.orange},
-        {QLatin1String("yellow"), m_palette.yellow}, {QLatin1String("green"), m_palette.green},
-        {QLatin1String("blue"), m_palette.blue},     {QLatin1String("purple"), m_palette.purple},
-        {QLatin1String("cyan"), m_palette.cyan},     {QLatin1String("white"), m_palette.white},
+    const std::array stages{
+        std::pair(QLatin1String("red"), m_palette.red),
+        std::pair(QLatin1String("orange"), m_palette.orange),
+        std::pair(QLatin1String("yellow"), m_palette.yellow),
+        std::pair(QLatin1String("green"), m_palette.green),
+        std::pair(QLatin1String("blue"), m_palette.blue),
+        std::pair(QLatin1String("purple"), m_palette.purple),
+        std::pair(QLatin1String("cyan"), m_palette.cyan),
+        std::pair(QLatin1String("white"), m_palette.white),
     };
-    for (const auto &stage : stages) {
-        if (stage.name == name) {
-            return stage.color;
+    for (const auto &[stage, color] : stages) {
+        if (stage == name) {
+            return color;
         }
     }
     return m_palette.gray;

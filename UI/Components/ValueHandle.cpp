@@ -65,25 +65,35 @@ void ValueHandle::setEditing(bool editing)
     }
 }
 
-void ValueHandle::keyPressEvent(QKeyEvent *event)
+/// Where a key leads; none for a key that does not.
+std::optional<double> ValueHandle::wishOf(int key) const
 {
     constexpr int page = 5;
-    switch (event->key()) {
+    switch (key) {
     case Qt::Key_Left:
     case Qt::Key_Down:
-        return edit(value() - stepSize());
+        return value() - stepSize();
     case Qt::Key_Right:
     case Qt::Key_Up:
-        return edit(value() + stepSize());
+        return value() + stepSize();
     case Qt::Key_PageDown:
-        return edit(value() - page * stepSize());
+        return value() - page * stepSize();
     case Qt::Key_PageUp:
-        return edit(value() + page * stepSize());
+        return value() + page * stepSize();
     case Qt::Key_Home:
-        return edit(minimumValue());
+        return minimumValue();
     case Qt::Key_End:
-        return edit(maximumValue());
+        return maximumValue();
     default:
+        return std::nullopt;
+    }
+}
+
+void ValueHandle::keyPressEvent(QKeyEvent *event)
+{
+    if (const auto wish = wishOf(event->key())) {
+        edit(*wish);
+    } else {
         event->ignore();
     }
 }

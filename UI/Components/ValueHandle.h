@@ -2,6 +2,8 @@
 
 #include "UI/Components/Operable.h"
 
+#include <optional>
+
 namespace kelmoth {
 
 /// A value on a line along the item's width, set by dragging, by keys and by assistive tools. The owner binds
@@ -44,6 +46,7 @@ protected:
     void mouseUngrabEvent() override;
 
 private:
+    std::optional<double> wishOf(int key) const;
     double possible(double wish) const;
     double valueAt(double x) const;
     void edit(double wish);
