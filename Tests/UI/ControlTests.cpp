@@ -28,6 +28,23 @@ QAccessibleInterface *withRole(QQuickItem *item, QAccessible::Role role)
     return nullptr;
 }
 
+/// The names of the leaves of the tree below an interface, which hangs together both ways.
+std::vector<std::string> leaves(QAccessibleInterface *interface)
+{
+    if (interface->childCount() == 0) {
+        return {interface->text(QAccessible::Name).toStdString()};
+    }
+    std::vector<std::string> names;
+    for (int i = 0; i < interface->childCount(); ++i) {
+        QAccessibleInterface *child = interface->child(i);
+        EXPECT_EQ(interface->indexOfChild(child), i);
+        EXPECT_EQ(child->parent(), interface);
+        const auto below = leaves(child);
+        names.insert(names.end(), below.begin(), below.end());
+    }
+    return names;
+}
+
 void act(QAccessibleInterface *interface, const QString &action)
 {
     ASSERT_TRUE(interface && interface->actionInterface());
@@ -186,6 +203,9 @@ TEST(Choices, TellToolsWhatTheyAre)
     EXPECT_TRUE(accessible(scene.item("c"))->state().disabled);
     auto *launch = accessible(scene.item("switch"));
     EXPECT_EQ(launch->role(), QAccessible::CheckBox);
+    EXPECT_THAT(leaves(QAccessible::queryAccessibleInterface(&scene.window())),
+                testing::ElementsAre("Auto", "Light", "Dark", "Launch"));
+    EXPECT_TRUE(scene.window().geometry().contains(launch->rect()));
     EXPECT_TRUE(launch->state().checkable && launch->state().checked && launch->state().focusable);
     act(launch, QAccessibleActionInterface::toggleAction());
     EXPECT_EQ(scene.log(), "false");
