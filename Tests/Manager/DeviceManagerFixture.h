@@ -37,11 +37,11 @@ protected:
             mice.push_back(std::make_shared<SimulatedMouse>(simulated(model), time->clock()));
         }
         const auto machine = simulatedMachine(mice);
+        manager.reset();
         Platform platform;
         platform.sleeper = time;
         platform.hid = machine.hid;
         platform.usb = machine.usb;
-        manager.reset();
         monitor = std::make_unique<HIDMonitor>(platform);
         toasts = std::make_unique<ToastManager>();
         manager = std::make_unique<DeviceManager>(*monitor, *toasts, defaults);
@@ -58,11 +58,11 @@ protected:
     /// Lets everything that is under way come to its end.
     void finishAll()
     {
+        RazerDevice nobody;
+        nobody.vendorID = razerVendorID;
+        nobody.productID = 0x0099;
         // Each turn waits behind all that is queued now; a read under way asks again in between.
         for (int quietTurns = 0; quietTurns < 3;) {
-            RazerDevice nobody;
-            nobody.vendorID = razerVendorID;
-            nobody.productID = 0x0099;
             QCoro::waitFor(monitor->send(command::getLiftOff{}, nobody));
             QCoreApplication::processEvents();
             quietTurns = manager->isSyncing() ? 0 : quietTurns + 1;
@@ -85,6 +85,14 @@ protected:
         const bool result = QCoro::waitFor(std::move(task));
         QCoreApplication::processEvents();
         return result;
+    }
+
+    /// Changes what a mouse holds, as its buttons could.
+    static void change(SimulatedMouse &mouse, const std::function<void(SimulatedMouse::State &)> &action)
+    {
+        auto state = mouse.state();
+        action(state);
+        mouse.setState(state);
     }
 
     /// Runs something on the main thread from the transfer thread, behind all that waits there now; twice

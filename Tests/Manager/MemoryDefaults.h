@@ -15,28 +15,25 @@ public:
 
     std::int64_t integerForKey(std::string_view key) const override
     {
-        const auto *value = find<std::int64_t>(key);
-        return value ? *value : 0;
+        return find<std::int64_t>(key).value_or(0);
     }
     std::optional<std::string> dataForKey(std::string_view key) const override
     {
-        const auto *value = find<std::string>(key);
-        return value ? std::optional(*value) : std::nullopt;
+        return find<std::string>(key);
     }
     bool hasObjectForKey(std::string_view key) const override { return values.contains(key); }
     void setInteger(std::string_view key, std::int64_t value) override { values[std::string(key)] = value; }
-    void setData(std::string_view key, std::string data) override
-    {
-        values[std::string(key)] = std::move(data);
-    }
+    void setData(std::string_view key, std::string data) override { values[std::string(key)] = data; }
     void removeObject(std::string_view key) override { values.erase(std::string(key)); }
     void flush() override {}
 
 private:
-    template <class T> const T *find(std::string_view key) const
+    template <class T> std::optional<T> find(std::string_view key) const
     {
         const auto found = values.find(key);
-        return found == values.end() ? nullptr : std::get_if<T>(&found->second);
+        return found != values.end() && std::holds_alternative<T>(found->second)
+                   ? std::optional(std::get<T>(found->second))
+                   : std::nullopt;
     }
 };
 
