@@ -1,14 +1,16 @@
 // The built program on attached mice: real udev, real ioctls, a mock of the mouse at the kernel's side.
 
-#include "Core/Device/BasiliskProductID.h"
+#include "Core/Device/DeviceDefaults.h"
 #include "Core/HID/RazerProtocol.h"
-#include "Tests/CLI/AttachedMouseFixture.h"
+#include "Tests/CLI/Shell.h"
+#include "Tests/Hardware/MockMouse.h"
 
+#include <QSettings>
+#include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 #include <csignal>
-#include <set>
 
 namespace kelmoth {
 namespace {
@@ -16,96 +18,301 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using JSON = nlohmann::ordered_json;
+using Transfers = std::vector<SimulatedMouse::Transfer>;
+using namespace RazerProtocol;
 
-/// What went over the wire: each request once, answered at the first read, by the model's own rules.
-void expectTidyWire(SimulatedMouse &mouse, const BasiliskModel &model)
+bool isSame(const CommandCode &code, const SimulatedMouse::Transfer &transfer)
 {
-    using namespace RazerProtocol;
-    std::set<std::vector<std::uint8_t>> requests;
-    bool isAnswerDue = false;
-    for (const auto &transfer : mouse.takeTransfers()) {
+    return code.commandClass == transfer.bytes.at(offset::commandClass) &&
+           code.commandID == transfer.bytes.at(offset::commandID);
+}
+
+/// The requests of transfers that all went well, each with its own answer right behind it.
+Transfers requests(const Transfers &transfers)
+{
+    Transfers sent;
+    for (std::size_t i = 0; i < transfers.size(); ++i) {
+        const auto &transfer = transfers[i];
         EXPECT_EQ(transfer.status, 0);
-        EXPECT_EQ(transfer.wIndex, model.reportIndex);
-        EXPECT_NE(transfer.isSet, isAnswerDue);
-        isAnswerDue = transfer.isSet;
-        if (!transfer.isSet) {
-            continue;
+        EXPECT_EQ(transfer.isSet, i % 2 == 0);
+        if (transfer.isSet) {
+            sent.push_back(transfer);
+        } else if (!sent.empty()) {
+            EXPECT_EQ(transfer.bytes.at(0), 0x02);
+            EXPECT_TRUE(std::equal(transfer.bytes.begin() + 6, transfer.bytes.begin() + 8,
+                                   sent.back().bytes.begin() + 6));
         }
-        const bool isDPI = transfer.bytes[offset::commandClass] == code::getDPIStages.commandClass;
-        EXPECT_EQ(transfer.bytes[offset::transactionID], isDPI ? model.dpiTransactionID : 0x1F);
-        EXPECT_TRUE(requests.insert(transfer.bytes).second) << hexPrefix(transfer.bytes);
     }
-    EXPECT_FALSE(isAnswerDue);
+    EXPECT_EQ(transfers.size(), 2 * sent.size());
+    return sent;
 }
 
-TEST_F(AttachedMouseTest, IsListedAndReadLikeASimulatedOne)
-{
-    for (const auto &model : basiliskModels()) {
-        SCOPED_TRACE(model.commandLineName);
-        auto &attached = plugIn(model.commandLineName);
-        for (const std::string command : {"kelmothctl --json list", "kelmothctl --json read"}) {
-            const auto result = shell(command);
-            EXPECT_EQ(result.status, 0) << result.error;
-            auto document = nlohmann::ordered_json::parse(result.output);
-            auto &path = (document.is_array() ? document.at(0) : document.at("device")).at("path");
-            EXPECT_EQ(path, attached.hidrawNode(model.reportIndex));
-            path = "simulated:0/" + std::to_string(model.reportIndex);
-            const auto simulated = shell(command + " --simulate " + std::string(model.commandLineName));
-            EXPECT_EQ(document.dump() + '\n', simulated.output);
-            expectTidyWire(attached.mouse(), model);
-        }
-        EXPECT_EQ(attached.driverDetaches(), 0);
+class AttachedMouseTest : public MockedMachineTest {
+protected:
+    MockMouse &plugIn(std::string_view model)
+    {
+        const auto now = [] {
+            return std::chrono::duration_cast<std::chrono::microseconds>(
+                std::chrono::steady_clock::now().time_since_epoch());
+        };
+        auto mouse = std::make_shared<SimulatedMouse>(SimulatedModel::named(model).value(), now);
+        attached = std::make_unique<MockMouse>(testbed, std::move(mouse));
+        attached->attach();
+        return *attached;
     }
+
+    std::unique_ptr<MockMouse> attached;
+};
+
+class EachModelTest : public AttachedMouseTest, public testing::WithParamInterface<BasiliskModel> {};
+
+INSTANTIATE_TEST_SUITE_P(All, EachModelTest, testing::ValuesIn(basiliskModels()));
+
+/// Each request once, by the model's rules, and all settings as another process reads them.
+TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
+{
+    using namespace code;
+    const auto &model = GetParam();
+    RazerDevice device;
+    device.vendorID = razerVendorID;
+    device.productID = rawValue(model.productID);
+    std::vector fullRead{getDPIStages};
+    for (std::size_t i = 0; i < device.capabilities().rgbZones.size(); ++i) {
+        fullRead.insert(fullRead.end(), {getRGB, getBrightness});
+    }
+    fullRead.insert(fullRead.end(), defaultButtonMappings(device).size(), getButtonMapping);
+    fullRead.push_back(getLiftOff);
+    const struct {
+        std::string line;
+        std::vector<CommandCode> commands = {};
+        std::string where = {};
+        JSON value = {};
+    } rows[]{
+        {"set dpi 900 --stage 2", {setDPIStages}, "/state/dpiStages/1/dpi", 900},
+        {"set stage 4", {setDPIStages}, "/state/currentDPIStage", 3},
+        {"set light scroll_wheel --color 010203",
+         {setBrightness, setRGB},
+         "/state/rgbSettings/1/color",
+         {{"r", 1}, {"g", 2}, {"b", 3}}},
+        {"set button back keyPress:ctrl+f5 --profile 2",
+         {setButtonMapping, setButtonMapping, getButtonMapping},
+         "/state/buttonMappings/9/keyPress/_0",
+         "ctrl+f5"},
+        {"set lift-off high", {prepareLiftOff, setLiftOff, getLiftOff}, "/liftOffLevel", 2},
+        {"read --json"},
+    };
+    plugIn(model.commandLineName);
+    const auto run = [&](const std::string &line, std::vector<CommandCode> expected) {
+        SCOPED_TRACE(line);
+        const auto result = shell("kelmothctl " + line);
+        EXPECT_EQ(result.status, 0) << result.error;
+        auto sent = requests(attached->mouse().takeTransfers());
+        for (const auto &request : sent) {
+            const bool isDPI = request.bytes[offset::commandClass] == setDPIStages.commandClass;
+            EXPECT_EQ(request.wIndex, model.reportIndex);
+            EXPECT_EQ(request.bytes[offset::transactionID], isDPI ? model.dpiTransactionID : 0x1F);
+        }
+        // The battery is read in its own time.
+        std::erase_if(sent, [](const auto &request) {
+            return request.bytes[offset::commandClass] == getBatteryLevel.commandClass;
+        });
+        EXPECT_TRUE(std::ranges::equal(expected, sent, isSame)) << sent.size() << " for " << expected.size();
+        return result.output;
+    };
+    const auto raw = attached->mouse().state().battery;
+    const JSON shown{{"productID", device.productID},
+                     {"name", model.name},
+                     {"connection", model.connectionLabel},
+                     {"transport", "USB"},
+                     {"configurable", true},
+                     {"reason", nullptr},
+                     {"batteryLevel", raw > 0 ? JSON(raw * 100 / 255) : JSON()},
+                     {"isCharging", attached->mouse().state().isCharging},
+                     {"path", attached->hidrawNode(model.reportIndex)}};
+    EXPECT_EQ(JSON::parse(run("list --json", {})), JSON::array({shown}));
+    auto state = createDefaultState(device);
+    state.currentDPIStage = attached->mouse().state().activeStage - 1;
+    EXPECT_EQ(JSON::parse(run("read --json", fullRead)),
+              (JSON{{"device", shown}, {"state", JSON::parse(encode(state))}, {"liftOffLevel", 1}}));
+    std::string read;
+    for (const auto &row : rows) {
+        auto expected = fullRead;
+        expected.insert(expected.end(), row.commands.begin(), row.commands.end());
+        read = run(row.line, expected);
+    }
+    for (const auto &row : rows) {
+        EXPECT_TRUE(row.where.empty() || JSON::parse(read).at(JSON::json_pointer(row.where)) == row.value)
+            << row.line << read;
+    }
+    EXPECT_EQ(attached->driverDetaches(), 0);
 }
 
-TEST_F(AttachedMouseTest, WatchFollowsTheCable)
+TEST_F(AttachedMouseTest, WatchFollowsTheCableUntilItIsToldToEnd)
 {
-    auto &attached = plugIn("basilisk-v3-pro-wired");
-    QProcess watch;
-    watch.start(program, {QStringLiteral("watch"), QStringLiteral("--json")});
-    const auto next = [&watch] { return nlohmann::ordered_json::parse(nextLine(watch)); };
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(next()["event"], "attached");
-        auto known = next();
-        EXPECT_EQ(known["event"], "battery");
-        EXPECT_EQ(known["path"], attached.hidrawNode(0));
-        attached.detach();
-        known["event"] = "detached";
-        EXPECT_EQ(next(), known) << "what was known of it";
-        attached.attach();
+    plugIn("basilisk-v3-pro-wired");
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        QProcess watch;
+        watch.start(program, {QStringLiteral("watch")});
+        const auto expectLine = [&watch](const char *line) {
+            while (!watch.canReadLine() && watch.waitForReadyRead(patience)) {
+            }
+            EXPECT_EQ(watch.readLine(), line);
+        };
+        for (int attach = 0; attach < 2; ++attach) {
+            expectLine("attached Razer Basilisk V3 Pro (Wired) (0x00AA, USB cable)\n");
+            expectLine("battery Razer Basilisk V3 Pro (Wired) 78 % (charging)\n");
+            attached->detach();
+            expectLine("detached Razer Basilisk V3 Pro (Wired) (0x00AA, USB cable)\n");
+            attached->attach();
+        }
+        ::kill(static_cast<pid_t>(watch.processId()), signal);
+        EXPECT_TRUE(watch.waitForFinished(patience));
+        EXPECT_EQ(watch.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(watch.exitCode(), 0);
     }
-    ::kill(static_cast<pid_t>(watch.processId()), SIGINT);
-    EXPECT_TRUE(watch.waitForFinished(patience));
-    EXPECT_EQ(watch.exitCode(), 0);
 }
 
 TEST_F(AttachedMouseTest, PermissionIsMissedAtOnce)
 {
-    auto &attached = plugIn("basilisk-v3-pro-wired");
-    attached.permit(false);
+    plugIn("basilisk-v3-pro-wired");
+    attached->permit(false);
     const std::string asNobody = ::geteuid() == 0 ? "exec setpriv --reuid=65534 --clear-groups " : "exec ";
     const auto started = std::chrono::steady_clock::now();
     const auto read = shell(asNobody + "kelmothctl read");
     EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(2));
     EXPECT_EQ(read.status, 4);
     EXPECT_THAT(read.output, IsEmpty());
-    EXPECT_THAT(read.error, AllOf(HasSubstr(attached.hidrawNode(0)), HasSubstr("70-kelmoth.rules")));
+    EXPECT_THAT(read.error, AllOf(HasSubstr(attached->hidrawNode(0)), HasSubstr("70-kelmoth.rules")));
     const auto doctor = shell(asNobody + "kelmothctl doctor");
     EXPECT_EQ(doctor.status, 4);
     EXPECT_THAT(doctor.output, HasSubstr("no permission"));
-    EXPECT_THAT(attached.mouse().takeTransfers(), IsEmpty());
+    EXPECT_THAT(attached->mouse().takeTransfers(), IsEmpty());
 }
 
 TEST_F(AttachedMouseTest, AFailureBringsItsDiagnostics)
 {
-    auto &attached = plugIn("basilisk-v3");
-    attached.mouse().addFault({.kind = SimulatedFault::Kind::noAnswer, .commandID = 0x8B, .times = -1});
+    auto &mouse = plugIn("basilisk-v3").mouse();
+    mouse.addFault({.kind = SimulatedFault::Kind::noAnswer, .commandID = 0x8B, .times = -1});
     const auto read = shell("kelmothctl read");
     EXPECT_EQ(read.status, 1);
     EXPECT_THAT(read.output, HasSubstr("Lift-off    no answer"));
     EXPECT_THAT(read.error,
                 AllOf(HasSubstr("📤 USB Report sent: 00 1F 00 00 00 04 0B 8B"),
                       testing::EndsWith("kelmothctl: the mouse did not answer for lift-off distance\n")));
+}
+
+/// A configuration directory of its own, with the file of settings in it.
+class SavedTest : public AttachedMouseTest {
+protected:
+    void SetUp() override
+    {
+        AttachedMouseTest::SetUp();
+        qputenv("XDG_CONFIG_HOME", directory.path().toUtf8());
+    }
+    QSettings settings() const
+    {
+        return {directory.filePath(QStringLiteral("com.kelmoth.app/defaults.ini")), QSettings::IniFormat};
+    }
+    std::string value(const QString &key) const { return settings().value(key).toString().toStdString(); }
+
+    const QTemporaryDir directory;
+};
+
+TEST_F(SavedTest, RecordsAreHonoured)
+{
+    auto state = DeviceState::defaultState();
+    const auto record = [&state](Int pollingRate) {
+        state.pollingRate = pollingRate;
+        return encode(state);
+    };
+    const auto older = QStringLiteral("com.kelmoth.deviceState");
+    const auto own = QStringLiteral("com.kelmoth.deviceState.185");
+    const auto mark = QStringLiteral("com.kelmoth.deviceState.migrated");
+    const struct {
+        const char *what;
+        std::map<QString, std::string> values;
+        Int pollingRate; ///< which no mouse is asked for
+        const char *mark = "";
+    } rows[]{
+        {"nothing", {}, 1000},
+        {"the older record goes to the first mouse", {{older, record(500)}}, 500, "185"},
+        {"which it has been given to", {{older, record(500)}, {mark, "153"}}, 1000, "153"},
+        {"whatever the mark is", {{older, record(500)}, {mark, "by hand"}}, 1000, "by hand"},
+        {"it cannot be used", {{older, "{}"}}, 1000},
+        {"its own record stands", {{older, record(500)}, {own, record(125)}}, 125},
+        {"a damaged one is none", {{older, record(500)}, {own, "{"}}, 1000},
+        {"a huge one is none", {{older, record(500)}, {own, std::string(500'000, '[')}}, 1000},
+    };
+    auto &mouse = plugIn("basilisk-v3-x-hyperspeed").mouse();
+    auto held = mouse.state();
+    held.dpiStages = {700, 800, 1600, 3200, 6400};
+    mouse.setState(held);
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.what);
+        settings().clear();
+        for (const auto &[key, text] : row.values) {
+            settings().setValue(key, QString::fromStdString(text));
+        }
+        const auto read = shell("kelmothctl read --json");
+        EXPECT_EQ(read.status, 0) << read.error;
+        const auto shown = JSON::parse(read.output).at("state");
+        EXPECT_EQ(shown.at("pollingRate"), row.pollingRate);
+        EXPECT_EQ(shown.at("dpiStages").at(0).at("dpi"), 700) << "the mouse knows better";
+        EXPECT_EQ(value(own), shown.dump());
+        EXPECT_EQ(value(mark), row.mark);
+        EXPECT_EQ(value(older), row.values.contains(older) ? row.values.at(older) : "") << "left as it is";
+    }
+}
+
+TEST_F(SavedTest, AChangeThatCannotBeSavedStillHolds)
+{
+    auto &mouse = plugIn("basilisk-v3-x-hyperspeed").mouse();
+    const auto set = shell("XDG_CONFIG_HOME=/dev/null kelmothctl set stage 3 --verbose");
+    EXPECT_EQ(set.status, 0);
+    EXPECT_EQ(mouse.state().activeStage, 3);
+    EXPECT_THAT(set.error, HasSubstr("Settings could not be saved: /dev/null/com.kelmoth.app"));
+}
+
+/// KELMOTH_TEST_CHANGES: how many changes each of them makes, at most 255.
+TEST_F(SavedTest, TwoWhoChangeAtOnceLoseNothing)
+{
+    bool isGiven = false;
+    const int given = qEnvironmentVariableIntValue("KELMOTH_TEST_CHANGES", &isGiven);
+    const int rounds = isGiven ? given : 4;
+    auto &mouse = plugIn("basilisk-v3-x-hyperspeed").mouse();
+    Transfers transfers;
+    const auto collect = [&] {
+        std::ranges::move(mouse.takeTransfers(), std::back_inserter(transfers));
+        return true;
+    };
+    const auto both = shell(R"(
+change() {
+    for ((i = 1; i <= $2; ++i)); do kelmothctl set dpi $((i % 180 + 1))00 --stage $1 || exit; done
+}
+change 2 $1 & first=$!
+change 4 $1 && wait $first)",
+                            {QString::number(rounds)}, collect);
+    collect();
+    EXPECT_EQ(both.status, 0) << both.error;
+
+    // Each write brings one stage forward and keeps the other as its own loop left it.
+    const auto dpi = [](int change) { return Int{change % 180 + 1} * 100; };
+    int second = 0;
+    int fourth = 0;
+    for (const auto &request : requests(transfers)) {
+        if (isSame(code::setDPIStages, request)) {
+            const auto dpis = parseDPIStages(request.bytes).value().dpis;
+            ++(dpis[1] == dpi(second + 1) ? second : fourth);
+            EXPECT_TRUE(second == 0 || dpis[1] == dpi(second));
+            EXPECT_TRUE(fourth == 0 || dpis[3] == dpi(fourth));
+        }
+    }
+    EXPECT_EQ(second, rounds);
+    EXPECT_EQ(fourth, rounds);
+    const auto saved = decodeDeviceState(value(QStringLiteral("com.kelmoth.deviceState.185"))).value();
+    EXPECT_EQ(saved.dpiStages[1].dpi, dpi(rounds));
+    EXPECT_EQ(saved.dpiStages[3].dpi, dpi(rounds));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <QProcessEnvironment>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 namespace kelmoth {
@@ -22,12 +23,11 @@ struct Ending {
 };
 
 /// Runs a line of the shell, in which $1 and so on are the arguments and "kelmothctl" is the built program.
-inline Ending shell(const std::string &line, const QStringList &arguments = {})
+/// As long as it runs, `meanwhile` is called every second, and says whether to go on waiting.
+inline Ending shell(const std::string &line, const QStringList &arguments = {},
+                    const std::function<bool()> &meanwhile = {})
 {
     auto environment = QProcessEnvironment::systemEnvironment();
-    for (const auto *name : {"NO_COLOR", "COLORTERM", "TERM"}) {
-        environment.remove(QString::fromLatin1(name));
-    }
     const auto path = QStringLiteral("PATH");
     environment.insert(path, QFileInfo(program).path() + QLatin1Char(':') + environment.value(path));
     // Processes of other tests are not waited for.
@@ -35,24 +35,16 @@ inline Ending shell(const std::string &line, const QStringList &arguments = {})
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral("bash"),
-                  QStringList{QStringLiteral("-c"), QString::fromStdString(line), path} + arguments);
+                  QStringList{QStringLiteral("-c"),
+                              QString::fromStdString("unset NO_COLOR COLORTERM TERM; " + line), path} +
+                      arguments);
     process.closeWriteChannel();
-    EXPECT_TRUE(process.waitForFinished(patience));
+    while (meanwhile && !process.waitForFinished(1000) && meanwhile()) {
+    }
+    EXPECT_TRUE(process.state() == QProcess::NotRunning || process.waitForFinished(patience));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};
-}
-
-/// The next line that a process writes, without its end.
-inline std::string nextLine(QProcess &process)
-{
-    while (!process.canReadLine()) {
-        if (!process.waitForReadyRead(patience)) {
-            ADD_FAILURE() << "no line";
-            return {};
-        }
-    }
-    return process.readLine().trimmed().toStdString();
 }
 
 } // namespace kelmoth

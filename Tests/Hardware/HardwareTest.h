@@ -11,39 +11,26 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <string_view>
 #include <unistd.h>
 
 namespace kelmoth {
 
-/// Time that lets something happen when someone sleeps.
-class EventfulTime : public ManualTime {
+/// Time in which many files that may not be opened can be tried.
+class PatientTime : public ManualTime {
 public:
     void sleep(std::chrono::microseconds duration) override
     {
-        ManualTime::sleep(duration);
         // umockdev keeps a place for each open that fails, under this very number, and has few of them.
         ::close(-1);
-        if (onSleep) {
-            onSleep();
-        }
+        ManualTime::sleep(duration);
     }
-
-    std::function<void()> onSleep;
 };
 
 /// The Linux rooms on a machine whose mice are mocked, in a time that nobody has to wait for.
-class HardwareTest : public testing::Test {
+class HardwareTest : public MockedMachineTest {
 protected:
-    void SetUp() override
-    {
-        if (!testbed->isEffective()) {
-            GTEST_SKIP() << "not run under umockdev-wrapper";
-        }
-    }
-
     /// A mouse that is not attached yet.
     std::unique_ptr<MockMouse> makeMouse(std::string_view model, MockMouseOptions options = {}, int port = 1)
     {
@@ -59,17 +46,12 @@ protected:
         return mouse;
     }
 
-    std::vector<std::shared_ptr<HIDDevice>> copyDevices() { return hid->createManager()->copyDevices(); }
-
     /// The HID device of a node; none when it is not listed.
     std::shared_ptr<HIDDevice> hidDevice(const std::string &node)
     {
-        for (const auto &device : copyDevices()) {
-            if (device->path() == node) {
-                return device;
-            }
-        }
-        return nullptr;
+        const auto devices = hid->createManager()->copyDevices();
+        const auto found = std::ranges::find(devices, node, &HIDDevice::path);
+        return found == devices.end() ? nullptr : *found;
     }
 
     /// Runs the event loop until something is so; false when that takes unreasonably long.
@@ -83,8 +65,7 @@ protected:
         return condition();
     }
 
-    std::shared_ptr<MockTestbed> testbed = std::make_shared<MockTestbed>();
-    std::shared_ptr<EventfulTime> time = std::make_shared<EventfulTime>();
+    std::shared_ptr<PatientTime> time = std::make_shared<PatientTime>();
     std::shared_ptr<HidrawNodes> nodes = std::make_shared<HidrawNodes>(time);
     std::shared_ptr<LinuxHIDService> hid = std::make_shared<LinuxHIDService>(nodes);
     std::shared_ptr<LinuxUSBService> usb = std::make_shared<LinuxUSBService>(nodes, time);

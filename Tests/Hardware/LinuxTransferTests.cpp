@@ -1,210 +1,221 @@
-// What travels through hidraw nodes and usbfs, and what becomes of each failure there.
+// What travels to an attached mouse, and what becomes of each failure on the way.
 
+#include "Core/HID/HIDMonitor.h"
+#include "Core/HID/RazerProtocol.h"
 #include "Platform/Linux/ExchangeLock.h"
+#include "Tests/Core/RecordedLog.h"
 #include "Tests/Hardware/HardwareTest.h"
 
-#include <cerrno>
+#include <QCoroTask>
+
 #include <fcntl.h>
 #include <numeric>
-#include <optional>
-#include <tuple>
 
 namespace kelmoth {
 namespace {
 
 using testing::SizeIs;
 using Kind = SimulatedFault::Kind;
-using Bytes = std::vector<std::uint8_t>;
-
-/// A request for the battery level, as the mouse wants it.
-Bytes batteryRequest()
-{
-    Bytes report(90);
-    report[1] = 0x1F;
-    report[5] = 0x02;
-    report[6] = 0x07;
-    report[7] = 0x80;
-    report[88] = 0x85;
-    return report;
-}
 
 class LinuxTransferTest : public HardwareTest {
 protected:
+    ~LinuxTransferTest() override { Platform::setCurrent({}); }
+
     /// The way through USB to a mouse, with this interface opened.
-    std::unique_ptr<USBDeviceInterface> usbInterface(const MockMouse &mouse, std::uint16_t number,
-                                                     int expected)
+    std::unique_ptr<USBDeviceInterface> usbInterface(std::uint16_t number, int expected)
     {
-        const auto matches = usb->matchingDevices(0x1532, mouse.mouse().model().productID);
-        EXPECT_EQ(matches.status, 0);
+        const auto matches = usb->matchingDevices(0x1532, 0x00AC);
         EXPECT_THAT(matches.devices, SizeIs(1));
-        auto created = matches.devices.front()->createInterface();
-        EXPECT_EQ(created.status, 0);
-        EXPECT_EQ(created.interface->open(number), expected);
-        return std::move(created.interface);
+        auto interface = matches.devices.front()->createInterface().interface;
+        EXPECT_EQ(interface->open(number), expected);
+        return interface;
     }
 
     static int set(USBDeviceInterface &way, std::span<std::uint8_t> report, std::uint16_t wIndex = 0)
     {
         return way.deviceRequest({0x21, 0x09, 0x0300, wIndex, report});
     }
-    static int get(USBDeviceInterface &way, std::span<std::uint8_t> buffer, std::uint16_t wIndex = 0)
-    {
-        return way.deviceRequest({0xA1, 0x01, 0x0300, wIndex, buffer});
-    }
-
-    /// Sends the request and reads its answer.
-    void askForBattery(USBDeviceInterface &way)
-    {
-        EXPECT_EQ(set(way, report), 0);
-        time->advance(std::chrono::seconds{1});
-        EXPECT_EQ(get(way, answer), 0);
-        EXPECT_EQ(answer[7], 0x80);
-    }
-
-    /// A mouse with no driver at the interface that takes the commands.
-    static MockMouseOptions unbound()
-    {
-        return {.interfaces = std::vector{MockInterface{.hasDriver = false}}};
-    }
+    int get(USBDeviceInterface &way) { return way.deviceRequest({0xA1, 0x01, 0x0300, 0, answer}); }
 
     static constexpr const char *model = "basilisk-v3-pro";
-    Bytes report = batteryRequest();
-    Bytes answer = Bytes(90);
+    Data report = RazerProtocol::createReport(command::getBatteryLevel{}, {});
+    Data answer = Data(90);
 };
 
-TEST_F(LinuxTransferTest, ReportsTravelUnchangedBesideTheDriver)
+/// Up to five attempts by USB, and up to five more by HID reports when those gave no answer at all.
+TEST_F(LinuxTransferTest, EveryFaultEndsInALineOrAnIgnoredDevice)
 {
-    const auto mouse = attachMouse(model);
-    const auto way = usbInterface(*mouse, 0, EBUSY);
-    const auto device = hidDevice(mouse->hidrawNode(0));
-    const ExchangeScope exchange(*way);
-    ASSERT_EQ(exchange.status(), 0);
-    askForBattery(*way);
-
-    EXPECT_EQ(device->setFeatureReport(report), 0);
-    time->advance(std::chrono::seconds{1});
-    Bytes longer(91);
-    const auto read = device->getFeatureReport(longer);
-    EXPECT_EQ(std::tuple(read.status, read.length), std::tuple(0, 90U));
-    EXPECT_EQ(Bytes(longer.begin(), longer.end() - 1), answer);
-
-    const auto transfers = mouse->mouse().takeTransfers();
-    ASSERT_THAT(transfers, SizeIs(4));
-    EXPECT_EQ(transfers[0].bytes, report);
-    EXPECT_EQ(transfers[1].bytes, answer);
-    EXPECT_EQ(transfers[2].bytes, report);
-    EXPECT_EQ(mouse->driverDetaches(), 0);
-}
-
-TEST_F(LinuxTransferTest, ReportsTravelThroughLibusbWhereNoDriverIs)
-{
-    const auto mouse = attachMouse(model, unbound());
-    const auto way = usbInterface(*mouse, 0, 0);
-    {
-        const ExchangeScope exchange(*way);
-        ASSERT_EQ(exchange.status(), 0);
-        askForBattery(*way);
-        const FileDescriptor other(::open(mouse->usbNode().c_str(), O_RDWR));
-        EXPECT_EQ(takeExchange(other.get(), *time), EBUSY);
+    enum class Outcome { ignored, unanswered, answered };
+    using enum Outcome;
+    struct Row {
+        std::string what;
+        Outcome outcome;
+        int attempts; ///< requests that reached the kernel's driver
+        std::string line;
+        MockMouseOptions options = {};
+        std::optional<SimulatedFault> fault = {};
+        std::function<void(MockMouse &)> trouble = [](MockMouse &) {}; ///< before the mouse is listed
+    };
+    const std::string started = "HID monitoring started";
+    const std::string connected = "✅ Razer device connected: Razer Basilisk V3 (PID: 0x0099)";
+    const std::string unsent = "❌ USB SET_REPORT failed: 0x";
+    const std::string unread = "❌ USB GET_REPORT failed: 0x";
+    const ReportDescriptor liar{0x75, 0x08, 0x95, 0x5A, 0xB1, 0x02, 0xC0};
+    std::vector<Row> rows{
+        {"nothing wrong", answered, 1, connected},
+        {"a lying descriptor", ignored, 0, started, {.interfaces = std::vector(4, liar)}},
+        {"a name that is not UTF-8", answered, 1, connected, {.product = "\xC3(%n\x1B["}},
+        {"pulled out at SET", unanswered, 10, unsent + "13", {}, {{.kind = Kind::unplug}}},
+        {"pulled out at GET", unanswered, 10, unread + "13", {}, {{.kind = Kind::unplug, .skip = 1}}},
+        {"a short read", answered, 2, unread + "5", {}, {{.kind = Kind::shortRead}}},
+        {"permission denied", unanswered, 0, unsent + "D", {}, {}, [](auto &mouse) { mouse.permit(false); }},
+        {"vanished before it is opened",
+         unanswered,
+         0,
+         unsent + "2",
+         {},
+         {},
+         [this](auto &mouse) { testbed->removeNode(mouse.hidrawNode(3)); }},
+        {"its node is another device's",
+         unanswered,
+         0,
+         unsent + "13",
+         {},
+         {},
+         [](auto &mouse) { mouse.hidraw(3).productID = 0x1234; }},
+        {"a short write",
+         answered,
+         2,
+         unsent + "5",
+         {},
+         {},
+         [](auto &mouse) { mouse.hidraw(3).isNextWriteCut = true; }},
+    };
+    for (const auto &[error, number] : {std::pair{EPIPE, "20"}, {EIO, "5"}, {ETIMEDOUT, "6E"}}) {
+        const SimulatedFault fault{.kind = Kind::failedTransfer, .error = error};
+        rows.push_back({"SET fails", answered, 2, unsent + number, {}, fault});
+        rows.push_back({"GET fails", answered, 2, unread + number, {}, fault});
+        rows.back().fault->skip = 1;
     }
-    const ExchangeScope free(*way);
-    EXPECT_EQ(free.status(), 0);
-    const auto transfers = mouse->mouse().takeTransfers();
-    ASSERT_THAT(transfers, SizeIs(2));
-    EXPECT_EQ(transfers[0].bytes, report);
-    EXPECT_EQ(mouse->driverDetaches(), 0);
-    Bytes endless(70000);
-    EXPECT_EQ(set(*way, endless), EINVAL);
+    for (const char *id : {"", "0003:00001532:", "0003:00001532:000000000099", "3:1532:9g", "3:1532:0099:1",
+                           "3:1532:10099", "0003:0000046D:00000099", "0003:00011532:00000099"}) {
+        rows.push_back({id, ignored, 0, started, {.hidID = id}});
+    }
+    const auto log = RecordedLog::install();
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.what);
+        const auto mouse = attachMouse("basilisk-v3", row.options);
+        row.trouble(*mouse);
+        const WithoutRights user;
+        Platform platform;
+        platform.sleeper = time;
+        platform.hid = hid;
+        platform.usb = usb;
+        HIDMonitor monitor(platform);
+        monitor.startMonitoring();
+        const auto devices = monitor.connectedDevices();
+        ASSERT_THAT(devices, SizeIs(row.outcome == ignored ? 0 : 1));
+        if (row.fault) {
+            mouse->mouse().addFault(*row.fault);
+        }
+        if (row.outcome != ignored) {
+            const auto response = QCoro::waitFor(monitor.send(command::getDPIStages{}, devices.front()));
+            EXPECT_EQ(response.has_value(), row.outcome == answered);
+        }
+        const auto transfers = mouse->mouse().takeTransfers();
+        EXPECT_EQ(std::ranges::count(transfers, true, &SimulatedMouse::Transfer::isSet), row.attempts);
+        EXPECT_THAT(log->takeLines(), testing::Contains(row.line));
+        EXPECT_EQ(mouse->driverDetaches(), 0);
+    }
 }
 
-TEST_F(LinuxTransferTest, OtherRequestsAreNotCarried)
+TEST_F(LinuxTransferTest, ReportsTravelUnchangedBesideTheDriverAndWhereNoneIs)
 {
-    const auto mouse = attachMouse(model);
-    const auto way = usbInterface(*mouse, 0, EBUSY);
-    EXPECT_EQ(way->deviceRequest({0x21, 0x09, 0x0200, 0, report}), ENOTSUP);
-    EXPECT_EQ(way->deviceRequest({0x21, 0x0B, 0x0300, 0, report}), ENOTSUP);
-    EXPECT_EQ(set(*way, report, 1), ENOTSUP) << "an interface that was not opened";
-    Bytes endless(16384);
-    EXPECT_EQ(set(*way, endless), EINVAL);
-    EXPECT_THAT(mouse->mouse().takeTransfers(), SizeIs(0));
-
-    // An interface that the mouse does not have.
-    const auto nowhere = usbInterface(*mouse, 7, ENOENT);
-    EXPECT_EQ(set(*nowhere, report, 7), ENXIO);
-    EXPECT_EQ(ExchangeScope(*nowhere).status(), ENXIO);
-    EXPECT_THAT(usb->matchingDevices(0x1532, 0x0001).devices, SizeIs(0));
+    for (const bool hasDriver : {true, false}) {
+        const auto mouse = attachMouse(model, {.hasDriver = hasDriver});
+        const auto way = usbInterface(0, hasDriver ? EBUSY : 0);
+        {
+            const ExchangeScope exchange(*way);
+            EXPECT_EQ(set(*way, report), 0);
+            time->advance(std::chrono::seconds{1});
+            EXPECT_EQ(get(*way), 0);
+            const auto node = hasDriver ? mouse->hidrawNode(0) : mouse->usbNode();
+            const FileDescriptor other(::open(node.c_str(), O_RDWR));
+            EXPECT_EQ(takeExchange(other.get(), *time), EBUSY);
+        }
+        EXPECT_EQ(ExchangeScope(*way).status(), 0);
+        if (const auto device = hidDevice(mouse->hidrawNode(0))) {
+            Data longer(91);
+            EXPECT_EQ(device->getFeatureReport(longer).length, 90U);
+            EXPECT_TRUE(std::equal(answer.begin(), answer.end(), longer.begin()));
+            EXPECT_EQ(device->setFeatureReport(report), 0);
+        }
+        const auto transfers = mouse->mouse().takeTransfers();
+        EXPECT_EQ(transfers.front().bytes, report);
+        EXPECT_EQ(transfers.at(1).bytes, answer);
+        EXPECT_EQ(transfers.at(1).bytes.at(7), 0x80);
+        EXPECT_EQ(hasDriver, transfers.back().isSet && transfers.back().bytes == report);
+        EXPECT_EQ(mouse->driverDetaches(), 0);
+        Data endless(70000);
+        EXPECT_EQ(set(*way, endless), EINVAL);
+        EXPECT_EQ(set(*way, report, 1), ENOTSUP) << "an interface that was not opened";
+        EXPECT_EQ(ExchangeScope(*usbInterface(7, ENOENT)).status(), ENXIO) << "one that there is not";
+    }
 }
 
 /// What libusb makes of each failure. (Those of hidraw come back as they are.)
 TEST_F(LinuxTransferTest, FailuresOfLibusbComeBackAsErrno)
 {
-    struct Row {
-        std::string what;
-        SimulatedFault fault;
-        int set;
-        int get;
+    const std::tuple<SimulatedFault, int, int> rows[]{
+        {{.kind = Kind::failedTransfer, .error = EPIPE}, EPIPE, 0},
+        {{.kind = Kind::failedTransfer, .skip = 1, .error = EPROTO}, 0, EIO},
+        {{.kind = Kind::failedTransfer, .skip = 1, .error = EOVERFLOW}, 0, EOVERFLOW},
+        {{.kind = Kind::shortRead}, 0, EIO},
+        {{.kind = Kind::unplug}, ENODEV, ENODEV},
+        {{.kind = Kind::unplug, .skip = 1}, 0, ENODEV},
     };
-    const auto failed = [](int error, int skip) {
-        return SimulatedFault{.kind = Kind::failedTransfer, .skip = skip, .error = error};
-    };
-    const std::vector<Row> rows{
-        {"SET stalls", failed(EPIPE, 0), EPIPE, 0},
-        {"GET stalls", failed(EPIPE, 1), 0, EPIPE},
-        {"GET is cut off", failed(EPROTO, 1), 0, EIO},
-        {"GET overflows", failed(EOVERFLOW, 1), 0, EOVERFLOW},
-        {"GET is short", {.kind = Kind::shortRead}, 0, EIO},
-        {"pulled out at SET", {.kind = Kind::unplug}, ENODEV, ENODEV},
-        {"pulled out at GET", {.kind = Kind::unplug, .skip = 1}, 0, ENODEV},
-    };
-    for (const auto &row : rows) {
-        const auto mouse = attachMouse(model, unbound());
-        const auto way = usbInterface(*mouse, 0, 0);
-        mouse->mouse().addFault(row.fault);
-        EXPECT_EQ(set(*way, report), row.set) << row.what;
-        EXPECT_EQ(get(*way, answer), row.get) << row.what;
+    for (const auto &[fault, setStatus, getStatus] : rows) {
+        const auto mouse = attachMouse(model, {.hasDriver = false});
+        const auto way = usbInterface(0, 0);
+        mouse->mouse().addFault(fault);
+        EXPECT_EQ(set(*way, report), setStatus) << getStatus;
+        EXPECT_EQ(get(*way), getStatus) << setStatus;
     }
 }
 
-TEST_F(LinuxTransferTest, AnAccessRightThatComesLateIsWaitedForOnce)
+TEST_F(LinuxTransferTest, AnAccessRightThatComesLateIsWaitedForOnceInEachAttach)
 {
     const auto mouse = attachMouse(model);
     mouse->permit(false);
     std::optional<WithoutRights> user(std::in_place);
-    const auto way = usbInterface(*mouse, 0, EACCES);
-    const auto device = hidDevice(mouse->hidrawNode(0));
+    const auto way = usbInterface(0, EACCES);
     EXPECT_EQ(set(*way, report), EACCES);
     const auto pauses = time->takePauses();
     EXPECT_EQ(std::accumulate(pauses.begin(), pauses.end(), std::chrono::microseconds{}),
               std::chrono::milliseconds{310});
     EXPECT_EQ(ExchangeScope(*way).status(), EACCES);
-    EXPECT_EQ(get(*way, answer), EACCES);
-    EXPECT_EQ(device->probeAccess(), EACCES);
-    EXPECT_EQ(device->getFeatureReport(answer).status, EACCES);
     EXPECT_THAT(time->takePauses(), SizeIs(0)) << "the same attach";
-    user.reset();
-    mouse->permit(true);
-    EXPECT_EQ(set(*way, report), 0);
 
-    // The next attach is waited for again, and now the right comes.
+    user.reset();
     mouse->detach();
     mouse->attach();
     mouse->permit(false);
     user.emplace();
-    time->onSleep = [&] {
+    time->duringPause(1, [&] {
         user.reset();
         mouse->permit(true);
-    };
+    });
     EXPECT_EQ(hidDevice(mouse->hidrawNode(0))->probeAccess(), 0);
-    EXPECT_THAT(time->takePauses(), SizeIs(1));
+    EXPECT_THAT(time->takePauses(), SizeIs(2));
 }
 
 TEST_F(LinuxTransferTest, AVanishedOrReusedNodeIsNeverWrittenTo)
 {
     const auto mouse = attachMouse(model);
     const auto matches = usb->matchingDevices(0x1532, 0x00AC);
-    const auto way = usbInterface(*mouse, 0, EBUSY);
+    const auto way = usbInterface(0, EBUSY);
     const auto device = hidDevice(mouse->hidrawNode(0));
-    mouse->reuseNodes(0x0042); // the number went to another device
+    mouse->hidraw(0).productID = 0x0042; // the number went to another device
     EXPECT_EQ(device->probeAccess(), ENODEV);
     EXPECT_EQ(set(*way, report), ENODEV);
     mouse->vanish(); // the event has not come yet

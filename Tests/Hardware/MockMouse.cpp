@@ -1,10 +1,12 @@
 #include "Tests/Hardware/MockMouse.h"
 
-#include "Tests/Hardware/MockHidraw.h"
-#include "Tests/Hardware/MockUsbfs.h"
-
 #include <QString>
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <linux/usbdevice_fs.h>
 #include <sys/ioctl.h>
 #include <utility>
 
@@ -12,66 +14,113 @@ namespace kelmoth {
 
 namespace {
 
-std::vector<MockInterface> usualInterfaces(std::size_t protocolInterface)
-{
-    const MockInterface pointer{
-        {0x05, 0x01, 0x09, 0x02, 0xA1, 0x01, 0x75, 0x08, 0x95, 0x04, 0x81, 0x02, 0xC0}};
-    // A feature report of 15 bytes with an ID.
-    const MockInterface other{
-        {0x06, 0x00, 0xFF, 0x09, 0x01, 0xA1, 0x01, 0x85, 0x07, 0x75, 0x08, 0x95, 0x0F, 0xB1, 0x02, 0xC0}};
-    std::vector interfaces{pointer, other, other, pointer};
-    interfaces[protocolInterface] = MockInterface{};
-    return interfaces;
-}
-
 std::string text(const char *format, auto... arguments)
 {
     return QString::asprintf(format, arguments...).toStdString();
 }
 
-void handleHidraw(MockHidraw &hidraw, MockIoctl &ioctl)
+std::vector<std::uint8_t> bytesOf(const UMockdevIoctlData &data)
 {
-    const auto argument = ioctl.argument(_IOC_SIZE(ioctl.request()));
-    auto bytes = MockIoctl::bytes(argument.get());
-    const int result = hidraw.ioctl(ioctl.request(), bytes);
-    MockIoctl::write(argument.get(), bytes);
-    ioctl.complete(result);
+    return {data.data, data.data + data.data_len};
 }
+
+int performOnHidraw(MockHidraw &hidraw, UMockdevIoctlClient *client)
+{
+    const auto request = umockdev_ioctl_client_get_request(client);
+    const auto argument = pointee(umockdev_ioctl_client_get_arg(client), 0, _IOC_SIZE(request));
+    auto bytes = bytesOf(*argument);
+    const int result = hidraw.ioctl(request, bytes);
+    update(argument.get(), bytes);
+    return result;
+}
+
+/// What the kernel does on a mouse's node in /dev/bus/usb, as far as libusb asks for it.
+struct MockUsbfs {
+    const std::shared_ptr<SimulatedMouse> mouse;
+    const std::size_t interfaces;
+    const bool hasDriver;
+    const std::shared_ptr<std::atomic<int>> driverDetaches;
+    GObjectPtr<UMockdevIoctlData> urb = {}; ///< performed, and not reaped yet
+
+    int ioctl(UMockdevIoctlClient *client)
+    {
+        auto *const argument = umockdev_ioctl_client_get_arg(client);
+        switch (umockdev_ioctl_client_get_request(client)) {
+        case USBDEVFS_CLAIMINTERFACE:
+            if (bytesOf(*pointee(argument, 0, sizeof(int)))[0] >= interfaces) {
+                return -ENOENT;
+            }
+            return hasDriver ? -EBUSY : 0;
+        case USBDEVFS_SUBMITURB:
+            return mouse->isAttached() ? submit(argument) : -ENODEV;
+        case USBDEVFS_REAPURB:
+        case USBDEVFS_REAPURBNDELAY:
+            return reap(argument);
+        case USBDEVFS_IOCTL: // to an interface's driver: libusb detaches and attaches drivers with it
+        case USBDEVFS_DISCONNECT:
+        case USBDEVFS_DISCONNECT_CLAIM:
+            ++*driverDetaches;
+            return 0;
+        case USBDEVFS_CONNECTINFO:
+        case USBDEVFS_RELEASEINTERFACE:
+            return 0;
+        default:
+            return -ENOTTY;
+        }
+    }
+
+    int submit(UMockdevIoctlData *argument)
+    {
+        urb = pointee(argument, 0, sizeof(::usbdevfs_urb));
+        ::usbdevfs_urb fields{};
+        std::memcpy(&fields, urb->data, sizeof fields);
+        const auto buffer = pointee(urb.get(), offsetof(::usbdevfs_urb, buffer),
+                                    static_cast<std::size_t>(fields.buffer_length));
+        auto bytes = bytesOf(*buffer);
+        const int moved = perform(bytes);
+        update(buffer.get(), bytes);
+        const auto store = [&](std::size_t offset, int value) {
+            update(urb.get(), {reinterpret_cast<std::uint8_t *>(&value), sizeof value}, offset);
+        };
+        store(offsetof(::usbdevfs_urb, status), std::min(moved, 0));
+        store(offsetof(::usbdevfs_urb, actual_length), std::max(moved, 0));
+        return 0;
+    }
+
+    /// Also when the device has gone since.
+    int reap(UMockdevIoctlData *argument)
+    {
+        if (!urb) {
+            return mouse->isAttached() ? -EAGAIN : -ENODEV;
+        }
+        umockdev_ioctl_data_set_ptr(pointee(argument, 0, sizeof(void *)).get(), 0, urb.get());
+        urb.reset();
+        return 0;
+    }
+
+    /// The control transfer in a buffer of setup packet and data. How many bytes of data moved, or a
+    /// negative errno.
+    int perform(std::span<std::uint8_t> buffer) const
+    {
+        constexpr std::array<std::uint8_t, 4> setReport{0x21, 0x09, 0x00, 0x03};
+        constexpr std::array<std::uint8_t, 4> getReport{0xA1, 0x01, 0x00, 0x03};
+        const auto data = buffer.subspan(8);
+        const bool isSet = std::ranges::equal(buffer.first(4), setReport);
+        if (!isSet && !std::ranges::equal(buffer.first(4), getReport)) {
+            return -EPIPE;
+        }
+        const auto moved = isSet ? FeatureReportRead{mouse->setReport(buffer[4], data), data.size()}
+                                 : mouse->getReport(buffer[4], data);
+        return moved.status != 0 ? -moved.status : static_cast<int>(moved.length);
+    }
+};
 
 } // namespace
 
-std::vector<std::uint8_t> protocolDescriptor()
-{
-    return {0x05, 0x01, 0x09, 0x02, 0xA1, 0x01,             // a mouse
-            0x75, 0x08, 0x95, 0x08, 0x81, 0x02,             // 8 bytes of movement
-            0x06, 0x00, 0xFF, 0x09, 0x02, 0x15, 0x00,       // vendor page
-            0x25, 0x01, 0x75, 0x08, 0x95, 0x5A, 0xB1, 0x01, // 90 bytes of feature
-            0xC0};
-}
-
 MockMouse::MockMouse(std::shared_ptr<MockTestbed> testbed, std::shared_ptr<SimulatedMouse> mouse,
                      MockMouseOptions options, int port)
-    : m_testbed(std::move(testbed)),
-      m_mouse(std::move(mouse)),
-      m_options(std::move(options)),
-      m_port(port),
-      m_interfaces(m_options.interfaces.value_or(usualInterfaces(m_mouse->protocolInterface())))
+    : m_testbed(std::move(testbed)), m_mouse(std::move(mouse)), m_options(std::move(options)), m_port(port)
 {
-}
-
-MockMouse::~MockMouse()
-{
-    vanish();
-}
-
-std::string MockMouse::hidrawNode(std::size_t interface) const
-{
-    return "/dev/hidraw" + std::to_string(10 * m_port + static_cast<int>(interface));
-}
-
-std::string MockMouse::usbNode() const
-{
-    return text("/dev/bus/usb/001/%03d", m_port);
 }
 
 void MockMouse::attach()
@@ -79,87 +128,80 @@ void MockMouse::attach()
     ++m_attach;
     m_mouse->replug();
     if (m_mouse->model().transport == "Bluetooth") {
-        addBluetooth();
+        // Below the adapter, a USB device of another maker.
+        addHID(0, addDevice("usb", text("2-%d", m_port), "", "idVendor", "8087\n", "product", "Adapter\n",
+                            nullptr, "DEVTYPE", "usb_device", nullptr));
     } else {
         addUSB();
     }
-    for (const auto &syspath : m_hidrawPaths) {
-        m_testbed->sendEvent(syspath, "add");
+    for (const auto &syspath : m_devices) {
+        umockdev_testbed_uevent(m_testbed->get(), syspath.c_str(), "add");
     }
 }
 
 void MockMouse::addUSB()
 {
     const auto &model = m_mouse->model();
-    MockTestbed::Pairs attributes{{"idVendor", text("%04x\n", model.vendorID)},
-                                  {"idProduct", text("%04x\n", model.productID)},
-                                  {"serial", model.serialNumber + "\n"}};
-    const std::string product = m_options.product.value_or(model.productName);
-    if (!product.empty()) {
-        attributes.emplace_back("product", product + "\n");
-    }
-    MockTestbed::Pairs properties{{"DEVTYPE", "usb_device"}, {"DEVNAME", usbNode()}};
-    if (m_options.udevModel) {
-        properties.emplace_back("ID_MODEL_ENC", *m_options.udevModel);
-    }
-    const auto device = addDevice("usb", text("1-%d", m_port), "", attributes, properties);
-
-    std::vector<bool> hasDriver;
-    for (std::size_t i = 0; i < m_interfaces.size(); ++i) {
-        hasDriver.push_back(m_interfaces[i].hasDriver);
+    const auto vendor = text("%04x\n", model.vendorID);
+    const auto productID = text("%04x\n", model.productID);
+    const auto product = m_options.product.value_or(model.productName);
+    const auto device = addDevice("usb", text("1-%d", m_port), "", "idVendor", vendor.c_str(), "idProduct",
+                                  productID.c_str(), "serial", model.serialNumber.c_str(), "product",
+                                  product.c_str(), nullptr, "DEVTYPE", "usb_device", "DEVNAME",
+                                  usbNode().c_str(), "ID_MODEL_ENC", m_options.udevModel.c_str(), nullptr);
+    const std::size_t count = m_options.interfaces ? m_options.interfaces->size() : 4;
+    for (std::size_t i = 0; i < count; ++i) {
         const auto interface =
-            addDevice("usb", text("1-%d:1.%zu", m_port, i), device,
-                      {{"bInterfaceNumber", text("%02zx\n", i)}}, {{"DEVTYPE", "usb_interface"}});
-        if (m_interfaces[i].hasDriver) {
-            m_testbed->setDriver(interface, "usbhid");
+            addDevice("usb", text("1-%d:1.%zu", m_port, i), device, "bInterfaceNumber",
+                      text("%02zx\n", i).c_str(), nullptr, "DEVTYPE", "usb_interface", nullptr);
+        if (m_options.hasDriver) {
+            umockdev_testbed_set_attribute_link(m_testbed->get(), interface.c_str(), "driver",
+                                                "/sys/bus/usb/drivers/usbhid");
             addHID(i, interface);
         }
     }
-    m_usbfs = std::make_shared<MockUsbfs>(m_mouse, hasDriver);
-    addNode(usbNode(), m_usbfs->descriptors(), [usbfs = m_usbfs](MockIoctl &ioctl) { usbfs->handle(ioctl); });
-}
-
-void MockMouse::addBluetooth()
-{
-    // Below the adapter, a USB device of another maker.
-    const MockTestbed::Pairs adapter{
-        {"idVendor", "8087\n"}, {"idProduct", "0a2b\n"}, {"product", "Adapter\n"}};
-    addHID(m_mouse->protocolInterface(),
-           addDevice("usb", text("2-%d", m_port), "", adapter, {{"DEVTYPE", "usb_device"}}));
+    const auto usbfs =
+        std::shared_ptr<MockUsbfs>(new MockUsbfs{m_mouse, count, m_options.hasDriver, m_driverDetaches});
+    // A device and its configuration with one interface, which is all that libusb looks for.
+    addNode(usbNode(), {18, 1, 0,  2, 0, 0, 0, 64,   0,   0, 0, 0, 0, 2, 1, 2, 3, 1,
+                        9,  2, 18, 0, 1, 1, 0, 0xA0, 250, 9, 4, 0, 0, 0, 3, 0, 0, 0},
+            [usbfs](UMockdevIoctlClient *client) { return usbfs->ioctl(client); });
 }
 
 void MockMouse::addHID(std::size_t interface, const std::string &parent)
 {
     const auto &model = m_mouse->model();
     const int bus = model.transport == "Bluetooth" ? 5 : 3;
-    const int instance = 256 * m_attach + 16 * m_port + static_cast<int>(interface);
-    const auto hid = addDevice(
-        "hid", text("%04X:%04X:%04X.%04X", bus, model.vendorID, model.productID, instance), parent, {},
-        {{"HID_ID", m_options.hidID.value_or(text("%04X:%08X:%08X", bus, model.vendorID, model.productID))},
-         {"HID_NAME", "Maker " + m_options.product.value_or(model.productName)},
-         {"HID_UNIQ", m_options.hidSerial.value_or(model.serialNumber)}});
-    m_testbed->setBinaryAttribute(hid, "report_descriptor", m_interfaces[interface].reportDescriptor);
-    m_testbed->setDriver(hid, "hid-generic");
-
-    const std::string node = hidrawNode(interface);
-    const std::string name = node.substr(sizeof "/dev/" - 1);
-    m_hidrawPaths.push_back(addDevice("hidraw", name, hid, {}, {{"DEVNAME", node}}));
-    m_hidraws.push_back(std::make_shared<MockHidraw>(m_mouse, static_cast<std::uint16_t>(interface)));
-    addNode(node, {}, [hidraw = m_hidraws.back()](MockIoctl &ioctl) { handleHidraw(*hidraw, ioctl); });
+    const auto id = text("%04X:%08X:%08X", bus, model.vendorID, model.productID);
+    const auto name = "Maker " + m_options.product.value_or(model.productName);
+    const auto hid =
+        addDevice("hid", text("0003:1532:%04X.%d%d%zu", model.productID, m_attach, m_port, interface), parent,
+                  nullptr, "HID_ID", m_options.hidID.value_or(id).c_str(), "HID_NAME", name.c_str(),
+                  "HID_UNIQ", m_options.hidSerial.value_or(model.serialNumber).c_str(), nullptr);
+    // The usual other interfaces have a feature report of 15 bytes with an ID.
+    const ReportDescriptor other{0x06, 0x00, 0xFF, 0x85, 0x07, 0x75, 0x08, 0x95, 0x0F, 0xB1, 0x02};
+    const auto usual = interface == m_mouse->protocolInterface() ? takesCommands : other;
+    auto descriptor = m_options.interfaces ? m_options.interfaces->at(interface) : usual;
+    umockdev_testbed_set_attribute_binary(m_testbed->get(), hid.c_str(), "report_descriptor",
+                                          descriptor.data(), static_cast<gint>(descriptor.size()));
+    const auto node = hidrawNode(interface);
+    addDevice("hidraw", node.substr(sizeof "/dev/" - 1), hid, nullptr, "DEVNAME", node.c_str(), nullptr);
+    const std::shared_ptr<MockHidraw> hidraw(new MockHidraw{m_mouse, static_cast<std::uint16_t>(interface)});
+    m_hidraws.push_back(hidraw);
+    addNode(node, {}, [hidraw](UMockdevIoctlClient *client) { return performOnHidraw(*hidraw, client); });
 }
 
-void MockMouse::addNode(const std::string &node, std::span<const std::uint8_t> contents,
+void MockMouse::addNode(const std::string &node, const std::vector<std::uint8_t> &contents,
                         MockTestbed::Handler handler)
 {
     m_testbed->addNode(node, contents, std::move(handler));
     m_nodes.push_back(node);
 }
 
-std::string MockMouse::addDevice(const std::string &subsystem, const std::string &name,
-                                 const std::string &parent, const MockTestbed::Pairs &attributes,
-                                 const MockTestbed::Pairs &properties)
+std::string MockMouse::addDevice(const char *subsystem, const std::string &name, const std::string &parent,
+                                 auto... lists)
 {
-    m_devices.push_back(m_testbed->addDevice(subsystem, name, parent, attributes, properties));
+    m_devices.push_back(m_testbed->addDevice(subsystem, name, parent, lists...));
     return m_devices.back();
 }
 
@@ -175,13 +217,11 @@ void MockMouse::remove(bool isTold)
     for (const auto &node : std::exchange(m_nodes, {})) {
         m_testbed->removeNode(node);
     }
-    for (const auto &syspath : std::exchange(m_hidrawPaths, {})) {
-        if (isTold) {
-            m_testbed->sendEvent(syspath, "remove");
-        }
-    }
     for (; !m_devices.empty(); m_devices.pop_back()) {
-        m_testbed->removeDevice(m_devices.back());
+        if (isTold) {
+            umockdev_testbed_uevent(m_testbed->get(), m_devices.back().c_str(), "remove");
+        }
+        umockdev_testbed_remove_device(m_testbed->get(), m_devices.back().c_str());
     }
 }
 
@@ -190,23 +230,6 @@ void MockMouse::permit(bool isPermitted)
     for (const auto &node : m_nodes) {
         m_testbed->setMode(node, isPermitted ? 0666 : 0);
     }
-}
-
-void MockMouse::cutNextWrite()
-{
-    m_hidraws.at(m_mouse->protocolInterface())->isNextWriteCut = true;
-}
-
-void MockMouse::reuseNodes(std::uint16_t productID)
-{
-    for (const auto &hidraw : m_hidraws) {
-        hidraw->productID = productID;
-    }
-}
-
-int MockMouse::driverDetaches() const
-{
-    return m_usbfs ? m_usbfs->driverDetaches() : 0;
 }
 
 } // namespace kelmoth

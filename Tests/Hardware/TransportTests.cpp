@@ -10,80 +10,38 @@
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <cstdarg>
 #include <fcntl.h>
 #include <fstream>
 #include <latch>
-#include <linux/hidraw.h>
-#include <semaphore>
-#include <sys/ioctl.h>
-#include <sys/prctl.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <thread>
 
 namespace kelmoth {
 namespace {
 
-/// The kernel's side of one hidraw node, within this program: `ioctl` below replaces the system's for this
-/// node, which is a real file with real locks. There is no other process and no library between, so that a
-/// thread sanitizer sees all there is.
-struct FakeKernel {
-    explicit FakeKernel(std::shared_ptr<SimulatedMouse> mouse) : hidraw(std::move(mouse), 0)
-    {
-        std::ofstream(node).put('\n');
-        current = this;
-    }
-    ~FakeKernel() { current = nullptr; }
-    FakeKernel(const FakeKernel &) = delete;
-    FakeKernel &operator=(const FakeKernel &) = delete;
-
-    bool owns(int fd) const
-    {
-        struct ::stat mine{};
-        struct ::stat theirs{};
-        return ::stat(node.c_str(), &mine) == 0 && ::fstat(fd, &theirs) == 0 && mine.st_ino == theirs.st_ino;
-    }
-
-    const QTemporaryDir directory;
-    const std::string node = directory.filePath(QStringLiteral("hidraw0")).toStdString();
-    MockHidraw hidraw;
-    std::function<void()> onTransfer; ///< within each report's transfer; set while there are none
-
-    static std::atomic<FakeKernel *> current;
-};
-
-std::atomic<FakeKernel *> FakeKernel::current;
+/// The kernel's side of the test's one hidraw node, which is a real file with real locks: `ioctl` below
+/// replaces the system's. There is no other process and no library between, so that a thread sanitizer sees
+/// all there is.
+std::atomic<MockHidraw *> kernel;
+std::function<void()> onTransfer; ///< within each report's transfer; set while there are none
 
 /// A system in which one mouse is attached, with its first hidraw node.
-class OneMouse : public USBService, public USBDevice, public std::enable_shared_from_this<OneMouse> {
-public:
-    OneMouse(std::string node, std::shared_ptr<Sleeper> sleeper)
-        : m_nodes(sleeper), m_node(std::move(node)), m_sleeper(std::move(sleeper))
-    {
-    }
+struct OneMouse : USBService, USBDevice, std::enable_shared_from_this<OneMouse> {
+    OneMouse(std::string path, std::shared_ptr<Sleeper> time) : nodes(time), node(path), sleeper(time) {}
 
     Matches matchingDevices(std::uint16_t, std::uint16_t) override { return {0, {shared_from_this()}}; }
-
     InterfaceResult createInterface() override
     {
         // No device node of USB: nothing can be claimed.
-        return {0, std::make_unique<LinuxUSBInterface>(
-                       "", [this](std::uint16_t) { return hidraw(); }, m_sleeper)};
+        const auto find = [this](std::uint16_t) { return hidraw(); };
+        return {0, std::make_unique<LinuxUSBInterface>("", find, sleeper)};
     }
+    std::shared_ptr<Hidraw> hidraw() { return nodes.node("attach", node, {0x1532, 0x00AC}); }
 
-    std::shared_ptr<Hidraw> hidraw()
-    {
-        return m_nodes.node("attach", m_node, {.vendorID = 0x1532, .productID = 0x00AC});
-    }
-
-private:
-    HidrawNodes m_nodes;
-    const std::string m_node;
-    const std::shared_ptr<Sleeper> m_sleeper;
+    HidrawNodes nodes;
+    const std::string node;
+    const std::shared_ptr<Sleeper> sleeper;
 };
 
 /// The time of the mouse moves on as a transport sleeps, and others get to run.
@@ -98,92 +56,81 @@ public:
 
 class TransportTest : public testing::Test {
 protected:
+    ~TransportTest() override { onTransfer = nullptr; }
+    void SetUp() override
+    {
+        std::ofstream(path).put('\n');
+        kernel = &hidraw;
+    }
+
+    std::shared_ptr<OneMouse> makeSystem() { return std::make_shared<OneMouse>(path, time); }
+
     /// A process of its own, as far as open files go.
     std::shared_ptr<USBRazerDevice> openTransport()
     {
-        auto transport = std::make_shared<USBRazerDevice>(std::make_shared<OneMouse>(kernel.node, time), time,
-                                                          0x1532, 0x00AC, 0);
+        auto transport = std::make_shared<USBRazerDevice>(makeSystem(), time, 0x1532, 0x00AC, 0);
         EXPECT_TRUE(transport->open());
         return transport;
     }
+    FileDescriptor openNode() const { return FileDescriptor(::open(path.c_str(), O_RDWR | O_CLOEXEC)); }
 
-    FileDescriptor openNode() const
-    {
-        return FileDescriptor(::open(kernel.node.c_str(), O_RDWR | O_CLOEXEC));
-    }
-
-    static Data brightnessRequest(RGBZone zone)
+    static Data request(RGBZone zone)
     {
         return RazerProtocol::createReport(command::getBrightness{zone}, {});
     }
 
-    std::shared_ptr<YieldingTime> time = std::make_shared<YieldingTime>();
-    std::shared_ptr<SimulatedMouse> mouse =
+    const QTemporaryDir directory;
+    const std::string path = directory.filePath(QStringLiteral("hidraw0")).toStdString();
+    const std::shared_ptr<YieldingTime> time = std::make_shared<YieldingTime>();
+    const std::shared_ptr<SimulatedMouse> mouse =
         std::make_shared<SimulatedMouse>(*SimulatedModel::named("basilisk-v3-pro"), time->clock());
-    FakeKernel kernel{mouse};
+    MockHidraw hidraw{mouse, 0};
 };
 
 TEST_F(TransportTest, TwoProcessesNeverGetEachOthersAnswers)
 {
     constexpr int rounds = 60;
     const auto ask = [](const std::shared_ptr<USBRazerDevice> &transport, RGBZone zone) {
-        const auto request = brightnessRequest(zone);
         for (int i = 0; i < rounds; ++i) {
-            const auto result = transport->transact(request, 60000);
+            const auto result = transport->transact(request(zone), 60000);
             ASSERT_EQ(result.kind, TransactResult::Kind::success);
             // Both ask for a brightness: only the zone tells the answers apart.
-            ASSERT_EQ(result.response[9], request[9]);
+            ASSERT_EQ(result.response[9], request(zone)[9]);
         }
     };
     std::thread other([&, transport = openTransport()] { ask(transport, RGBZone::logo); });
     ask(openTransport(), RGBZone::scrollWheel);
     other.join();
-    const auto transfers = mouse->takeTransfers();
-    EXPECT_EQ(transfers.size(), 4U * rounds) << "each at the first attempt";
+    EXPECT_EQ(mouse->takeTransfers().size(), 4U * rounds) << "each at the first attempt";
 }
 
 TEST_F(TransportTest, ATransportMayBeDroppedAndItsDeviceVanishDuringATransfer)
 {
     auto transport = openTransport();
-    const auto system = std::make_shared<OneMouse>(kernel.node, time);
+    const auto system = makeSystem();
     const auto node = system->hidraw();
-    std::latch isUnderWay(2);
+    std::latch isUnderWay(3);
     std::latch goOn(1);
-    kernel.onTransfer = [&] {
+    onTransfer = [&] {
         isUnderWay.count_down();
         goOn.wait();
     };
-    std::thread transfers([held = transport] {
-        EXPECT_EQ(held->transact(brightnessRequest(RGBZone::logo), 60000).kind,
-                  TransactResult::Kind::success);
+    std::vector<std::jthread> threads;
+    threads.emplace_back([held = transport] {
+        EXPECT_EQ(held->transact(request(RGBZone::logo), 60000).kind, TransactResult::Kind::success);
     });
-    std::thread reader([&] {
-        Data answer(90);
-        EXPECT_EQ(node->getFeatureReport(answer).length, 90U);
-    });
+    for (int i = 0; i < 2; ++i) { // both open the node
+        threads.emplace_back([&system] {
+            Data answer(90);
+            EXPECT_EQ(system->hidraw()->getFeatureReport(answer).length, 90U);
+        });
+    }
     isUnderWay.wait();
     transport.reset();
     node->fail();
     EXPECT_EQ(node->open(), ENODEV);
     EXPECT_NE(system->hidraw(), node) << "the next attach";
     goOn.count_down();
-    transfers.join();
-    reader.join();
-}
-
-TEST_F(TransportTest, AllOpenTheNodeOnce)
-{
-    const auto system = std::make_shared<OneMouse>(kernel.node, time);
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            const auto node = system->hidraw();
-            EXPECT_EQ(node->open(), 0);
-            EXPECT_EQ(node->setFeatureReport(brightnessRequest(RGBZone::logo)), 0);
-        });
-    }
-    std::ranges::for_each(threads, &std::thread::join);
-    EXPECT_EQ(mouse->takeTransfers().size(), 4U);
 }
 
 using ExchangeLockTest = TransportTest;
@@ -192,73 +139,25 @@ TEST_F(ExchangeLockTest, WhoHasJustFinishedQueuesBehindWhoWaits)
 {
     const auto first = openNode();
     const auto second = openNode();
-    ASSERT_EQ(takeExchange(first.get(), *time), 0);
-
-    /// Lets its thread and another meet when it first has to wait.
-    struct Meeting : Sleeper {
-        void sleep(std::chrono::microseconds) override
-        {
-            if (!std::exchange(hasMet, true)) {
-                meet();
-            }
-        }
-        std::function<void()> meet;
-        bool hasMet = false;
-    };
-    std::binary_semaphore isWaiting{0};
-    std::binary_semaphore isAskedForAgain{0};
-    std::atomic<bool> waiterHadIt = false;
-    std::thread waiter([&] {
-        Meeting sleeper;
-        sleeper.meet = [&] {
-            isWaiting.release();
-            isAskedForAgain.acquire();
-        };
-        EXPECT_EQ(takeExchange(second.get(), sleeper), 0);
-        waiterHadIt = true;
-        releaseExchange(second.get());
-    });
-    isWaiting.acquire();
-    releaseExchange(first.get());
-    Meeting sleeper;
-    sleeper.meet = [&] {
-        isAskedForAgain.release();
-        waiter.join();
-    };
-    EXPECT_EQ(takeExchange(first.get(), sleeper), 0);
-    EXPECT_TRUE(waiterHadIt);
-    if (waiter.joinable()) {
+    ManualTime clock;
+    ASSERT_EQ(takeExchange(first.get(), clock), 0);
+    ManualTime waiting;
+    waiting.duringPause(0, [&] {
         releaseExchange(first.get());
-        sleeper.meet();
-    }
+        EXPECT_EQ(takeExchange(first.get(), clock), EBUSY);
+    });
+    EXPECT_EQ(takeExchange(second.get(), waiting), 0);
 }
 
-TEST_F(ExchangeLockTest, IsWaitedForTwoSecondsAndEndsWithItsProcess)
+TEST_F(ExchangeLockTest, IsWaitedForTwoSecondsAndEndsWithItsHolder)
 {
-    int ready[2];
-    ASSERT_EQ(::pipe(ready), 0);
-    const ::pid_t holder = ::fork();
-    if (holder == 0) {
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        const auto node = openNode();
-        const char status = takeExchange(node.get(), *time) == 0 ? 'y' : 'n';
-        (void)!::write(ready[1], &status, 1);
-        for (;;) {
-            ::pause();
-        }
-    }
-    char status = '?';
-    ASSERT_EQ(::read(ready[0], &status, 1), 1);
-    EXPECT_EQ(status, 'y');
-    ManualTime clock;
+    auto holder = openNode();
     const auto node = openNode();
+    ManualTime clock;
+    ASSERT_EQ(takeExchange(holder.get(), clock), 0);
     EXPECT_EQ(takeExchange(node.get(), clock), EBUSY);
     EXPECT_EQ(clock.now(), std::chrono::seconds{2});
-    // Nor does who waits at the gate wait longer.
-    const auto another = openNode();
-    EXPECT_EQ(takeExchange(another.get(), clock), EBUSY);
-    ::kill(holder, SIGKILL);
-    ::waitpid(holder, nullptr, 0);
+    holder = {};
     EXPECT_EQ(takeExchange(node.get(), clock), 0);
     EXPECT_EQ(takeExchange(-1, clock), EBADF);
 }
@@ -272,14 +171,13 @@ extern "C" int ioctl(int fd, unsigned long request, ...) noexcept
     va_start(arguments, request);
     auto *const argument = va_arg(arguments, std::uint8_t *);
     va_end(arguments);
-    auto *const kernel = kelmoth::FakeKernel::current.load();
-    if (kernel == nullptr || !kernel->owns(fd)) {
+    if (_IOC_TYPE(request) != 'H') {
         return static_cast<int>(::syscall(SYS_ioctl, fd, request, argument));
     }
-    if (request != HIDIOCGRAWINFO && kernel->onTransfer) {
-        kernel->onTransfer();
+    if (request != HIDIOCGRAWINFO && kelmoth::onTransfer) {
+        kelmoth::onTransfer();
     }
-    const int result = kernel->hidraw.ioctl(request, {argument, _IOC_SIZE(request)});
+    const int result = kelmoth::kernel.load()->ioctl(request, {argument, _IOC_SIZE(request)});
     errno = result < 0 ? -result : errno;
     return result < 0 ? -1 : result;
 }
