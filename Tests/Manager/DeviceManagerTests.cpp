@@ -42,10 +42,10 @@ TEST(MergeSavedState, TakesOverOnlyWhatTheModelSupports)
     smaller.dpiStages = createDefaultState(device).dpiStages;
     EXPECT_EQ(mergeSavedState(saved, device), smaller);
     smaller.currentDPIStage = createDefaultState(device).currentDPIStage;
-    for (const Int stage : {-1, 5}) {
-        saved.currentDPIStage = stage;
-        EXPECT_EQ(mergeSavedState(saved, device), smaller);
-    }
+    saved.currentDPIStage = -1;
+    EXPECT_EQ(mergeSavedState(saved, device), smaller);
+    saved.currentDPIStage = 5;
+    EXPECT_EQ(mergeSavedState(saved, device), smaller);
 }
 
 TEST_F(DeviceManagerTest, ReadsTheFirstMouseThatCanBeConfiguredAndSavesWhatItSays)
@@ -53,7 +53,6 @@ TEST_F(DeviceManagerTest, ReadsTheFirstMouseThatCanBeConfiguredAndSavesWhatItSay
     plugIn({"basilisk-v3:bluetooth", "basilisk-v3-pro-wired", "basilisk-v3"});
     EXPECT_TRUE(manager->isConnected());
     EXPECT_EQ(manager->connectedDevice()->productID, 0x00AA);
-    EXPECT_EQ(manager->liftOffLevel(), 1);
     EXPECT_EQ(stored(0x00AA), manager->deviceState());
     EXPECT_EQ(stored(0x0099), std::nullopt);
     EXPECT_TRUE(manager->connectedDevice()->batteryLevel); // a new record of the same mouse
@@ -71,7 +70,6 @@ TEST_F(DeviceManagerTest, ReadsTheFirstMouseThatCanBeConfiguredAndSavesWhatItSay
 
     plugIn({"basilisk-v3:bluetooth", "unknown"});
     EXPECT_FALSE(manager->isConnected());
-    EXPECT_EQ(manager->connectedDevice()->transport, "Bluetooth");
 }
 
 TEST_F(DeviceManagerTest, ShowsNothingOfAReadBeforeItsEnd)
@@ -133,7 +131,6 @@ TEST_F(DeviceManagerTest, DropsAReadWhoseMouseHasChangedAtAnyWait)
 TEST_F(DeviceManagerTest, GoesOnReadingWhileOtherMiceComeAndGo)
 {
     plugIn({"basilisk-v3", "basilisk-v3-pro-wired", "basilisk-v3-x-hyperspeed"});
-    const auto chosen = manager->connectedDevice()->id;
     mice[1]->unplug();
     settle();
     change(mouse(), [](auto &state) { state.liftOff = 2; });
@@ -143,7 +140,7 @@ TEST_F(DeviceManagerTest, GoesOnReadingWhileOtherMiceComeAndGo)
         onMainThread([] {});
     });
     QCoro::waitFor(manager->refreshFromDevice(true));
-    EXPECT_EQ(manager->connectedDevice()->id, chosen);
+    EXPECT_EQ(manager->connectedDevice()->productID, 0x0099);
     EXPECT_EQ(manager->liftOffLevel(), 2);
 }
 
@@ -154,7 +151,6 @@ TEST_F(DeviceManagerTest, KeepsTheSettingsOfAMouseThatHasGoneAndReadsItAnewWhenI
     mouse().unplug();
     settle();
     EXPECT_EQ(manager->connectedDevice(), std::nullopt);
-    EXPECT_FALSE(manager->isConnected());
     EXPECT_EQ(manager->deviceState(), before);
     EXPECT_EQ(manager->liftOffLevel(), 1);
 

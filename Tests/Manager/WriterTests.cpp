@@ -49,6 +49,7 @@ protected:
          {{0, {{0x0B, 0x03}, {0x0B, 0x8B}}}}},
     };
 
+    static bool finish(QCoro::Task<bool> task) { return QCoro::waitFor(std::move(task)); }
     bool run(const Writer &writer) { return finish(writer.run(*manager)); }
 
     /// Whether something that would have to wait is refused at once.
@@ -192,25 +193,26 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
         EXPECT_FALSE(finish(std::move(task))) << "refusal " << ++count;
         EXPECT_EQ(std::exchange(messages, {}), expected) << "refusal " << count;
     };
-    expectRefusal(manager->setDPI(0, 0), {"DPI outside supported range"});
-    expectRefusal(manager->setDPI(1650, {}), {"DPI outside supported range"});
-    expectRefusal(manager->setDPI(18100, 1), {"DPI outside supported range"});
-    expectRefusal(manager->setDPI(800, 5), {"Invalid DPI stage"});
-    expectRefusal(manager->setDPI(800, -1), {"Invalid DPI stage"});
-    expectRefusal(manager->setDPIStage(5));
-    const RGBSetting setting{RGBEffect::staticColor, {1, 2, 3}, std::nullopt, 1.0, 0.5};
-    expectRefusal(manager->setRGB(RGBZone::logo, setting));
-    for (const double brightness : {-0.01, 1.2, std::numeric_limits<double>::quiet_NaN()}) {
-        auto other = setting;
-        other.brightness = brightness;
-        expectRefusal(manager->setRGB(RGBZone::scrollWheel, other));
+    for (const Int dpi : {0, 1650, 18100}) {
+        expectRefusal(manager->setDPI(dpi, 1), {"DPI outside supported range"});
     }
-    auto starlight = setting;
-    starlight.effect = RGBEffect::starlight;
-    expectRefusal(manager->setRGB(RGBZone::scrollWheel, starlight));
+    for (const Int stage : {-1, 5}) {
+        expectRefusal(manager->setDPI(800, stage), {"Invalid DPI stage"});
+        expectRefusal(manager->setDPIStage(stage));
+    }
+    expectRefusal(manager->setRGB(RGBZone::logo, wave));
+    auto setting = wave;
+    for (const double brightness : {-0.01, 1.2, std::numeric_limits<double>::quiet_NaN()}) {
+        setting.brightness = brightness;
+        expectRefusal(manager->setRGB(RGBZone::scrollWheel, setting));
+    }
+    setting = wave;
+    setting.effect = RGBEffect::starlight;
+    expectRefusal(manager->setRGB(RGBZone::scrollWheel, setting));
     const auto click = ButtonAction::leftClick();
-    expectRefusal(manager->setButtonMapping(MouseButton::back, click, 6, false));
-    expectRefusal(manager->setButtonMapping(MouseButton::back, click, -1, false));
+    for (const Int profile : {-1, 6}) {
+        expectRefusal(manager->setButtonMapping(MouseButton::back, click, profile, false));
+    }
     expectRefusal(manager->setButtonMapping(MouseButton::clutch, click, 0, false));
     expectRefusal(manager->setButtonMapping(MouseButton::left, ButtonAction::back(), 0, false),
                   {"Left button always stays Left Click"});
@@ -218,10 +220,10 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
     EXPECT_EQ(manager->deviceState(), before);
     EXPECT_THAT(takeCommands(), IsEmpty());
     // The ends of the ranges are inside; the active stage stays what it was.
-    EXPECT_TRUE(finish(manager->setDPI(18000, 0)));
+    EXPECT_TRUE(finish(manager->setDPI(18000, 4)));
     EXPECT_TRUE(finish(manager->setDPI(100, std::nullopt)));
-    EXPECT_EQ(manager->deviceState().currentDPIStage, before.currentDPIStage);
-    EXPECT_EQ(manager->deviceState().dpiStages[static_cast<std::size_t>(before.currentDPIStage)].dpi, 100);
+    EXPECT_EQ(manager->deviceState().dpiStages[4].dpi, 18000);
+    EXPECT_EQ(manager->deviceState().dpiStages[0].dpi, 100);
     EXPECT_TRUE(finish(manager->setButtonMapping(MouseButton::left, click, 0, true)));
 }
 
