@@ -93,7 +93,7 @@ protected:
         QMetaObject::invokeMethod(QCoreApplication::instance(), action, Qt::BlockingQueuedConnection);
     }
 
-    using Code = std::pair<int, int>; ///< command class and id
+    using Code = std::pair<std::uint8_t, std::uint8_t>; ///< command class and id
 
     /// The commands that went to the mouse since the last look, each once however often it was tried.
     std::vector<Code> takeCommands()

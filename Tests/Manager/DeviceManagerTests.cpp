@@ -42,10 +42,10 @@ TEST(MergeSavedState, TakesOverOnlyWhatTheModelSupports)
     smaller.dpiStages = createDefaultState(device).dpiStages;
     EXPECT_EQ(mergeSavedState(saved, device), smaller);
     smaller.currentDPIStage = createDefaultState(device).currentDPIStage;
-    saved.currentDPIStage = -1;
-    EXPECT_EQ(mergeSavedState(saved, device), smaller);
-    saved.currentDPIStage = 5;
-    EXPECT_EQ(mergeSavedState(saved, device), smaller);
+    for (const Int stage : {-1, 5}) {
+        saved.currentDPIStage = stage;
+        EXPECT_EQ(mergeSavedState(saved, device), smaller);
+    }
 }
 
 TEST_F(DeviceManagerTest, ReadsTheFirstMouseThatCanBeConfiguredAndSavesWhatItSays)

@@ -15,13 +15,11 @@ protected:
         std::vector<Code> commands;
         std::function<QCoro::Task<bool>(DeviceManager &)> run;
         std::function<void(DeviceState &)> effect;
-        /// The commands that go out when each of the above fails, where they are not the same.
-        std::map<int, std::vector<Code>> commandsAfterFailure = {};
+        /// What goes out when the first of the commands fails, and so on; absent where all do.
+        std::vector<std::vector<Code>> commandsAfterFailure = {};
     };
 
     static inline const RGBSetting wave{RGBEffect::wave, {128, 0, 128}, std::nullopt, 0.5, 0.25};
-    static inline const std::string remap = "Failed to apply button mapping";
-    static inline const std::string lift = "Failed to set lift-off distance";
     const std::vector<Writer> writers{
         {"Failed to set DPI",
          {{0x04, 0x06}},
@@ -35,22 +33,20 @@ protected:
          {{0x0F, 0x04}, {0x0F, 0x02}},
          [](auto &m) { return m.setRGB(RGBZone::logo, wave); },
          [](auto &state) { state.rgbSettings[RGBZone::logo] = wave; },
-         {{0, {{0x0F, 0x04}}}, {1, {{0x0F, 0x04}, {0x0F, 0x02}, {0x0F, 0x04}}}}}, // the old brightness again
-        {remap,
+         {{{0x0F, 0x04}}, {{0x0F, 0x04}, {0x0F, 0x02}, {0x0F, 0x04}}}}, // the old brightness again
+        {"Failed to apply button mapping",
          {{0x02, 0x0C}, {0x02, 0x0C}, {0x02, 0x8C}},
          [](auto &m) { return m.setButtonMapping(MouseButton::back, ButtonAction::dpiChange(2), 3, false); },
          [](auto &state) { state.buttonMappings.at(MouseButton::back) = ButtonAction::dpiChange(2); },
-         {{0, {{0x02, 0x0C}, {0x02, 0x0C}}},
-          {1, {{0x02, 0x0C}, {0x02, 0x0C}}}}}, // both profiles all the same
-        {lift,
+         {{{0x02, 0x0C}, {0x02, 0x0C}}, {{0x02, 0x0C}, {0x02, 0x0C}}}}, // both profiles all the same
+        {"Failed to set lift-off distance",
          {{0x0B, 0x03}, {0x0B, 0x0B}, {0x0B, 0x8B}},
          [](auto &m) { return m.setLiftOff(2); },
          [](auto &) {},
-         {{0, {{0x0B, 0x03}, {0x0B, 0x8B}}}}},
+         {{{0x0B, 0x03}, {0x0B, 0x8B}}}},
     };
 
-    static bool finish(QCoro::Task<bool> task) { return QCoro::waitFor(std::move(task)); }
-    bool run(const Writer &writer) { return finish(writer.run(*manager)); }
+    bool run(const Writer &writer) { return QCoro::waitFor(writer.run(*manager)); }
 
     /// Whether something that would have to wait is refused at once.
     static bool isRefused(QCoro::Task<bool> task)
@@ -81,10 +77,9 @@ TEST_F(WriterTest, ChangesTheMouseThenWhatIsShownAndSavedAndNothingBefore)
         EXPECT_EQ(takeCommands(), writer.commands);
         EXPECT_EQ(manager->deviceState(), expected);
         EXPECT_EQ(stored(0x0099), expected);
-        EXPECT_EQ(messages, std::vector<std::string>(writer.failure == remap ? 1 : 0, "Button remapped"));
-        const Int level = writer.failure == lift ? 2 : 1;
-        EXPECT_EQ(manager->liftOffLevel(), level);
-        EXPECT_EQ(mouse().state().liftOff, level);
+        const bool isMapping = writer.commands[0] == Code(0x02, 0x0C);
+        EXPECT_EQ(messages, std::vector<std::string>(isMapping ? 1 : 0, "Button remapped"));
+        EXPECT_EQ(manager->liftOffLevel(), writer.commands[0] == Code(0x0B, 0x03) ? 2 : 1);
     }
 }
 
@@ -92,26 +87,22 @@ TEST_F(WriterTest, ChangesTheMouseThenWhatIsShownAndSavedAndNothingBefore)
 TEST_F(WriterTest, LeavesEverythingAsItWasWhenACommandFails)
 {
     for (const auto &writer : writers) {
-        for (int command = 0; command < std::ssize(writer.commands); ++command) {
+        for (std::size_t index = 0; index < writer.commands.size(); ++index) {
             for (const auto kind : {Kind::rejected, Kind::notReady}) {
-                const auto code = writer.commands[static_cast<std::size_t>(command)];
+                const auto code = writer.commands[index];
                 if (kind == Kind::notReady && code.second < 0x80) {
                     continue; // a write counts as taken then
                 }
-                SCOPED_TRACE(writer.failure + " " + std::to_string(command));
+                SCOPED_TRACE(writer.failure + " " + std::to_string(index));
                 plugIn({"basilisk-v3"});
                 const auto before = manager->deviceState();
                 const auto storedBefore = defaults->values;
-                const auto end = writer.commands.begin() + command;
-                mouse().addFault({.kind = kind,
-                                  .commandClass = static_cast<std::uint8_t>(code.first),
-                                  .commandID = static_cast<std::uint8_t>(code.second),
-                                  .skip = static_cast<int>(std::count(writer.commands.begin(), end, code)),
-                                  .times = kind == Kind::rejected ? 1 : -1});
+                // Of the two that are alike, the first is at the front.
+                const int skip = index > 0 && writer.commands[index - 1] == code ? 1 : 0;
+                mouse().addFault({kind, code.first, code.second, skip, kind == Kind::rejected ? 1 : -1});
                 EXPECT_FALSE(run(writer));
-                const auto known = writer.commandsAfterFailure.find(command);
-                const bool isKnown = known != writer.commandsAfterFailure.end();
-                EXPECT_EQ(takeCommands(), isKnown ? known->second : writer.commands);
+                const auto &known = writer.commandsAfterFailure;
+                EXPECT_EQ(takeCommands(), index < known.size() ? known[index] : writer.commands);
                 EXPECT_EQ(manager->deviceState(), before);
                 EXPECT_EQ(defaults->values, storedBefore);
                 EXPECT_THAT(messages, ElementsAre(writer.failure));
@@ -190,7 +181,7 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
     const auto before = manager->deviceState();
     int count = 0;
     const auto expectRefusal = [&](QCoro::Task<bool> task, const std::vector<std::string> &expected = {}) {
-        EXPECT_FALSE(finish(std::move(task))) << "refusal " << ++count;
+        EXPECT_FALSE(QCoro::waitFor(std::move(task))) << "refusal " << ++count;
         EXPECT_EQ(std::exchange(messages, {}), expected) << "refusal " << count;
     };
     for (const Int dpi : {0, 1650, 18100}) {
@@ -220,11 +211,11 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
     EXPECT_EQ(manager->deviceState(), before);
     EXPECT_THAT(takeCommands(), IsEmpty());
     // The ends of the ranges are inside; the active stage stays what it was.
-    EXPECT_TRUE(finish(manager->setDPI(18000, 4)));
-    EXPECT_TRUE(finish(manager->setDPI(100, std::nullopt)));
+    EXPECT_TRUE(QCoro::waitFor(manager->setDPI(18000, 4)));
+    EXPECT_TRUE(QCoro::waitFor(manager->setDPI(100, std::nullopt)));
     EXPECT_EQ(manager->deviceState().dpiStages[4].dpi, 18000);
     EXPECT_EQ(manager->deviceState().dpiStages[0].dpi, 100);
-    EXPECT_TRUE(finish(manager->setButtonMapping(MouseButton::left, click, 0, true)));
+    EXPECT_TRUE(QCoro::waitFor(manager->setButtonMapping(MouseButton::left, click, 0, true)));
 }
 
 TEST_F(WriterTest, SaysThatThereIsNoMouseWhereAControlCouldStillBeUsed)
@@ -247,12 +238,13 @@ TEST_F(WriterTest, BelievesWhatIsReadBackAndNotThatItWasAccepted)
     other.liftOff = 0;
     const auto disturb = [&] { mouse().setState(other); };
     time->duringPause(0, disturb); // the write is on its way
-    EXPECT_FALSE(finish(manager->setButtonMapping(MouseButton::back, ButtonAction::doubleClick(), 0, false)));
+    EXPECT_FALSE(
+        QCoro::waitFor(manager->setButtonMapping(MouseButton::back, ButtonAction::doubleClick(), 0, false)));
     EXPECT_THAT(messages, ElementsAre("Failed to apply button mapping"));
     EXPECT_EQ(manager->deviceState(), before);
 
     time->duringPause(1, disturb);
-    EXPECT_FALSE(finish(manager->setLiftOff(2)));
+    EXPECT_FALSE(QCoro::waitFor(manager->setLiftOff(2)));
     EXPECT_EQ(manager->liftOffLevel(), 0);
 }
 
