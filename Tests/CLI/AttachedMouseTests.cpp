@@ -18,6 +18,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using JSON = nlohmann::ordered_json;
 using Transfers = std::vector<SimulatedMouse::Transfer>;
 using namespace RazerProtocol;
@@ -32,17 +33,13 @@ bool isSame(const CommandCode &code, const SimulatedMouse::Transfer &transfer)
 Transfers requests(const Transfers &transfers)
 {
     Transfers sent;
-    for (std::size_t i = 0; i < transfers.size(); ++i) {
-        const auto &transfer = transfers[i];
-        EXPECT_EQ(transfer.status, 0);
-        EXPECT_EQ(transfer.isSet, i % 2 == 0);
-        if (transfer.isSet) {
-            sent.push_back(transfer);
-        } else if (!sent.empty()) {
-            EXPECT_EQ(transfer.bytes.at(0), 0x02);
-            EXPECT_TRUE(std::equal(transfer.bytes.begin() + 6, transfer.bytes.begin() + 8,
-                                   sent.back().bytes.begin() + 6));
-        }
+    for (std::size_t i = 0; i + 1 < transfers.size(); i += 2) {
+        const auto &request = transfers[i];
+        const auto &answer = transfers[i + 1];
+        EXPECT_TRUE(request.isSet && !answer.isSet);
+        EXPECT_EQ(answer.bytes.at(0), 0x02);
+        EXPECT_TRUE(std::equal(&answer.bytes.at(6), &answer.bytes.at(8), &request.bytes.at(6)));
+        sent.push_back(request);
     }
     EXPECT_EQ(transfers.size(), 2 * sent.size());
     return sent;
@@ -72,6 +69,7 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
 {
     using namespace code;
     const auto &model = GetParam();
+    const bool isBasiliskV3 = model.productID == BasiliskProductID::basiliskV3;
     RazerDevice device;
     device.vendorID = razerVendorID;
     device.productID = rawValue(model.productID);
@@ -107,8 +105,8 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
         auto sent = requests(mouse.takeTransfers());
         for (const auto &request : sent) {
             const bool isDPI = request.bytes[offset::commandClass] == setDPIStages.commandClass;
-            EXPECT_EQ(request.wIndex, model.reportIndex);
-            EXPECT_EQ(request.bytes[offset::transactionID], isDPI ? model.dpiTransactionID : 0x1F);
+            EXPECT_EQ(request.wIndex, isBasiliskV3 ? 3 : 0);
+            EXPECT_EQ(request.bytes[offset::transactionID], isDPI && isBasiliskV3 ? 0xFF : 0x1F);
         }
         // The battery is read in its own time.
         std::erase_if(sent, [](const auto &request) {
@@ -177,7 +175,15 @@ TEST_F(AttachedMouseTest, PermissionIsMissedAtOnce)
     EXPECT_EQ(read.status, 4);
     EXPECT_THAT(read.output, IsEmpty());
     EXPECT_THAT(read.error, AllOf(HasSubstr(attached->hidrawNode(0)), HasSubstr("70-kelmoth.rules")));
-    EXPECT_EQ(shell(asNobody + "kelmothctl doctor").status, 4);
+    const auto doctor = shell(asNobody + "kelmothctl doctor");
+    EXPECT_EQ(doctor.status, 4);
+    EXPECT_THAT(doctor.output,
+                AllOf(HasSubstr("interface 0, takes commands"), HasSubstr("No permission to open"),
+                      Not(HasSubstr("\x1b")), HasSubstr("but you may not open it")));
+    const auto json = JSON::parse(shell("kelmothctl doctor --json").output);
+    EXPECT_EQ(json["canConfigure"], ::geteuid() == 0);
+    EXPECT_EQ(json["hidNodes"][0]["takesCommands"], true);
+    EXPECT_EQ(json["hidNodes"][1]["takesCommands"], false);
     EXPECT_THAT(mouse.takeTransfers(), IsEmpty());
 }
 

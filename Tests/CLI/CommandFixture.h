@@ -1,15 +1,11 @@
 #pragma once
 
 #include "CLI/Session.h"
-#include "Platform/Simulated/SimulatedPlatform.h"
-#include "Tests/Core/RecordedLog.h"
-#include "Tests/Manager/MemoryDefaults.h"
-#include "Tests/Simulated/ManualTime.h"
+#include "Tests/Manager/SimulatedMachineTest.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>
 #include <QTemporaryFile>
-#include <gmock/gmock.h>
 
 namespace kelmoth {
 
@@ -20,21 +16,14 @@ public:
     std::string text() { return seek(0) ? readAll().toStdString() : "?"; }
 };
 
-/// Commands on simulated mice, in a time that nobody has to wait for.
-class CommandTest : public testing::Test {
+/// Commands on simulated mice.
+class CommandTest : public SimulatedMachineTest {
 protected:
-    using Kind = SimulatedFault::Kind;
     using JSON = nlohmann::ordered_json;
 
     CommandTest() { qputenv("XDG_RUNTIME_DIR", qgetenv("HOME")); }
-    ~CommandTest() override { Platform::setCurrent({}); }
 
-    SimulatedMouse &plugIn(std::string_view model)
-    {
-        mice.push_back(std::make_shared<SimulatedMouse>(*SimulatedModel::named(model), time->clock()));
-        return *mice.back();
-    }
-    SimulatedMouse &plugInOnly(std::string_view model)
+    SimulatedMouse &plugInOnly(const std::string &model)
     {
         mice.clear();
         return plugIn(model);
@@ -63,27 +52,15 @@ protected:
         OutputFile standardOutput;
         OutputFile standardError;
         Output output(standardOutput.handle(), standardError.handle());
-        const auto machine = simulatedMachine(mice);
         auto status = ExitStatus::failed;
         {
-            Platform platform;
-            platform.log = log;
-            platform.userDefaults = defaults;
-            platform.sleeper = time;
-            platform.hid = machine.hid;
-            platform.usb = machine.usb;
-            Session session(invocation.options, platform, &output);
+            Session session(invocation.options, platform(), &output);
             status = QCoro::waitFor(invocation.command->run(&session));
         }
         QCoreApplication::processEvents();
         output.showComplaints();
         return {status, standardOutput.text(), standardError.text()};
     }
-
-    std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();
-    std::shared_ptr<RecordedLog> log = RecordedLog::install();
-    std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
-    std::vector<std::shared_ptr<SimulatedMouse>> mice;
 };
 
 } // namespace kelmoth

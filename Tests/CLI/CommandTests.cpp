@@ -1,8 +1,5 @@
-#include "CLI/DoctorReport.h"
 #include "CLI/MouseChanges.h"
 #include "Tests/CLI/CommandFixture.h"
-
-#include <cerrno>
 
 namespace kelmoth {
 namespace {
@@ -140,37 +137,6 @@ TEST(MouseChangesTest, OrderWhatHappenedBetweenTwoLists)
     EXPECT_THAT(
         changesBetween({gone, stays, charging}, {charged, stays, comes}),
         ElementsAre(is(detached, gone), is(battery, charged), is(attached, comes), is(battery, comes)));
-}
-
-TEST(DoctorReportTest, JudgesByTheNodeThatTakesCommands)
-{
-    Examination examination;
-    auto &node = examination.hidNodes.emplace_back();
-    node.vendorID = 0x1532;
-    node.productID = 0x0099;
-    node.name = "Mouse\x1b[2J\nA mouse can be configured.";
-    node.transport = "USB";
-    node.maxFeatureReportSize = 91;
-    const auto good = node;
-    for (const auto &spoil : std::vector<std::function<void()>>{
-             [&] { node.access = EIO; }, [&] { node.maxFeatureReportSize = 16; },
-             [&] { node.transport = "Bluetooth"; }, [&] { node.vendorID = 0x068E; },
-             [&] { node.productID = 0x10099; }}) {
-        spoil();
-        EXPECT_EQ(verdict(examination), ExitStatus::noMouse);
-        node = good;
-    }
-    node.access = EACCES;
-    using enum DoctorProblem::Kind;
-    examination.problems = {{noAccess, "One is refused.", "Do it."}, {rulesMissing, "No rule.", "Do it."}};
-    EXPECT_EQ(verdict(examination), ExitStatus::noPermission);
-    EXPECT_THAT(renderExamination(examination, {}),
-                AllOf(HasSubstr("takes commands"), HasSubstr("One is refused.\nNo rule.\n  Do it.\n"),
-                      Not(HasSubstr("\x1b")), Not(HasSubstr("\nA mouse can"))));
-    EXPECT_EQ(examinationJSON(examination)["canConfigure"], false);
-    // One mouse that works makes up for another that does not.
-    examination.hidNodes.push_back(good);
-    EXPECT_EQ(examinationJSON(examination)["canConfigure"], true);
 }
 
 } // namespace

@@ -10,20 +10,7 @@
 #include <QEventLoop>
 #include <gmock/gmock.h>
 
-#include <unistd.h>
-
 namespace kelmoth {
-
-/// Time in which many files that may not be opened can be tried.
-class PatientTime : public ManualTime {
-public:
-    void sleep(std::chrono::microseconds duration) override
-    {
-        // umockdev keeps a place for each open that fails, under this very number, and has few of them.
-        ::close(-1);
-        ManualTime::sleep(duration);
-    }
-};
 
 /// The Linux rooms on a machine whose mice are mocked, in a time that nobody has to wait for.
 class HardwareTest : public MockedMachineTest {
@@ -56,7 +43,7 @@ protected:
         return condition();
     }
 
-    std::shared_ptr<PatientTime> time = std::make_shared<PatientTime>();
+    std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();
     std::shared_ptr<HidrawNodes> nodes = std::make_shared<HidrawNodes>(time);
     std::shared_ptr<LinuxHIDService> hid = std::make_shared<LinuxHIDService>(nodes);
     std::shared_ptr<LinuxUSBService> usb = std::make_shared<LinuxUSBService>(nodes, time);

@@ -15,7 +15,8 @@ struct MockHidraw {
     const std::shared_ptr<SimulatedMouse> mouse;
     const std::uint16_t interface;
     std::atomic<std::uint16_t> productID = mouse->model().productID; ///< of the device that has the node now
-    std::atomic<bool> isGone = false;         ///< the device was removed while the node was open
+    std::atomic<bool> isDenied = false; ///< nobody may open it; the kernel says so a call later than it would
+    std::atomic<bool> isGone = false;   ///< the device was removed while the node was open
     std::atomic<bool> isNextWriteCut = false; ///< the next report that goes well counts a byte less
 
     /// Performs an ioctl; `argument` is what its argument points to. Its result, or a negative errno.
@@ -23,6 +24,9 @@ struct MockHidraw {
     {
         if (isGone) {
             return -ENODEV;
+        }
+        if (isDenied) {
+            return -EACCES;
         }
         if (request == HIDIOCGRAWINFO) {
             const ::hidraw_devinfo info{3, 0x1532, static_cast<__s16>(productID.load())};

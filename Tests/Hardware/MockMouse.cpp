@@ -31,7 +31,6 @@ int performOnHidraw(MockHidraw &hidraw, UMockdevIoctlClient *client)
 /// What the kernel does on a mouse's node in /dev/bus/usb, as far as libusb asks for it.
 struct MockUsbfs {
     const std::shared_ptr<SimulatedMouse> mouse;
-    const std::size_t interfaces;
     const bool hasDriver;
     GObjectPtr<UMockdevIoctlData> urb = {}; ///< performed, and not reaped yet
 
@@ -40,9 +39,6 @@ struct MockUsbfs {
         auto *const argument = umockdev_ioctl_client_get_arg(client);
         switch (umockdev_ioctl_client_get_request(client)) {
         case USBDEVFS_CLAIMINTERFACE:
-            if (bytesOf(*pointee(argument, 0, sizeof(int)))[0] >= interfaces) {
-                return -ENOENT;
-            }
             return hasDriver ? -EBUSY : 0;
         case USBDEVFS_SUBMITURB:
             return mouse->isAttached() ? submit(argument) : -ENODEV;
@@ -153,7 +149,7 @@ void MockMouse::addUSB()
             addHID(i, interface);
         }
     }
-    const auto usbfs = std::shared_ptr<MockUsbfs>(new MockUsbfs{m_mouse, count, m_options.hasDriver});
+    const auto usbfs = std::shared_ptr<MockUsbfs>(new MockUsbfs{m_mouse, m_options.hasDriver});
     // A device and its configuration with one interface, which is all that libusb looks for.
     m_nodes.push_back(usbNode());
     m_testbed->addNode(usbNode(), {18, 1, 0,  2, 0, 0, 0, 64,   0,   0, 0, 0, 0, 2, 1, 2, 3, 1,

@@ -1,20 +1,14 @@
 #include "Tests/Hardware/MockTestbed.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <system_error>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
 namespace kelmoth {
 
 namespace {
-
-constexpr ::uid_t nobody = 65534;
 
 gboolean handleIoctl(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer handler)
 {
@@ -38,20 +32,6 @@ GObjectPtr<UMockdevIoctlData> pointee(UMockdevIoctlData *data, std::size_t offse
 void update(UMockdevIoctlData *data, std::span<std::uint8_t> bytes, std::size_t offset)
 {
     umockdev_ioctl_data_update(data, offset, bytes.data(), static_cast<gint>(bytes.size()));
-}
-
-WithoutRights::WithoutRights() : m_user(::geteuid())
-{
-    if (m_user == 0 && ::seteuid(nobody) != 0) {
-        throw std::system_error(errno, std::generic_category(), "seteuid");
-    }
-}
-
-WithoutRights::~WithoutRights()
-{
-    if (m_user == 0 && ::seteuid(m_user) != 0) {
-        std::abort(); // further tests would judge something else
-    }
 }
 
 MockTestbed::MockTestbed()

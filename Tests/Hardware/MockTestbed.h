@@ -21,19 +21,6 @@ GObjectPtr<UMockdevIoctlData> pointee(UMockdevIoctlData *data, std::size_t offse
 /// Puts bytes into the program's memory.
 void update(UMockdevIoctlData *data, std::span<std::uint8_t> bytes, std::size_t offset = 0);
 
-/// Makes this process a user without rights for as long as it lives. A process that has none to begin with
-/// stays as it is.
-class WithoutRights {
-public:
-    WithoutRights();
-    ~WithoutRights();
-    WithoutRights(const WithoutRights &) = delete;
-    WithoutRights &operator=(const WithoutRights &) = delete;
-
-private:
-    const unsigned m_user;
-};
-
 /// A /sys and a /dev of this test's own, for this process and those it starts. Real libudev and real ioctls
 /// see it in place of the machine's, as long as the test runs under umockdev-wrapper.
 class MockTestbed {

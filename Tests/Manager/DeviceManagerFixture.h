@@ -2,42 +2,37 @@
 
 #include "Core/HID/DeviceManager.h"
 #include "Core/HID/RazerProtocol.h"
-#include "Tests/Core/SimulatedMouseFixture.h"
-#include "Tests/Manager/MemoryDefaults.h"
+#include "Tests/Manager/SimulatedMachineTest.h"
 
 #include <QCoreApplication>
+#include <QCoroTask>
 
 namespace kelmoth {
 
-/// A manager on simulated mice, in a time that nobody has to wait for.
-class DeviceManagerTest : public testing::Test {
+/// A manager on simulated mice.
+class DeviceManagerTest : public SimulatedMachineTest {
 protected:
-    using Kind = SimulatedFault::Kind;
-
     ~DeviceManagerTest() override
     {
         manager.reset();
         monitor.reset();
-        Platform::setCurrent({});
     }
 
-    /// The model of a command-line name.
-    virtual SimulatedModel simulated(const std::string &name) { return SimulatedModel::named(name).value(); }
-
-    /// Plugs mice in, starts to watch, and waits for the first full read.
-    void plugIn(const std::vector<std::string> &models)
+    /// Plugs mice in, starts to watch, and waits for the first full read. With twins, it is those that are
+    /// listed: pulled out, they leave the list, and the mice still answer.
+    void plugIn(const std::vector<std::string> &models, bool hasTwins = false)
     {
         mice.clear();
-        for (const auto &model : models) {
-            mice.push_back(std::make_shared<SimulatedMouse>(simulated(model), time->clock()));
+        std::ranges::for_each(models, [this](const auto &model) { SimulatedMachineTest::plugIn(model); });
+        auto machine = platform();
+        listed = mice;
+        if (hasTwins) {
+            mice.clear();
+            std::ranges::for_each(models, [this](const auto &model) { SimulatedMachineTest::plugIn(model); });
+            machine.usb = platform().usb;
         }
-        const auto machine = simulatedMachine(mice);
         manager.reset();
-        Platform platform;
-        platform.sleeper = time;
-        platform.hid = machine.hid;
-        platform.usb = machine.usb;
-        monitor = std::make_unique<HIDMonitor>(platform);
+        monitor = std::make_unique<HIDMonitor>(machine);
         toasts = std::make_unique<ToastManager>();
         manager = std::make_unique<DeviceManager>(*monitor, *toasts, defaults);
         QObject::connect(toasts.get(), &ToastManager::currentToastChanged, toasts.get(), [this] {
@@ -74,6 +69,13 @@ protected:
     }
 
     SimulatedMouse &mouse() { return *mice.front(); }
+
+    bool finish(QCoro::Task<bool> task)
+    {
+        const bool result = QCoro::waitFor(std::move(task));
+        QCoreApplication::processEvents();
+        return result;
+    }
 
     /// Changes what a mouse holds, as its buttons could.
     static void change(SimulatedMouse &mouse, const std::function<void(SimulatedMouse::State &)> &action)
@@ -115,9 +117,7 @@ protected:
         return text ? decodeDeviceState(*text) : std::nullopt;
     }
 
-    std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();
-    std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
-    std::vector<std::shared_ptr<SimulatedMouse>> mice;
+    std::vector<std::shared_ptr<SimulatedMouse>> listed; ///< the mice, or their twins
     std::unique_ptr<HIDMonitor> monitor;
     std::unique_ptr<ToastManager> toasts;
     std::unique_ptr<DeviceManager> manager;

@@ -8,31 +8,26 @@
 namespace kelmoth {
 namespace {
 
-TEST(ToastManager, ShowsOneMessageForItsTime)
+TEST(ToastManager, ATimerHidesItsToastAndNeverItsSuccessor)
 {
     ToastManager manager;
     QSignalSpy changes(&manager, &ToastManager::currentToastChanged);
-    manager.error("first");
-    EXPECT_EQ(manager.currentToast()->duration, 4.0);
-    manager.success("second");
-    EXPECT_EQ(manager.currentToast()->duration, 2.5);
-    manager.show(ToastType::info, "short", 0.001);
-    EXPECT_TRUE(changes.wait());
-    EXPECT_EQ(changes.count(), 4);
-    EXPECT_EQ(manager.currentToast(), std::nullopt);
-}
-
-TEST(ToastManager, ATimerNeverHidesTheSuccessorOfItsToast)
-{
-    ToastManager manager;
     manager.show(ToastType::error, "first", 0.0);
     // When its time is up, and its going is queued, the second one comes.
-    QTimer::singleShot(0, &manager, [&] { manager.show(ToastType::error, "second", 60.0); });
+    QTimer next;
+    next.setSingleShot(true);
+    next.callOnTimeout([&] { manager.error("second"); });
+    next.start(0);
     for (int turn = 0; turn < 5; ++turn) {
         QCoreApplication::processEvents();
     }
     ASSERT_TRUE(manager.isShowing());
     EXPECT_EQ(manager.currentToast()->message, "second");
+    EXPECT_EQ(manager.currentToast()->duration, 4.0);
+    manager.show(ToastType::info, "third", 0.0);
+    EXPECT_TRUE(changes.wait());
+    EXPECT_EQ(manager.currentToast(), std::nullopt);
+    EXPECT_EQ(changes.count(), 4);
 }
 
 } // namespace

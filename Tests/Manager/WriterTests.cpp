@@ -46,7 +46,7 @@ protected:
          {{{0x0B, 0x03}, {0x0B, 0x8B}}}},
     };
 
-    bool run(const Writer &writer) { return QCoro::waitFor(writer.run(*manager)); }
+    bool run(const Writer &writer) { return finish(writer.run(*manager)); }
 
     /// Whether something that would have to wait is refused at once.
     static bool isRefused(QCoro::Task<bool> task)
@@ -116,16 +116,17 @@ TEST_F(WriterTest, LeavesEverythingAsItWasWhenACommandFails)
     }
 }
 
+/// The mouse is pulled out, or leaves the list and answers all the same.
 TEST_F(WriterTest, IsSilentWhenTheMouseChangesDuringAnyWait)
 {
     for (const auto &writer : writers) {
-        for (int pause = 0; pause < std::ssize(writer.commands); ++pause) {
-            SCOPED_TRACE(writer.failure + " " + std::to_string(pause));
+        for (std::size_t wait = 0; wait < 2 * writer.commands.size(); ++wait) {
+            SCOPED_TRACE(writer.failure + " " + std::to_string(wait));
             defaults->values.clear();
-            plugIn({"basilisk-v3", "basilisk-v3-pro-wired"});
+            plugIn({"basilisk-v3", "basilisk-v3-pro-wired"}, wait >= writer.commands.size());
             const auto storedBefore = stored(0x0099);
-            time->duringPause(pause, [&] {
-                mouse().unplug();
+            time->duringPause(static_cast<int>(wait % writer.commands.size()), [&] {
+                listed.front()->unplug();
                 onMainThread([] {});
             });
             EXPECT_FALSE(run(writer));
@@ -181,7 +182,7 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
     const auto before = manager->deviceState();
     int count = 0;
     const auto expectRefusal = [&](QCoro::Task<bool> task, const std::vector<std::string> &expected = {}) {
-        EXPECT_FALSE(QCoro::waitFor(std::move(task))) << "refusal " << ++count;
+        EXPECT_FALSE(finish(std::move(task))) << "refusal " << ++count;
         EXPECT_EQ(std::exchange(messages, {}), expected) << "refusal " << count;
     };
     for (const Int dpi : {0, 1650, 18100}) {
@@ -211,11 +212,11 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
     EXPECT_EQ(manager->deviceState(), before);
     EXPECT_THAT(takeCommands(), IsEmpty());
     // The ends of the ranges are inside; the active stage stays what it was.
-    EXPECT_TRUE(QCoro::waitFor(manager->setDPI(18000, 4)));
-    EXPECT_TRUE(QCoro::waitFor(manager->setDPI(100, std::nullopt)));
+    EXPECT_TRUE(finish(manager->setDPI(18000, 4)));
+    EXPECT_TRUE(finish(manager->setDPI(100, std::nullopt)));
     EXPECT_EQ(manager->deviceState().dpiStages[4].dpi, 18000);
     EXPECT_EQ(manager->deviceState().dpiStages[0].dpi, 100);
-    EXPECT_TRUE(QCoro::waitFor(manager->setButtonMapping(MouseButton::left, click, 0, true)));
+    EXPECT_TRUE(finish(manager->setButtonMapping(MouseButton::left, click, 0, true)));
 }
 
 TEST_F(WriterTest, SaysThatThereIsNoMouseWhereAControlCouldStillBeUsed)
@@ -238,13 +239,12 @@ TEST_F(WriterTest, BelievesWhatIsReadBackAndNotThatItWasAccepted)
     other.liftOff = 0;
     const auto disturb = [&] { mouse().setState(other); };
     time->duringPause(0, disturb); // the write is on its way
-    EXPECT_FALSE(
-        QCoro::waitFor(manager->setButtonMapping(MouseButton::back, ButtonAction::doubleClick(), 0, false)));
+    EXPECT_FALSE(finish(manager->setButtonMapping(MouseButton::back, ButtonAction::doubleClick(), 0, false)));
     EXPECT_THAT(messages, ElementsAre("Failed to apply button mapping"));
     EXPECT_EQ(manager->deviceState(), before);
 
     time->duringPause(1, disturb);
-    EXPECT_FALSE(QCoro::waitFor(manager->setLiftOff(2)));
+    EXPECT_FALSE(finish(manager->setLiftOff(2)));
     EXPECT_EQ(manager->liftOffLevel(), 0);
 }
 
