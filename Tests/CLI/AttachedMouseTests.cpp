@@ -79,23 +79,21 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
     }
     fullRead.insert(fullRead.end(), defaultButtonMappings(device).size(), getButtonMapping);
     fullRead.push_back(getLiftOff);
-    const struct {
-        std::string line;
-        std::vector<CommandCode> commands;
-        std::string where;
-        JSON value;
-    } rows[]{
-        {"set dpi 900 --stage 2", {setDPIStages}, "/state/dpiStages/1/dpi", 900},
-        {"set stage 4", {setDPIStages}, "/state/currentDPIStage", 3},
+    const std::tuple<std::string, std::vector<CommandCode>, JSON::json_pointer, JSON> rows[]{
+        {"set dpi 900 --stage 2", {setDPIStages}, JSON::json_pointer("/state/dpiStages/1/dpi"), 900},
+        {"set stage 4", {setDPIStages}, JSON::json_pointer("/state/currentDPIStage"), 3},
         {"set light scroll_wheel --color 010203",
          {setBrightness, setRGB},
-         "/state/rgbSettings/1/color",
+         JSON::json_pointer("/state/rgbSettings/1/color"),
          {{"r", 1}, {"g", 2}, {"b", 3}}},
         {"set button back keyPress:ctrl+f5 --profile 2",
          {setButtonMapping, setButtonMapping, getButtonMapping},
-         "/state/buttonMappings/9/keyPress/_0",
+         JSON::json_pointer("/state/buttonMappings/9/keyPress/_0"),
          "ctrl+f5"},
-        {"set lift-off high", {prepareLiftOff, setLiftOff, getLiftOff}, "/liftOffLevel", 2},
+        {"set lift-off high",
+         {prepareLiftOff, setLiftOff, getLiftOff},
+         JSON::json_pointer("/liftOffLevel"),
+         2},
     };
     auto &mouse = plugIn(model.commandLineName);
     const auto run = [&](const std::string &line, std::vector<CommandCode> expected) {
@@ -130,14 +128,14 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
     state.currentDPIStage = held.activeStage - 1;
     EXPECT_EQ(JSON::parse(run("read --json", fullRead)),
               (JSON{{"device", shown}, {"state", JSON::parse(encode(state))}, {"liftOffLevel", 1}}));
-    for (const auto &row : rows) {
+    for (const auto &[line, commands, where, value] : rows) {
         auto expected = fullRead;
-        expected.insert(expected.end(), row.commands.begin(), row.commands.end());
-        run(row.line, expected);
+        expected.insert(expected.end(), commands.begin(), commands.end());
+        run(line, expected);
     }
     const auto read = JSON::parse(run("read --json", fullRead));
-    for (const auto &row : rows) {
-        EXPECT_EQ(read.at(JSON::json_pointer(row.where)), row.value) << row.line;
+    for (const auto &[line, commands, where, value] : rows) {
+        EXPECT_EQ(read.at(where), value) << line;
     }
 }
 
@@ -226,39 +224,35 @@ TEST_F(SavedTest, RecordsAreHonoured)
     const auto older = QStringLiteral("com.kelmoth.deviceState");
     const auto own = QStringLiteral("com.kelmoth.deviceState.185");
     const auto mark = QStringLiteral("com.kelmoth.deviceState.migrated");
-    const struct {
-        const char *what;
-        std::map<QString, std::string> values;
-        Int pollingRate; ///< which no mouse is asked for
-        const char *mark = "";
-    } rows[]{
-        {"nothing", {}, 1000},
-        {"the older record goes to the first mouse", {{older, record(500)}}, 500, "185"},
-        {"which it has been given to", {{older, record(500)}, {mark, "153"}}, 1000, "153"},
-        {"whatever the mark is", {{older, record(500)}, {mark, "by hand"}}, 1000, "by hand"},
-        {"it cannot be used", {{older, "{}"}}, 1000},
-        {"its own record stands", {{older, record(500)}, {own, record(125)}}, 125},
-        {"a damaged one is none", {{older, record(500)}, {own, "{"}}, 1000},
-        {"a huge one is none", {{older, record(500)}, {own, std::string(500'000, '[')}}, 1000},
+    // What is saved; the polling rate, which no mouse is asked for; the mark.
+    const std::tuple<std::map<QString, std::string>, Int, const char *> rows[]{
+        {{}, 1000, ""},
+        {{{older, record(500)}}, 500, "185"}, // goes to the first mouse
+        {{{older, record(500)}, {mark, "153"}}, 1000, "153"},
+        {{{older, record(500)}, {mark, "by hand"}}, 1000, "by hand"},
+        {{{older, "{}"}}, 1000, ""},
+        {{{older, record(500)}, {own, record(125)}}, 125, ""},
+        {{{older, record(500)}, {own, "{"}}, 1000, ""}, // a damaged one is none
+        {{{older, record(500)}, {own, std::string(500'000, '[')}}, 1000, ""},
     };
     auto &mouse = plugIn("basilisk-v3-x-hyperspeed");
     auto held = mouse.state();
     held.dpiStages = {700, 800, 1600, 3200, 6400};
     mouse.setState(held);
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto &[values, pollingRate, expectedMark] : rows) {
+        SCOPED_TRACE(&values - &std::get<0>(rows[0]));
         settings().clear();
-        for (const auto &[key, text] : row.values) {
+        for (const auto &[key, text] : values) {
             settings().setValue(key, QString::fromStdString(text));
         }
         const auto read = shell("kelmothctl read --json");
         EXPECT_EQ(read.status, 0) << read.error;
         const auto shown = JSON::parse(read.output).at("state");
-        EXPECT_EQ(shown.at("pollingRate"), row.pollingRate);
+        EXPECT_EQ(shown.at("pollingRate"), pollingRate);
         EXPECT_EQ(shown.at("dpiStages").at(0).at("dpi"), 700) << "the mouse knows better";
         EXPECT_EQ(value(own), shown.dump());
-        EXPECT_EQ(value(mark), row.mark);
-        EXPECT_EQ(value(older), row.values.contains(older) ? row.values.at(older) : "") << "left as it is";
+        EXPECT_EQ(value(mark), expectedMark);
+        EXPECT_EQ(value(older), values.contains(older) ? values.at(older) : "") << "left as it is";
     }
 }
 

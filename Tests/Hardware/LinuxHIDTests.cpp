@@ -117,10 +117,8 @@ TEST_F(LinuxHIDTest, TheDoctorNamesWhatStandsInTheWayOfAUserWithoutRights)
     mouse = attachMouse("basilisk-v3-pro", {.interfaces = std::vector(1, takesCommands)});
     expectProblems({});
     EXPECT_EQ(seen.usbDevices.at(0).node, mouse->usbNode());
-    EXPECT_EQ(seen.usbDevices.at(0).name, "Razer Basilisk V3 Pro");
     EXPECT_EQ(seen.usbDevices.at(0).interfaces.at(0).driver, "usbhid");
     EXPECT_EQ(seen.usbDevices.at(0).interfaces.at(0).node, mouse->hidrawNode(0));
-    EXPECT_EQ(seen.hidNodes.at(0).interface, 0);
     EXPECT_EQ(seen.hidNodes.at(0).maxFeatureReportSize, 90);
     mouse->permit(false);
     expectProblems({noAccess, rulesMissing});

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <fstream>
 #include <random>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -26,10 +27,10 @@ class SettingsUserDefaultsTest : public testing::Test {
 protected:
     ~SettingsUserDefaultsTest() override { Platform::setCurrent({}); }
 
-    QByteArray contents() const
+    std::string contents() const
     {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        std::ifstream file(path.toStdString());
+        return {std::istreambuf_iterator(file), {}};
     }
     void expectUnsaved()
     {
@@ -102,10 +103,7 @@ TEST_F(SettingsUserDefaultsTest, ReadsAFileThatIsNoneAsEmptyAndReplacesIt)
     QDir().mkpath(QFileInfo(path).path());
     for (const auto &content : files) {
         SCOPED_TRACE(content.left(60).toStdString());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        file.close();
+        std::ofstream(path.toStdString()) << content.toStdString();
         EXPECT_EQ(SettingsUserDefaults(path).dataForKey(key), std::nullopt);
         SettingsUserDefaults(path).setData(key, "{}");
         EXPECT_EQ(SettingsUserDefaults(path).dataForKey(key), "{}");
