@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "Program/CommandLine.h"
+
+namespace kelmoth {
+
+/// What the program is told at its start.
+struct Arguments {
+    /// Open the panel at once.
+    bool show = false;
+    /// Write every diagnostic line, not just those that matter to somebody who does not look for a fault.
+    bool verbose = false;
+    /// List of simulated models, unchecked; the real mice when absent.
+    std::optional<std::string> simulate;
+};
+
+/// Reads the arguments as `main` gets them.
+std::variant<Arguments, Information, UsageError> parseArguments(int argc, const char *const *argv);
+
+} // namespace kelmoth

@@ -1,0 +1,106 @@
+#include "App/TerseLog.h"
+#include "Tests/Core/RecordedLog.h"
+
+#include <QDir>
+#include <QProcess>
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+namespace kelmoth {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr int patience = 30'000; // milliseconds
+
+/// A run of the program in the test's own home, on a screen that nobody sees.
+class Program : public QProcess {
+public:
+    explicit Program(const QStringList &arguments, const QStringList &variables = {})
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        for (const auto *name : {"DBUS_SESSION_BUS_ADDRESS", "QT_QUICK_BACKEND", "QSG_RHI_BACKEND"}) {
+            environment.remove(QString::fromLatin1(name));
+        }
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), QDir::homePath());
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        for (const auto &variable : variables) {
+            environment.insert(variable.section(QLatin1Char('='), 0, 0),
+                               variable.section(QLatin1Char('='), 1));
+        }
+        setProcessEnvironment(environment);
+        setReadChannel(StandardError);
+        start(QStringLiteral(KELMOTH), arguments);
+    }
+
+    /// Reads standard error until a text is in it.
+    bool says(const std::string &text)
+    {
+        while (said.find(text) == std::string::npos) {
+            if (!waitForReadyRead(patience)) {
+                return false;
+            }
+            said += readAllStandardError().toStdString();
+        }
+        return true;
+    }
+
+    /// Waits for the end; -1 when there was none, or not by itself.
+    int status()
+    {
+        const bool hasEnded = waitForFinished(patience);
+        said += readAllStandardError().toStdString();
+        return hasEnded && exitStatus() == NormalExit ? exitCode() : -1;
+    }
+
+    std::string said;
+};
+
+TEST(ProgramTest, AnswersAndRefusesWithoutAScreen)
+{
+    const auto nowhere = QStringList{QStringLiteral("QT_QPA_PLATFORM=none")};
+    Program help({QStringLiteral("--help")}, nowhere);
+    EXPECT_EQ(help.status(), 0);
+    EXPECT_THAT(help.readAllStandardOutput().toStdString(),
+                AllOf(HasSubstr("--simulate MODEL[,MODEL...]"), HasSubstr("  basilisk-v3-pro-wired\n")));
+    Program version({QStringLiteral("--version")}, nowhere);
+    EXPECT_EQ(version.status(), 0);
+    EXPECT_THAT(version.readAllStandardOutput().toStdString(), StartsWith("kelmoth "));
+    Program wrong({QStringLiteral("--colour")}, nowhere);
+    EXPECT_EQ(wrong.status(), 2);
+    EXPECT_THAT(wrong.said, AllOf(HasSubstr("--colour"), HasSubstr("kelmoth --help")));
+    Program unknown({QStringLiteral("--simulate"), QStringLiteral("elephant")});
+    EXPECT_EQ(unknown.status(), 2);
+    EXPECT_THAT(unknown.said, HasSubstr("\"elephant\""));
+}
+
+TEST(ProgramTest, ShowsThePanelUntilItIsToldToEnd)
+{
+    Program program({QStringLiteral("--simulate"), QStringLiteral("basilisk-v3-pro-wired"),
+                     QStringLiteral("--verbose"), QStringLiteral("--show")},
+                    {QStringLiteral("QSG_INFO=1")});
+    // The last command of a full read, by when the panel has been drawn.
+    ASSERT_TRUE(program.says("00 1F 00 00 00 04 0B 8B")) << program.said;
+    ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
+    EXPECT_EQ(program.status(), 0);
+    EXPECT_THAT(program.said,
+                AllOf(HasSubstr("backend software"), Not(HasSubstr("qrc:")), Not(HasSubstr("QML"))));
+}
+
+TEST(ProgramTest, SaysOnlyWhatMatters)
+{
+    const auto recorded = std::make_shared<RecordedLog>();
+    TerseLog log(recorded);
+    for (const auto *line :
+         {"Kelmoth v1 started", "📤 USB Report sent: 00", "⚠️ Lost", "📥 USB Response: 02", "❌ Failed"}) {
+        log.write(line);
+    }
+    EXPECT_THAT(recorded->takeLines(), testing::ElementsAre("Kelmoth v1 started", "⚠️ Lost", "❌ Failed"));
+}
+
+} // namespace
+} // namespace kelmoth
