@@ -1,0 +1,123 @@
+#include "Tests/Screenshots/PanelStage.h"
+
+#include "Core/Services/Appearance.h"
+#include "Core/Services/Preferences.h"
+#include "Platform/Qt/QtPlatform.h"
+#include "Platform/Simulated/SimulatedPlatform.h"
+#include "Tests/Manager/MemoryDefaults.h"
+
+#include <QDeadlineTimer>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
+
+namespace kelmoth {
+
+namespace {
+
+constexpr int longestWait = 20'000; // milliseconds
+constexpr int stillness = 400;
+
+/// A desktop that asks for nothing but rest.
+class StillDesktop : public DesktopSettings {
+public:
+    ColorScheme colorScheme() const override { return ColorScheme::noPreference; }
+    std::optional<std::uint32_t> accentColor() const override { return std::nullopt; }
+    bool reduceMotion() const override { return true; }
+    bool reduceTransparency() const override { return false; }
+    void setChangeHandler(std::function<void()>) override {}
+};
+
+/// A program that is installed, and not started at login.
+class InstalledProgram : public LoginItemService {
+public:
+    LoginItemStatus status() const override { return LoginItemStatus::notRegistered; }
+    std::optional<std::string> registerItem() override { return std::nullopt; }
+    std::optional<std::string> unregisterItem() override { return std::nullopt; }
+    void openLoginItemsSettings() override {}
+    bool isInApplicationsFolder() const override { return true; }
+    std::string bundlePath() const override { return "/usr/bin/kelmoth"; }
+};
+
+void runEvents(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+std::vector<std::shared_ptr<SimulatedMouse>> miceNamed(const std::string &name,
+                                                       const std::shared_ptr<ManualTime> &time)
+{
+    if (name.empty()) {
+        return {};
+    }
+    return {std::make_shared<SimulatedMouse>(SimulatedModel::named(name).value(), time->clock())};
+}
+
+} // namespace
+
+Platform stillPlatform()
+{
+    Platform platform;
+    fillQtPlatform(platform);
+    platform.userDefaults = std::make_shared<MemoryDefaults>();
+    platform.desktopSettings = std::make_shared<StillDesktop>();
+    platform.loginItemService = std::make_shared<InstalledProgram>();
+    return platform;
+}
+
+Platform PanelStage::machine(const std::vector<std::shared_ptr<SimulatedMouse>> &mice,
+                             const std::shared_ptr<ManualTime> &time)
+{
+    auto machine = simulatedMachine(mice);
+    auto platform = Platform::current();
+    platform.sleeper = time;
+    platform.hid = std::move(machine.hid);
+    platform.usb = std::move(machine.usb);
+    return platform;
+}
+
+PanelStage::PanelStage(const std::string &mouse, PanelTranslator &translator)
+    : m_mice(miceNamed(mouse, m_time)),
+      m_monitor(machine(m_mice, m_time)),
+      m_manager(m_monitor, m_toasts, std::make_shared<MemoryDefaults>()),
+      m_loginItem(Platform::current().loginItemService, Platform::current().userDefaults),
+      m_panel(m_manager, m_toasts, Preferences::shared(), Appearance::shared(), m_loginItem),
+      m_window(m_panel, translator)
+{
+    m_monitor.startMonitoring();
+    for (const QDeadlineTimer end(longestWait); !hasRead() && !end.hasExpired();) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    }
+    m_window.show();
+}
+
+bool PanelStage::hasRead() const
+{
+    const auto &device = m_manager.connectedDevice();
+    if (m_mice.empty()) {
+        return true;
+    }
+    return device && !m_manager.isSyncing() &&
+           (!device->isConfigurable() || (m_manager.liftOffLevel() && device->batteryLevel));
+}
+
+QImage PanelStage::settle()
+{
+    QImage last;
+    QElapsedTimer sinceChange;
+    for (const QDeadlineTimer end(longestWait); !end.hasExpired();) {
+        runEvents(stillness / 4);
+        const auto image = m_window.grabWindow();
+        if (image != last || image.isNull()) {
+            last = image;
+            sinceChange.start();
+        } else if (sinceChange.hasExpired(stillness)) {
+            return last;
+        }
+    }
+    return {};
+}
+
+} // namespace kelmoth

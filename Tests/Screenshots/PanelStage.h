@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Core/HID/DeviceManager.h"
+#include "Core/HID/HIDMonitor.h"
+#include "Core/Services/LoginItem.h"
+#include "Core/Services/ToastManager.h"
+#include "Platform/Platform.h"
+#include "Platform/Simulated/SimulatedMouse.h"
+#include "Tests/Simulated/ManualTime.h"
+#include "UI/Views/ContentModel.h"
+#include "UI/Views/PanelTranslator.h"
+#include "UI/Views/PanelWindow.h"
+
+#include <QImage>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kelmoth {
+
+/// The platform of all pictures: nothing of it is this machine's, and nothing moves unless it always does.
+Platform stillPlatform();
+
+/// A panel on simulated mice whose time nobody has to wait for.
+class PanelStage {
+public:
+    /// `mouse` is the command-line name of the one that is attached; none when empty.
+    PanelStage(const std::string &mouse, PanelTranslator &translator);
+
+    ContentModel &panel() { return m_panel; }
+    ToastManager &toasts() { return m_toasts; }
+
+    /// Draws the panel until nothing moves any more, and gives the last picture; a null image when it does
+    /// not come to rest.
+    QImage settle();
+
+private:
+    static Platform machine(const std::vector<std::shared_ptr<SimulatedMouse>> &mice,
+                            const std::shared_ptr<ManualTime> &time);
+    bool hasRead() const;
+
+    std::shared_ptr<ManualTime> m_time = std::make_shared<ManualTime>();
+    std::vector<std::shared_ptr<SimulatedMouse>> m_mice;
+    HIDMonitor m_monitor;
+    ToastManager m_toasts;
+    DeviceManager m_manager;
+    LoginItem m_loginItem;
+    ContentModel m_panel;
+    PanelWindow m_window;
+};
+
+} // namespace kelmoth
