@@ -18,7 +18,9 @@ struct Arguments {
     std::optional<std::string> simulate;
 };
 
+using ParsedArguments = std::variant<Arguments, Information, UsageError>;
+
 /// Reads the arguments as `main` gets them.
-std::variant<Arguments, Information, UsageError> parseArguments(int argc, const char *const *argv);
+ParsedArguments parseArguments(int argc, const char *const *argv);
 
 } // namespace kelmoth

@@ -106,18 +106,12 @@ ParsedArguments parseArguments(int argc, const char *const *argv, const Commands
                      "\n\n\"kelmothctl --help\" lists the options that every command takes.");
         command->declare(*verb);
     }
-    // The parser reports all that is wrong by throwing; nothing of it leaves here.
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::CallForHelp &) {
-        return Information{app.help()};
-    } catch (const CLI::CallForVersion &) {
-        return Information{app.version() + '\n'};
-    } catch (const CLI::ExtrasError &error) {
+    const auto complaint = [&app](std::string text) {
         const auto &verb = lastVerb(app);
-        return isUnfinished(verb) ? missingWord(verb, app) : UsageError{error.what()};
-    } catch (const CLI::ParseError &error) {
-        return UsageError{error.what()};
+        return isUnfinished(verb) ? missingWord(verb, app) : UsageError{std::move(text)};
+    };
+    if (auto refusal = parseCommandLine(app, argc, argv, complaint)) {
+        return std::visit([](auto &why) -> ParsedArguments { return std::move(why); }, *refusal);
     }
     if (const auto &verb = lastVerb(app); isUnfinished(verb)) {
         return missingWord(verb, app);

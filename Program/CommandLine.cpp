@@ -18,6 +18,24 @@ void declareCommonOptions(CLI::App &app, const CommonOptions &options)
     app.get_formatter()->column_width(26);
 }
 
+std::optional<Refusal> parseCommandLine(CLI::App &app, int argc, const char *const *argv,
+                                        const std::function<UsageError(std::string)> &complaint)
+{
+    // The parser reports all that is wrong by throwing; nothing of it leaves here.
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp &) {
+        return Information{app.help()};
+    } catch (const CLI::CallForVersion &) {
+        return Information{app.version() + '\n'};
+    } catch (const CLI::ExtrasError &error) {
+        return complaint(error.what());
+    } catch (const CLI::ParseError &error) {
+        return UsageError{error.what()};
+    }
+    return std::nullopt;
+}
+
 std::string modelsToSimulate()
 {
     std::string text = "Models to simulate (those with a name also as NAME:bluetooth):\n";

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
+#include <variant>
 
 namespace CLI {
 class App;
@@ -29,6 +32,17 @@ struct CommonOptions {
 /// Declares --help, --version, --simulate and --verbose. `app` has the program's name; the targets of the
 /// options outlive it.
 void declareCommonOptions(CLI::App &app, const CommonOptions &options);
+
+/// What ends a program before it begins.
+using Refusal = std::variant<Information, UsageError>;
+
+/// Reads the arguments as `main` gets them into what was declared. None when the program may go on.
+/// `complaint` puts into words that there are words which nobody takes; it gets the parser's own.
+std::optional<Refusal> parseCommandLine(
+    CLI::App &app, int argc, const char *const *argv,
+    const std::function<UsageError(std::string)> &complaint = [](std::string text) {
+        return UsageError{std::move(text)};
+    });
 
 /// The lines of a help that list the models to simulate.
 std::string modelsToSimulate();
