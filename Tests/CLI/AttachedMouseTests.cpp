@@ -13,6 +13,13 @@
 #include <csignal>
 
 namespace kelmoth {
+
+/// What a test of a model is called.
+static void PrintTo(const BasiliskModel &model, std::ostream *stream)
+{
+    *stream << model.commandLineName;
+}
+
 namespace {
 
 using testing::AllOf;
