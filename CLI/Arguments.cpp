@@ -106,9 +106,9 @@ ParsedArguments parseArguments(int argc, const char *const *argv, const Commands
                      "\n\n\"kelmothctl --help\" lists the options that every command takes.");
         command->declare(*verb);
     }
-    const auto complaint = [&app](std::string text) {
+    const auto complaint = [&app](const std::string &text) {
         const auto &verb = lastVerb(app);
-        return isUnfinished(verb) ? missingWord(verb, app) : UsageError{std::move(text)};
+        return isUnfinished(verb) ? missingWord(verb, app) : UsageError{text};
     };
     if (auto refusal = parseCommandLine(app, argc, argv, complaint)) {
         return std::visit([](auto &why) -> ParsedArguments { return std::move(why); }, *refusal);

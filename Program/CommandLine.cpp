@@ -19,7 +19,7 @@ void declareCommonOptions(CLI::App &app, const CommonOptions &options)
 }
 
 std::optional<Refusal> parseCommandLine(CLI::App &app, int argc, const char *const *argv,
-                                        const std::function<UsageError(std::string)> &complaint)
+                                        const std::function<UsageError(const std::string &)> &complaint)
 {
     // The parser reports all that is wrong by throwing; nothing of it leaves here.
     try {

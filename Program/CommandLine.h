@@ -3,7 +3,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 #include <variant>
 
 namespace CLI {
@@ -40,8 +39,8 @@ using Refusal = std::variant<Information, UsageError>;
 /// `complaint` puts into words that there are words which nobody takes; it gets the parser's own.
 std::optional<Refusal> parseCommandLine(
     CLI::App &app, int argc, const char *const *argv,
-    const std::function<UsageError(std::string)> &complaint = [](std::string text) {
-        return UsageError{std::move(text)};
+    const std::function<UsageError(const std::string &)> &complaint = [](const std::string &text) {
+        return UsageError{text};
     });
 
 /// The lines of a help that list the models to simulate.
