@@ -52,7 +52,11 @@ std::vector<std::shared_ptr<SimulatedMouse>> miceNamed(const std::string &name,
     if (name.empty()) {
         return {};
     }
-    return {std::make_shared<SimulatedMouse>(SimulatedModel::named(name).value(), time->clock())};
+    auto model = SimulatedModel::named(name == PanelStage::foreignMouse ? "basilisk-v3" : name).value();
+    if (name == PanelStage::foreignMouse) {
+        model.vendorID = otherVendorID;
+    }
+    return {std::make_shared<SimulatedMouse>(model, time->clock())};
 }
 
 } // namespace

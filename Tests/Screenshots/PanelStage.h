@@ -25,7 +25,10 @@ Platform stillPlatform();
 /// A panel on simulated mice whose time nobody has to wait for.
 class PanelStage {
 public:
-    /// `mouse` is the command-line name of the one that is attached; none when empty.
+    /// A mouse that is listed although nothing can be set on it.
+    static constexpr auto foreignMouse = "foreign";
+
+    /// `mouse` is the command-line name of the one that is attached, or `foreignMouse`; none when empty.
     PanelStage(const std::string &mouse, PanelTranslator &translator);
 
     ContentModel &panel() { return m_panel; }

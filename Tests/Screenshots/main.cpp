@@ -67,7 +67,7 @@ constexpr std::array scenes{
     Scene{"settings", mouse, [](PanelStage &stage) { stage.panel().selectTab(ContentModel::settings); }},
     Scene{"notice-none", "", [](PanelStage &) {}},
     Scene{"notice-bluetooth", "basilisk-v3-x-hyperspeed:bluetooth", [](PanelStage &) {}},
-    Scene{"notice-unsupported", "unknown", [](PanelStage &) {}},
+    Scene{"notice-unsupported", PanelStage::foreignMouse, [](PanelStage &) {}},
     Scene{"about", mouse, [](PanelStage &stage) { stage.panel().openAbout(); }},
     Scene{"toast", mouse,
           [](PanelStage &stage) {
