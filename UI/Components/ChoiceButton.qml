@@ -55,6 +55,9 @@ PressArea {
 
             anchors.verticalCenter: parent.verticalCenter
             color: root.selected ? Theme.white : Theme.label
+            fontSizeMode: Text.HorizontalFit
+            horizontalAlignment: Text.AlignHCenter
+            minimumPixelSize: 9
             size: 11
             text: root.text
             weight: root.selected ? Font.DemiBold : Font.Medium

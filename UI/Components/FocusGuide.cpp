@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 
+#include <cstdlib>
+
 namespace kelmoth {
 
 FocusGuide::FocusGuide(QObject *parent) : QObject(parent)
@@ -19,8 +21,12 @@ void FocusGuide::move(QQuickItem *container, int step) const
     if (!from || !container->isAncestorOf(from)) {
         return;
     }
-    QQuickItem *to = from->nextItemInFocusChain(step > 0);
-    if (to && container->isAncestorOf(to)) {
+    QQuickItem *to = from;
+    for (int left = std::abs(step); to && left > 0; --left) {
+        to = to->nextItemInFocusChain(step > 0);
+        to = to && container->isAncestorOf(to) ? to : nullptr;
+    }
+    if (to) {
         to->forceActiveFocus(step > 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     }
 }

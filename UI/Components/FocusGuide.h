@@ -18,8 +18,8 @@ public:
 
     bool isVisible() const { return m_visible; }
 
-    /// Moves the focus to the next (`step` 1) or previous (-1) item inside `container` that takes it; at the
-    /// end it stays.
+    /// Moves the focus by so many (`step`; backwards when negative) of the items inside `container` that take
+    /// it; where there are not so many, it stays.
     Q_INVOKABLE void move(QQuickItem *container, int step) const;
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -103,6 +103,17 @@ void Operable::setChecked(bool checked)
     }
 }
 
+void Operable::setExpanded(bool expanded)
+{
+    if (m_expanded != expanded) {
+        m_expanded = expanded;
+        Q_EMIT expandedChanged();
+        QAccessible::State changed;
+        changed.expanded = true;
+        tell(this, changed);
+    }
+}
+
 void Operable::setValue(double value)
 {
     if (m_value != value) {

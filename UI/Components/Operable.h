@@ -20,6 +20,9 @@ class Operable : public QQuickItem {
     Q_PROPERTY(bool selected READ isSelected WRITE setSelected NOTIFY selectedChanged)
     Q_PROPERTY(bool checkable MEMBER m_checkable WRITE setCheckable NOTIFY checkableChanged)
     Q_PROPERTY(bool checked READ isChecked WRITE setChecked NOTIFY checkedChanged)
+    /// Whether pressing shows or hides what belongs to it, and whether that is shown.
+    Q_PROPERTY(bool expandable MEMBER m_expandable NOTIFY expandableChanged)
+    Q_PROPERTY(bool expanded READ isExpanded WRITE setExpanded NOTIFY expandedChanged)
     Q_PROPERTY(double value READ value WRITE setValue NOTIFY valueChanged)
     Q_PROPERTY(double minimumValue MEMBER m_minimumValue NOTIFY rangeChanged)
     Q_PROPERTY(double maximumValue MEMBER m_maximumValue NOTIFY rangeChanged)
@@ -36,6 +39,8 @@ public:
     int role() const { return m_role; }
     bool isSelected() const { return m_selected; }
     bool isChecked() const { return m_checked; }
+    bool isExpandable() const { return m_expandable; }
+    bool isExpanded() const { return m_expanded; }
     double value() const { return m_value; }
     double minimumValue() const { return m_minimumValue; }
     double maximumValue() const { return m_maximumValue; }
@@ -50,6 +55,7 @@ public:
     void setSelected(bool selected);
     void setCheckable(bool checkable);
     void setChecked(bool checked);
+    void setExpanded(bool expanded);
     void setValue(double value);
 
 Q_SIGNALS:
@@ -60,6 +66,8 @@ Q_SIGNALS:
     void selectedChanged();
     void checkableChanged();
     void checkedChanged();
+    void expandableChanged();
+    void expandedChanged();
     void valueChanged();
     void rangeChanged();
 
@@ -76,6 +84,8 @@ private:
     bool m_selected = false;
     bool m_checkable = false;
     bool m_checked = false;
+    bool m_expandable = false;
+    bool m_expanded = false;
     double m_value = 0;
     double m_minimumValue = 0;
     double m_maximumValue = 1;

@@ -78,6 +78,9 @@ QAccessible::State OperableInterface::state() const
     state.selected = item()->isSelected() && item()->isSelectable();
     state.checkable = item()->isCheckable();
     state.checked = item()->isChecked() && item()->isCheckable();
+    state.expandable = item()->isExpandable();
+    state.expanded = item()->isExpanded() && item()->isExpandable();
+    state.collapsed = !item()->isExpanded() && item()->isExpandable();
     return state;
 }
 

@@ -22,13 +22,13 @@ Operable {
 
     onPressWished: tapped()
 
-    Surface {
+    Surface { // covers what is beneath, which is not blurred
         anchors.fill: parent
         anchors.leftMargin: 20
         anchors.rightMargin: 20
         borderColor: Theme.alpha(root.tint, 0.3)
         borderWidth: 1
-        color: Theme.regularMaterial
+        color: Qt.tint(Theme.controlBackground, Theme.regularMaterial)
         radius: 12
         shadowColor: Theme.alpha("black", Theme.dark ? 0.35 : 0.1)
         shadowRadius: 8

@@ -224,7 +224,6 @@ FocusScope {
                 AppText {
                     id: closeLabel
 
-                    Accessible.ignored: true
                     anchors.centerIn: parent
                     color: Theme.white
                     size: 13

@@ -61,7 +61,6 @@ Column {
                 }
 
                 AppText {
-                    Accessible.ignored: true
                     anchors.left: symbol.right
                     anchors.leftMargin: 6
                     anchors.right: check.left

@@ -44,9 +44,9 @@ Item {
     PressArea {
         id: header
 
-        Accessible.description: qsTr(root.actionName)
-        checkable: true
-        checked: root.expanded
+        description: qsTr(root.actionName)
+        expandable: true
+        expanded: root.expanded
         focusRadius: 8
         implicitHeight: line.implicitHeight + 20
         text: qsTr(root.label)
@@ -77,7 +77,6 @@ Item {
             }
 
             AppText {
-                Accessible.ignored: true
                 Layout.fillWidth: true
                 size: 12
                 text: header.text
@@ -85,7 +84,6 @@ Item {
             }
 
             AppText {
-                Accessible.ignored: true
                 Layout.maximumWidth: 130
                 color: Theme.secondaryLabel
                 horizontalAlignment: Text.AlignRight

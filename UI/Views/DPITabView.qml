@@ -104,7 +104,7 @@ ScrollArea {
                     required property string number
                     required property int stage
 
-                    Accessible.description: label + " DPI"
+                    description: label + " DPI"
                     glow: 6
                     implicitHeight: content.height + 12
                     text: qsTr("Stage") + " " + number
@@ -130,7 +130,6 @@ ScrollArea {
                         }
 
                         AppText {
-                            Accessible.ignored: true
                             anchors.horizontalCenter: parent.horizontalCenter
                             color: stage.selected ? Theme.white : Theme.label
                             size: 10
@@ -139,7 +138,6 @@ ScrollArea {
                         }
 
                         AppText {
-                            Accessible.ignored: true
                             anchors.horizontalCenter: parent.horizontalCenter
                             color: stage.selected ? Theme.white : Theme.label
                             size: 9
@@ -183,7 +181,6 @@ ScrollArea {
                     AppText {
                         id: presetLabel
 
-                        Accessible.ignored: true
                         anchors.centerIn: parent
                         color: preset.selected ? Theme.white : Theme.label
                         size: 10

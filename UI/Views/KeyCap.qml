@@ -23,7 +23,6 @@ PressArea {
     }
 
     AppText {
-        Accessible.ignored: true
         anchors.centerIn: parent
         color: root.hovered ? Theme.white : Theme.label
         font.capitalization: Font.Capitalize

@@ -62,7 +62,6 @@ Column {
                 }
 
                 AppText {
-                    Accessible.ignored: true
                     anchors.centerIn: parent
                     color: modifier.selected ? Theme.white : Theme.secondaryLabel
                     size: 9

@@ -86,8 +86,7 @@ Item {
 
         Item {
             Accessible.name: qsTr("Battery")
-            Accessible.description: root.model.batteryText
-            Accessible.role: Accessible.StaticText
+            Accessible.role: Accessible.Grouping
             implicitHeight: battery.implicitHeight + 8
             implicitWidth: battery.implicitWidth + 12
             visible: root.model.showsBattery

@@ -120,7 +120,6 @@ Item {
                     }
 
                     AppText {
-                        Accessible.ignored: true
                         color: tab.selected ? Theme.white : Theme.secondaryLabel
                         fontSizeMode: Text.HorizontalFit
                         horizontalAlignment: Text.AlignHCenter

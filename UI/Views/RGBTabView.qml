@@ -75,7 +75,6 @@ ScrollArea {
                     }
 
                     AppText {
-                        Accessible.ignored: true
                         color: effect.selected ? Theme.white : Theme.secondaryLabel
                         horizontalAlignment: Text.AlignHCenter
                         size: 8

@@ -102,6 +102,7 @@ ScrollArea {
 
         ChoiceButton {
             Layout.fillWidth: true
+            checkable: false
             role: Accessible.Button
             text: qsTr("Open Login Items")
             visible: root.model.loginNeedsApproval
