@@ -30,97 +30,102 @@ FocusScope {
         color: Theme.windowBackground
     }
 
-    Column {
-        anchors.left: parent.left
-        anchors.leftMargin: 16
-        anchors.right: parent.right
-        anchors.rightMargin: 16
+    FocusScope { // remembers the focus while the sheet has it
+        anchors.fill: parent
         enabled: !root.model.showAbout
-        y: Math.round((parent.height - height) / 2)
+        focus: !root.model.showAbout
 
-        PanelHeader {
-            bottomPadding: 10
-            model: root.model
-            opacity: root.entrance
-            topPadding: 14
-            width: parent.width
+        Column {
+            anchors.left: parent.left
+            anchors.leftMargin: 16
+            anchors.right: parent.right
+            anchors.rightMargin: 16
+            y: Math.round((parent.height - height) / 2)
 
-            transform: Translate {
-                y: -20 * (1 - root.entrance)
-            }
-        }
-
-        PanelTabBar {
-            model: root.model
-            opacity: root.entrance
-            scale: 0.9 + 0.1 * root.entrance
-            width: parent.width
-        }
-
-        Item {
-            height: 12
-            width: parent.width
-        }
-
-        Item {
-            height: 400
-            opacity: root.entrance
-            width: parent.width
-
-            transform: Translate {
-                y: 20 * (1 - root.entrance)
-            }
-
-            PanelPage {
-                current: root.model.selectedTab === 0
-                veiled: !root.model.isDeviceSupported
-
-                DPITabView {
-                    anchors.fill: parent
-                    model: root.model.dpiTab
-                }
-            }
-
-            PanelPage {
-                current: root.model.selectedTab === 1
-                veiled: !root.model.isDeviceSupported
-
-                RGBTabView {
-                    anchors.fill: parent
-                    model: root.model.rgbTab
-                }
-            }
-
-            PanelPage {
-                current: root.model.selectedTab === 2
-                veiled: !root.model.isDeviceSupported
-
-                ButtonsTabView {
-                    anchors.fill: parent
-                    model: root.model.buttonsTab
-                }
-            }
-
-            PanelPage {
-                current: root.model.selectedTab === 3
-
-                SettingsTabView {
-                    anchors.fill: parent
-                    model: root.model.settingsTab
-                }
-            }
-
-            PanelNotice {
-                anchors.fill: parent
+            PanelHeader {
+                bottomPadding: 10
                 model: root.model
-            }
-        }
+                opacity: root.entrance
+                topPadding: 14
+                width: parent.width
 
-        PanelFooter {
-            bottomPadding: 10
-            model: root.model
-            opacity: root.entrance
-            width: parent.width
+                transform: Translate {
+                    y: -20 * (1 - root.entrance)
+                }
+            }
+
+            PanelTabBar {
+                model: root.model
+                opacity: root.entrance
+                scale: 0.9 + 0.1 * root.entrance
+                width: parent.width
+            }
+
+            Item {
+                height: 12
+                width: parent.width
+            }
+
+            Item {
+                height: 400
+                opacity: root.entrance
+                width: parent.width
+
+                transform: Translate {
+                    y: 20 * (1 - root.entrance)
+                }
+
+                PanelPage {
+                    current: root.model.selectedTab === 0
+                    veiled: !root.model.isDeviceSupported
+
+                    DPITabView {
+                        anchors.fill: parent
+                        model: root.model.dpiTab
+                    }
+                }
+
+                PanelPage {
+                    current: root.model.selectedTab === 1
+                    veiled: !root.model.isDeviceSupported
+
+                    RGBTabView {
+                        anchors.fill: parent
+                        model: root.model.rgbTab
+                    }
+                }
+
+                PanelPage {
+                    current: root.model.selectedTab === 2
+                    veiled: !root.model.isDeviceSupported
+
+                    ButtonsTabView {
+                        anchors.fill: parent
+                        model: root.model.buttonsTab
+                    }
+                }
+
+                PanelPage {
+                    current: root.model.selectedTab === 3
+
+                    SettingsTabView {
+                        anchors.fill: parent
+                        model: root.model.settingsTab
+                    }
+                }
+
+                PanelNotice {
+                    anchors.fill: parent
+                    model: root.model
+                }
+            }
+
+            PanelFooter {
+                bottomPadding: 10
+                model: root.model
+                opacity: root.entrance
+                width: parent.width
+            }
         }
     }
 

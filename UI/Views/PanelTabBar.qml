@@ -10,7 +10,19 @@ Item {
 
     required property var model ///< ContentModel
 
+    /// Picks the tab that lies so many further, and gives it the focus.
+    function step(by: int): void {
+        const tab = repeater.itemAt(model.selectedTab + by);
+        if (tab) {
+            tab.triggered();
+            tab.forceActiveFocus(Qt.TabFocusReason);
+        }
+    }
+
     Accessible.role: Accessible.PageTabList
+    Keys.onLeftPressed: step(-1)
+    Keys.onRightPressed: step(1)
+
     implicitHeight: row.implicitHeight + 8
 
     Surface {
@@ -25,14 +37,13 @@ Item {
     RowLayout {
         id: row
 
-        Keys.onLeftPressed: FocusGuide.move(row, -1)
-        Keys.onRightPressed: FocusGuide.move(row, 1)
-
         anchors.fill: parent
         anchors.margins: 4
         spacing: 6
 
         Repeater {
+            id: repeater
+
             model: root.model.tabs
 
             PressArea {

@@ -1,0 +1,267 @@
+#include "Tests/UI/ViewFixture.h"
+#include "UI/Views/Texts.h"
+
+namespace kelmoth {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char *pro = "basilisk-v3-pro-wireless";
+
+constexpr auto button = QAccessible::PushButton;
+constexpr auto radio = QAccessible::RadioButton;
+constexpr auto slider = QAccessible::Slider;
+constexpr auto caption = QAccessible::StaticText;
+
+} // namespace
+
+TEST_F(ViewTest, ATapReachesTheMouseAndItsAnswerShows)
+{
+    show({pro});
+    const auto light = [this] { return mouse().state().lights.at(RGBZone::logo); };
+    struct Tap {
+        int tab;
+        const char *name;
+        QAccessible::Role role;
+        std::function<int()> held; ///< by the mouse
+        int afterwards;
+    };
+    const std::vector<Tap> taps{
+        {ContentModel::dpi, "Stage 3", radio, [&] { return mouse().state().activeStage; }, 3},
+        {ContentModel::dpi, "12K", radio, [&] { return mouse().state().dpiStages.at(2); }, 12000},
+        {ContentModel::rgb, "Logo", QAccessible::PageTab, [] { return 0; }, 0},
+        {ContentModel::rgb, "Color preset 7", radio, [&] { return light().parameters[3]; }, 229},
+        {ContentModel::rgb, "Off", radio, [&] { return light().effect; }, 0},
+        {ContentModel::settings, "High", radio, [&] { return mouse().state().liftOff; }, 2},
+    };
+    for (const auto &tap : taps) {
+        SCOPED_TRACE(tap.name);
+        panel->selectTab(tap.tab);
+        click(tap.name, tap.role);
+        finishAll();
+        EXPECT_EQ(tap.held(), tap.afterwards);
+        const auto now = state(tap.name, tap.role);
+        EXPECT_TRUE(now.checked || now.selected);
+        EXPECT_FALSE(now.disabled);
+    }
+    EXPECT_TRUE(find("High (3 mm)", caption));
+    EXPECT_THAT(messages, IsEmpty());
+}
+
+TEST_F(ViewTest, ADragOfTheSliderIsShownWhileItLastsAndWrittenAtItsEnd)
+{
+    show({pro});
+    auto *handle = find("DPI", slider);
+    ASSERT_TRUE(handle);
+    const QPoint middle = view->mapFromGlobal(handle->rect().center());
+    QTest::mousePress(view.get(), Qt::LeftButton, {}, middle);
+    const auto shown = panel->dpiTab()->shownDPIText().toUtf8();
+    EXPECT_TRUE(find(shown.constData(), caption));
+    EXPECT_THAT(takeCommands(), IsEmpty());
+    QTest::mouseRelease(view.get(), Qt::LeftButton, {}, middle);
+    finishAll();
+    const int dragged = mouse().state().dpiStages.at(0);
+    EXPECT_NEAR(dragged, 15000, 200);
+    EXPECT_EQ(formattedDPI(dragged), shown.toStdString());
+    EXPECT_EQ(handle->valueInterface()->currentValue().toInt(), dragged);
+
+    handle->valueInterface()->setCurrentValue(800);
+    finishAll();
+    EXPECT_EQ(mouse().state().dpiStages.at(0), 800);
+    EXPECT_TRUE(state("800", radio).checked);
+}
+
+TEST_F(ViewTest, AStripEndsAtItsEnds)
+{
+    show({pro});
+    panel->selectTab(ContentModel::rgb);
+    drag("Hue", slider, 0.5, 1.04);
+    finishAll();
+    const auto red = mouse().state().lights.at(RGBZone::scrollWheel).parameters;
+    EXPECT_THAT((std::vector<int>{red[3], red[4], red[5]}), ElementsAre(229, 22, 22));
+    drag("Brightness", slider, 0.5, -0.04);
+    finishAll();
+    EXPECT_EQ(mouse().state().lights.at(RGBZone::scrollWheel).brightness, 0);
+    EXPECT_TRUE(find("0%", caption));
+}
+
+TEST_F(ViewTest, AButtonIsGivenAnActionAKeyAndAProfile)
+{
+    show({pro});
+    const auto assigned = [this](MouseButton which) {
+        return manager->deviceState().buttonMappings.at(which);
+    };
+    panel->selectTab(ContentModel::buttons);
+    EXPECT_TRUE(state("Back", button).collapsed);
+    click("Back", button);
+    EXPECT_TRUE(state("Back", button).expanded);
+    EXPECT_TRUE(state("Back", radio).checked);
+    click("Double Click", radio);
+    finishAll();
+    EXPECT_EQ(assigned(MouseButton::back), ButtonAction::doubleClick());
+    EXPECT_EQ(find("Back", button)->text(QAccessible::Description), QStringLiteral("Double Click"));
+    EXPECT_TRUE(state("Back", button).collapsed);
+    EXPECT_FALSE(find("Double Click", radio));
+
+    click("Clutch", button); // far down: it scrolls into sight
+    press("Keyboard Key", radio);
+    QCoreApplication::processEvents();
+    click("⌃ Ctrl", QAccessible::CheckBox);
+    EXPECT_TRUE(state("⌃ Ctrl", QAccessible::CheckBox).checked);
+    press("left", button);
+    finishAll();
+    EXPECT_EQ(assigned(MouseButton::clutch), ButtonAction::keyPress("ctrl+left"));
+
+    click("Middle Click", button);
+    click("Profile Switch", radio);
+    click("3", button);
+    finishAll();
+    EXPECT_EQ(assigned(MouseButton::middle), ButtonAction::profileSwitch(3));
+    EXPECT_THAT(messages, ElementsAre("Button remapped", "Button remapped", "Button remapped"));
+    ASSERT_TRUE(find("Button remapped", QAccessible::AlertMessage));
+    click("Button remapped", QAccessible::AlertMessage);
+    EXPECT_FALSE(find("Button remapped", QAccessible::AlertMessage));
+}
+
+TEST_F(ViewTest, TheKeyboardDoesItAll)
+{
+    show({pro});
+    key(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "DPI");
+    key(Qt::Key_Right);
+    EXPECT_EQ(focused(), "RGB");
+    EXPECT_EQ(panel->selectedTab(), ContentModel::rgb);
+    key(Qt::Key_Left);
+    EXPECT_EQ(panel->selectedTab(), ContentModel::dpi);
+    for (const char *next : {"RGB", "Buttons", "Settings", "DPI", "Stage 1"}) {
+        key(Qt::Key_Tab);
+        EXPECT_EQ(focused(), next);
+    }
+    key(Qt::Key_Right);
+    key(Qt::Key_Space);
+    finishAll();
+    EXPECT_EQ(mouse().state().activeStage, 2);
+    EXPECT_EQ(focused(), "Stage 2"); // also after it was disabled for a while
+    for (int i = 0; i < 4; ++i) {
+        key(Qt::Key_Tab);
+    }
+    EXPECT_EQ(focused(), "400");
+    key(Qt::Key_Down);
+    EXPECT_EQ(focused(), "6.4K");
+    key(Qt::Key_Return);
+    finishAll();
+    EXPECT_EQ(mouse().state().dpiStages.at(1), 6400);
+}
+
+TEST_F(ViewTest, EscapeClosesWhatLiesOpenAndNothingElse)
+{
+    show({pro});
+    const auto escape = [this] {
+        QKeyEvent event(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        event.ignore();
+        QCoreApplication::sendEvent(view.get(), &event);
+        return event.isAccepted();
+    };
+    EXPECT_FALSE(escape());
+    panel->selectTab(ContentModel::buttons);
+    click("Back", button);
+    click("About Kelmoth", button);
+    EXPECT_TRUE(find("About Kelmoth", QAccessible::Dialog));
+    EXPECT_EQ(focused(), "Close");
+    EXPECT_TRUE(escape());
+    EXPECT_FALSE(find("About Kelmoth", QAccessible::Dialog));
+    EXPECT_TRUE(state("Back", button).expanded);
+    EXPECT_EQ(focused(), "About Kelmoth"); // where it was before
+    EXPECT_TRUE(escape());
+    EXPECT_TRUE(state("Back", button).collapsed);
+    EXPECT_FALSE(escape());
+}
+
+TEST_F(ViewTest, TheSheetHoldsTheFocusAndClosesByItsButton)
+{
+    show({pro});
+    click("About Kelmoth", button);
+    key(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "Close");
+    EXPECT_TRUE(find("Version " KELMOTH_VERSION, caption));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return find("Close", button); })); // it comes in late
+    click("Close", button);
+    EXPECT_FALSE(find("About Kelmoth", QAccessible::Dialog));
+}
+
+TEST_F(ViewTest, AMouseThatCannotBeConfiguredIsExplained)
+{
+    struct Case {
+        std::vector<std::string> mice;
+        const char *title;
+    };
+    for (const auto &[attached, title] :
+         {Case{{}, "No Device Connected"}, Case{{"stranger"}, "Unsupported Device"},
+          Case{{"basilisk-v3-pro-wireless:bluetooth"},
+               "Bluetooth connected: Razer Basilisk V3 Pro (Wireless)"}}) {
+        SCOPED_TRACE(title);
+        view.reset();
+        show(attached);
+        EXPECT_TRUE(find(title, QAccessible::Heading));
+        EXPECT_TRUE(state("Stage 2", radio).disabled);
+        click("Stage 2", radio);
+        EXPECT_THAT(messages, IsEmpty());
+        click("Settings", QAccessible::PageTab);
+        EXPECT_FALSE(find(title, QAccessible::Heading));
+        EXPECT_TRUE(state("High", radio).disabled);
+        EXPECT_FALSE(state("Auto", radio).disabled);
+        EXPECT_TRUE(find("Not set", caption));
+    }
+}
+
+TEST_F(ViewTest, AnotherLanguageShowsAtOnce)
+{
+    show({pro});
+    panel->selectTab(ContentModel::settings);
+    click("PL · Polski", radio);
+    EXPECT_TRUE(find("Przyciski", QAccessible::PageTab));
+    EXPECT_TRUE(find("Odbiornik 2,4\u00a0GHz", caption));
+    EXPECT_TRUE(find("Wysokość odrywania", QAccessible::Heading));
+    panel->selectTab(ContentModel::dpi);
+    EXPECT_TRUE(find("Poziom 1", caption));
+}
+
+TEST_F(ViewTest, AfterATransitionOnePageIsThere)
+{
+    show({pro});
+    const auto *first = find("Stage 1", radio)->object();
+    const auto pageOf = [](const QObject *object) {
+        const auto *item = qobject_cast<const QQuickItem *>(object);
+        while (item && !item->property("place").isValid()) {
+            item = item->parentItem();
+        }
+        return item;
+    };
+    const auto *dpi = pageOf(first);
+    ASSERT_TRUE(dpi);
+    const auto places = [dpi] {
+        std::vector<double> all;
+        for (const auto *page : dpi->parentItem()->childItems()) {
+            if (page->property("place").isValid() && page->isVisible()) {
+                all.push_back(page->property("place").toDouble());
+            }
+        }
+        return all;
+    };
+    // Without motion there is nothing to wait for.
+    panel->selectTab(ContentModel::rgb);
+    EXPECT_THAT(places(), ElementsAre(0));
+    EXPECT_FALSE(find("Stage 1", radio));
+    setMotion(true);
+    panel->selectTab(ContentModel::buttons);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return places().size() == 2; })); // one leaves, one enters
+    panel->selectTab(ContentModel::dpi);
+    panel->selectTab(ContentModel::settings);
+    panel->selectTab(ContentModel::dpi);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return dpi->isVisible() && places() == std::vector<double>{0}; }));
+    EXPECT_TRUE(find("Stage 1", radio));
+}
+
+} // namespace kelmoth
