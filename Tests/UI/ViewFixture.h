@@ -77,6 +77,7 @@ protected:
 
     void click(const char *name, Role role)
     {
+        (void)view->grabWindow(); // what has changed has then found its place
         auto *found = find(name, role);
         ASSERT_TRUE(found) << name;
         QTest::mouseClick(view.get(), Qt::LeftButton, {}, view->mapFromGlobal(found->rect().center()));

@@ -9,6 +9,7 @@ FocusScope {
 
     required property var model ///< ContentModel
     property real presence: model.showAbout ? 1 : 0
+    property int presentation: 0 ///< counts them
 
     focus: model.showAbout
     visible: presence > 0
@@ -32,8 +33,16 @@ FocusScope {
         onWheel: wheel => wheel.accepted = true
     }
 
+    Connections {
+        function onShowAboutChanged(): void {
+            root.presentation += root.model.showAbout ? 1 : 0;
+        }
+
+        target: root.model
+    }
+
     Repeater { // a new one for every presentation
-        model: root.model.showAbout || root.visible ? 1 : 0
+        model: root.model.showAbout || root.visible ? [root.presentation] : []
 
         AboutView {
             Accessible.name: qsTr("About Kelmoth")

@@ -141,7 +141,7 @@ FocusScope {
                     required property var modelData
 
                     Layout.fillWidth: true
-                    appeared: root.model.featuresAppeared
+                    appeared: root?.model.featuresAppeared ?? false // which can change while the sheet goes
                     color: Theme[modelData.colorName]
                     delay: 0.4 + modelData.delay
                     icon: modelData.icon
@@ -168,7 +168,7 @@ FocusScope {
                     required property var modelData
 
                     Layout.fillWidth: true
-                    appeared: root.model.devicesAppeared
+                    appeared: root?.model.devicesAppeared ?? false
                     badge: modelData.badge
                     delay: 0.6 + modelData.delay
                     name: modelData.name

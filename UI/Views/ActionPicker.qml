@@ -37,7 +37,7 @@ Column {
                 focusRadius: 6
                 implicitHeight: 28
                 role: Accessible.RadioButton
-                selected: index === root.row.selectedAction
+                selected: index === root?.row.selectedAction // which can change while the picker goes
                 text: qsTr(label)
 
                 onTriggered: root.row.model.handleActionSelection(root.row.button, index)
@@ -89,7 +89,7 @@ Column {
     }
 
     Repeater {
-        model: root.row.showsKeyInput ? 1 : 0
+        model: root?.row.showsKeyInput ? 1 : 0
 
         KeyInput {
             model: root.row.model
@@ -98,7 +98,7 @@ Column {
     }
 
     Repeater {
-        model: root.row.showsProfilePicker ? 1 : 0
+        model: root?.row.showsProfilePicker ? 1 : 0
 
         ProfilePicker {
             model: root.row.model

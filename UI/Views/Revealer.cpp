@@ -12,9 +12,15 @@ void Revealer::setFlickable(QQuickItem *flickable)
     if (m_flickable == flickable) {
         return;
     }
+    if (m_flickable) {
+        disconnect(m_flickable, nullptr, this, nullptr);
+    }
     m_flickable = flickable;
     if (flickable) {
         connect(flickable, &QQuickItem::windowChanged, this, &Revealer::follow);
+        // The toolkit declares its Flickable in no public header.
+        connect(flickable, SIGNAL(contentHeightChanged()), this, SLOT(revealAgain()));
+        connect(flickable, SIGNAL(movementStarted()), this, SLOT(forget()));
         follow(flickable->window());
     }
     Q_EMIT flickableChanged();
@@ -32,12 +38,13 @@ void Revealer::follow(QQuickWindow *window)
     }
 }
 
-void Revealer::reveal(QQuickItem *item) const
+void Revealer::reveal(QQuickItem *item)
 {
     auto *content = m_flickable ? m_flickable->property("contentItem").value<QQuickItem *>() : nullptr;
     if (!item || !content || !content->isAncestorOf(item)) {
         return;
     }
+    m_revealed = item;
     constexpr double margin = 4;
     const double height = m_flickable->height();
     const QRectF place = item->mapRectToItem(content, {0, 0, item->width(), item->height()});

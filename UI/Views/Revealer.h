@@ -22,17 +22,23 @@ public:
     void setFlickable(QQuickItem *flickable);
 
     /// Scrolls up or down as far as it takes to show `item` with a little around it; of one that is higher
-    /// than the Flickable the upper part. Nothing for an item that is not in the Flickable.
-    Q_INVOKABLE void reveal(QQuickItem *item) const;
+    /// than the Flickable the upper part. Nothing for an item that is not in the Flickable. While the content
+    /// grows, the item stays in sight until the user scrolls.
+    Q_INVOKABLE void reveal(QQuickItem *item);
 
 Q_SIGNALS:
     void flickableChanged();
     void activeChanged();
 
+private Q_SLOTS:
+    void revealAgain() { reveal(m_revealed); }
+    void forget() { m_revealed.clear(); }
+
 private:
     void follow(QQuickWindow *window);
 
     QPointer<QQuickItem> m_flickable;
+    QPointer<QQuickItem> m_revealed;
     QMetaObject::Connection m_focus;
     bool m_active = false;
 };
