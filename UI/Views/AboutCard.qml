@@ -9,6 +9,7 @@ Item {
     property string icon
     property color iconColor
     property string title
+    property real gap: 8 ///< between the symbol and the title, as in the rows
     default property alias rows: column.data
 
     implicitHeight: column.implicitHeight + 24
@@ -38,7 +39,7 @@ Item {
 
         RowLayout {
             Layout.fillWidth: true
-            spacing: 8
+            spacing: root.gap
 
             Symbol {
                 Layout.preferredWidth: 20

@@ -124,6 +124,7 @@ FocusScope {
         }
 
         AboutCard {
+            gap: 10
             icon: "sparkles"
             iconColor: Theme.yellow
             opacity: Math.min(1, root.featuresArrival)
