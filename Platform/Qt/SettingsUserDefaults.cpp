@@ -56,8 +56,9 @@ void reportLoss(const QString &path)
     log("⚠️ Settings could not be saved: %s", qUtf8Printable(path));
 }
 
-/// No value: the key is taken away.
-void write(const QString &path, const QString &key, const std::optional<QString> &value)
+/// No value: the key is taken away. Whether the disk now holds that; what it does not, the next write brings
+/// along.
+bool write(const QString &path, const QString &key, const std::optional<QString> &value)
 {
     protect(path);
     QSettings settings(path, QSettings::IniFormat);
@@ -69,7 +70,9 @@ void write(const QString &path, const QString &key, const std::optional<QString>
     settings.sync();
     if (settings.status() == QSettings::AccessError) {
         reportLoss(path);
+        return false;
     }
+    return true;
 }
 
 } // namespace
@@ -107,7 +110,8 @@ std::optional<SettingsUserDefaults::Stamp> SettingsUserDefaults::stamp() const
 /// Reads the file when it is not the one that was read last.
 void SettingsUserDefaults::look() const
 {
-    if (*m_pendingWrites > 0) {
+    // The library, too, keeps what it could not write, and would try again here before it reads.
+    if (m_writes->pending > 0 || m_writes->isUnsaved) {
         return;
     }
     const auto now = stamp();
@@ -188,11 +192,11 @@ void SettingsUserDefaults::store(std::string_view key, const std::optional<std::
         reportLoss(m_path);
         return;
     }
-    ++*m_pendingWrites;
+    ++m_writes->pending;
     auto text = value ? std::optional(qtText(*value)) : std::nullopt;
-    m_writer->start([path = m_path, name = qtText(key), text = std::move(text), pending = m_pendingWrites] {
-        write(path, name, text);
-        --*pending;
+    m_writer->start([path = m_path, name = qtText(key), text = std::move(text), writes = m_writes] {
+        writes->isUnsaved = !write(path, name, text);
+        --writes->pending;
     });
 }
 

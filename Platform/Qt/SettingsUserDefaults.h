@@ -50,8 +50,13 @@ private:
     /// What the file holds and what was set since; a value that is neither text nor number is absent.
     mutable std::map<std::string, std::optional<std::string>, std::less<>> m_values;
     mutable std::optional<Stamp> m_stamp;
-    /// Writes still to come. While there are any, the file is not looked at: what is set here is newer.
-    std::shared_ptr<std::atomic<int>> m_pendingWrites = std::make_shared<std::atomic<int>>(0);
+    /// While there are writes still to come, or one that failed, the file is not looked at: what is set here
+    /// is newer.
+    struct Writes {
+        std::atomic<int> pending = 0;
+        std::atomic<bool> isUnsaved = false; ///< the last one failed
+    };
+    std::shared_ptr<Writes> m_writes = std::make_shared<Writes>();
     std::unique_ptr<QThreadPool> m_writer; ///< one thread: the disk, or another program, may keep it waiting
 };
 

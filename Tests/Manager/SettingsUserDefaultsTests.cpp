@@ -18,6 +18,7 @@
 namespace kelmoth {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -121,7 +122,21 @@ TEST_F(SettingsUserDefaultsTest, SaysThatItCouldNotSaveAndLeavesTheOldFileWhole)
     const ::rlimit small{16, before.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &small);
     expectUnsaved();
+    SettingsUserDefaults defaults(path);
+    defaults.setInteger("languageMode", 1);
+    defaults.flush();
     ::setrlimit(RLIMIT_FSIZE, &before);
+    {
+        // Reading does not try to write again, which would wait for another program.
+        QLockFile other(path + QStringLiteral(".lock"));
+        ASSERT_TRUE(other.lock());
+        std::ofstream(path.toStdString(), std::ios::app) << "another=1\n";
+        EXPECT_EQ(defaults.integerForKey("languageMode"), 1);
+    }
+    defaults.setInteger("appearanceMode", 2);
+    defaults.flush();
+    EXPECT_THAT(contents(), AllOf(HasSubstr("languageMode=1"), HasSubstr("appearanceMode=2")));
+    log->takeLines();
     // A place where no file can be made.
     path += QStringLiteral("/below/a/file.ini");
     expectUnsaved();
