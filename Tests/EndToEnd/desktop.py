@@ -1,0 +1,65 @@
+"""A desktop of a test's own: X server, window manager, session bus and accessibility bus, in a home of its own.
+
+Nothing of the user's is touched, and everything that is started ends with the `with` statement.
+"""
+
+import os
+import re
+import shutil
+import subprocess
+import tempfile
+
+
+class Desktop:
+    """Entered, the environment of this process is that of the desktop: set before the accessibility library is
+    asked for anything, since it connects once for a process."""
+
+    def __enter__(self):
+        self._children = []
+        self.home = tempfile.mkdtemp(prefix="kelmoth-desktop-")
+        runtime = os.path.join(self.home, "run")
+        os.mkdir(runtime, 0o700)
+        for name in [name for name in os.environ if re.match("XDG_|WAYLAND|QT_|GTK_|LC_|LANG", name)]:
+            del os.environ[name]
+        os.environ.update(HOME=self.home, XDG_RUNTIME_DIR=runtime, LC_ALL="C.UTF-8", LANGUAGE="en",
+                          XDG_CONFIG_HOME=os.path.join(self.home, "config"),
+                          QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+        try:
+            os.environ["DISPLAY"] = ":" + self._announced(
+                ["Xvfb", "-displayfd", "{fd}", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"])
+            os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._announced(
+                ["dbus-daemon", "--session", "--nofork", "--print-address={fd}"])
+            self._start(["openbox", "--sm-disable"])
+            # The first question on a fresh bus starts the accessibility bus; a program's would be answered too late.
+            subprocess.run(["gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path", "/org/a11y/bus",
+                            "--method", "org.a11y.Bus.GetAddress"], check=True, stdout=subprocess.DEVNULL)
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for child in reversed(self._children):
+            child.terminate()
+            try:
+                child.wait(10)
+            except subprocess.TimeoutExpired:
+                child.kill()
+                child.wait()
+        shutil.rmtree(self.home, ignore_errors=True)
+
+    def _start(self, command, **options):
+        child = subprocess.Popen(command, stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options)
+        self._children.append(child)
+        return child
+
+    def _announced(self, command):
+        """Starts a server and gives the line that it writes once it is ready."""
+        reader, writer = os.pipe()
+        self._start([word.format(fd=writer) for word in command], pass_fds=[writer])
+        os.close(writer)
+        with os.fdopen(reader) as ready:
+            line = ready.readline().strip()
+        if not line:
+            raise RuntimeError(command[0] + " did not start")
+        return line

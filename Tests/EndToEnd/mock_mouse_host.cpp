@@ -1,0 +1,58 @@
+// mock_mouse_host MODEL WIRE-LOG PROGRAM [ARGUMENT...]: runs a program beside a mouse that is mocked at the
+// kernel's side, and leaves every request that reached the mouse in WIRE-LOG, a line of hexadecimal digits
+// each. Ends as the program ends. Runs under umockdev-wrapper.
+
+#include "Tests/Hardware/MockMouse.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+
+#include <csignal>
+#include <iostream>
+
+int main(int argc, char **argv)
+{
+    using namespace kelmoth;
+    const QCoreApplication application(argc, argv);
+    auto arguments = QCoreApplication::arguments().mid(1);
+    const auto testbed = std::make_shared<MockTestbed>();
+    if (arguments.size() < 3 || !umockdev_in_mock_environment()) {
+        std::cerr << "usage: umockdev-wrapper mock_mouse_host MODEL WIRE-LOG PROGRAM [ARGUMENT...]\n";
+        return 2;
+    }
+    const auto model = SimulatedModel::named(arguments.takeFirst().toStdString());
+    QFile wire(arguments.takeFirst());
+    if (!model || !wire.open(QIODevice::WriteOnly)) {
+        std::cerr << "mock_mouse_host: no such model, or the log cannot be written\n";
+        return 2;
+    }
+    const auto now = [] {
+        return std::chrono::duration_cast<std::chrono::microseconds>(
+            std::chrono::steady_clock::now().time_since_epoch());
+    };
+    MockMouse mouse(testbed, std::make_shared<SimulatedMouse>(*model, now));
+    mouse.attach();
+
+    // A wish to end is the program's to answer: it is passed on, and this process outlives it to write the
+    // log.
+    static qint64 programID = 0;
+    QProcess program;
+    program.setProcessChannelMode(QProcess::ForwardedChannels);
+    const auto name = arguments.takeFirst();
+    program.start(name, arguments);
+    if (!program.waitForStarted(-1)) {
+        return 2;
+    }
+    programID = program.processId();
+    std::signal(SIGTERM, [](int) { kill(static_cast<pid_t>(programID), SIGTERM); });
+    program.waitForFinished(-1);
+    for (const auto &transfer : mouse.mouse().takeTransfers()) {
+        if (transfer.isSet) {
+            const QByteArray report(reinterpret_cast<const char *>(transfer.bytes.data()),
+                                    static_cast<qsizetype>(transfer.bytes.size()));
+            wire.write(report.toHex() + '\n');
+        }
+    }
+    return program.exitStatus() == QProcess::NormalExit ? program.exitCode() : 3;
+}

@@ -1,0 +1,112 @@
+"""The panel as an assistive technology meets it: found by role and name, worked by the actions it offers."""
+
+import contextlib
+import os
+import re
+import signal
+import subprocess
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+PATIENCE = 20  # seconds; a loaded machine is slow, a broken program is never done
+
+
+def wait_for(what, condition):
+    """Gives what `condition` gives as soon as that is true. Objects that vanish meanwhile are looked up again."""
+    deadline = time.monotonic() + PATIENCE
+    context = GLib.MainContext.default()
+    while True:
+        with contextlib.suppress(GLib.Error):
+            if result := condition():
+                return result
+        if time.monotonic() > deadline:
+            raise AssertionError(f"waited {PATIENCE} s for {what}")
+        alarm = GLib.timeout_add(20, lambda: False)
+        context.iteration(True)
+        with contextlib.suppress(Exception):
+            GLib.source_remove(alarm)
+
+
+class Panel:
+    def __init__(self, command):
+        self._log = open(os.path.join(os.environ["HOME"], "log"), "w+b")
+        self._process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=self._log, stderr=self._log)
+        self._root = wait_for("the program on the accessibility bus", self._application)
+        self._root.set_cache_mask(Atspi.Cache.NONE)
+
+    def _application(self):
+        if self._process.poll() is not None:
+            raise AssertionError("the program ended:\n" + self.log())
+        desktop = Atspi.get_desktop(0)
+        desktop.clear_cache()
+        for index in range(desktop.get_child_count()):
+            child = desktop.get_child_at_index(index)
+            if child and child.get_name() == "kelmoth" and child.get_child_count():
+                return child
+        return None
+
+    def quit(self):
+        """Asks the program to end; gives its exit status."""
+        if self._process.poll() is None:
+            self._process.send_signal(signal.SIGTERM)
+        return self._process.wait(PATIENCE)
+
+    def log(self):
+        self._log.flush()
+        with open(self._log.name, encoding="utf-8", errors="replace") as log:
+            return log.read()
+
+    def __iter__(self):
+        pending = [self._root]
+        self._root.clear_cache()
+        while pending:
+            node = pending.pop(0)
+            with contextlib.suppress(GLib.Error):
+                yield node
+                pending[:0] = filter(None, (node.get_child_at_index(i) for i in range(node.get_child_count())))
+
+    def look(self, name, role=None):
+        """The visible element of that name, also one scrolled out of sight; none when there is none now."""
+        for node in self:
+            states = node.get_state_set()
+            if node.get_name() == name and role in (None, node.get_role()) and states.contains(
+                    Atspi.StateType.VISIBLE):
+                return node
+        return None
+
+    def find(self, name, role=None):
+        return wait_for(f"{name!r}; there are {self.names()}", lambda: self.look(name, role))
+
+    def names(self):
+        return [node.get_name() for node in self if node.get_name()]
+
+    def gone(self, name):
+        wait_for(f"{name!r} to go", lambda: not self.look(name))
+
+    def press(self, name, role=None):
+        """Works an element's first action, once it can be."""
+        node = wait_for(f"{name!r} to be enabled; there are {self.names()}", lambda: self._enabled(name, role))
+        node.do_action(0)
+
+    def _enabled(self, name, role):
+        node = self.look(name, role)
+        return node if node and node.get_state_set().contains(Atspi.StateType.ENABLED) else None
+
+    def set_value(self, name, value):
+        node = wait_for(f"{name!r} to be enabled", lambda: self._enabled(name, Atspi.Role.SLIDER))
+        node.set_current_value(value)
+
+    def value(self, name):
+        return self.find(name, Atspi.Role.SLIDER).get_current_value()
+
+    def has_state(self, name, state):
+        return wait_for(f"{name!r} to be {state.value_nick}", lambda: (node := self.look(name))
+                        and node.get_state_set().contains(state))
+
+    def reports(self):
+        """The requests that the program says it sent: their first sixteen bytes."""
+        return [bytes.fromhex(found) for found in re.findall("Report sent: ([0-9A-F ]+)", self.log())]
