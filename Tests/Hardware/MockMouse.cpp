@@ -61,7 +61,7 @@ struct MockUsbfs {
     int submit(UMockdevIoctlData *argument)
     {
         urb = pointee(argument, 0, sizeof(::usbdevfs_urb));
-        ::usbdevfs_urb fields{};
+        ::usbdevfs_urb fields;
         std::memcpy(&fields, urb->data, sizeof fields);
         const auto buffer = pointee(urb.get(), offsetof(::usbdevfs_urb, buffer),
                                     static_cast<std::size_t>(fields.buffer_length));

@@ -4,9 +4,6 @@
 namespace kelmoth {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 class ContentTest : public PanelTest {
 protected:
     /// Lets the battery of the mouse hold so much and reads it.

@@ -7,7 +7,6 @@ namespace kelmoth {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr std::pair setStages{0x04, 0x06};
 
