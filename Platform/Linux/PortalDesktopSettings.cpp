@@ -8,6 +8,7 @@
 #include <QUuid>
 #include <QtConcurrent>
 
+#include <array>
 #include <cmath>
 
 namespace kelmoth {
@@ -67,11 +68,14 @@ std::optional<std::uint32_t> color(const QVariant &value)
     if (argument.currentSignature() != QStringLiteral("(ddd)")) {
         return std::nullopt;
     }
-    std::uint32_t result = 0;
+    std::array<double, 3> channels{};
     argument.beginStructure();
-    for (int i = 0; i < 3; ++i) {
-        double channel = 0.0;
+    for (auto &channel : channels) {
         argument >> channel;
+    }
+    argument.endStructure(); // what is begun and not ended is never freed
+    std::uint32_t result = 0;
+    for (const double channel : channels) {
         const bool isChannel = channel >= 0.0 && channel <= 1.0; // false for what is no number
         if (!isChannel) {
             return std::nullopt;
@@ -149,6 +153,7 @@ PortalDesktopSettings::Taste PortalDesktopSettings::tasteFrom(const QDBusMessage
         all.endMapEntry();
         --budget;
     }
+    all.endMap();
     return taste;
 }
 
