@@ -40,18 +40,9 @@ FocusScope {
 
     Surface {
         anchors.fill: parent
-        color: Theme.windowBackground
-        radius: 12
-        shadowColor: "#50000000"
-        shadowRadius: 24
-        shadowY: 8
-    }
-
-    Surface {
-        anchors.fill: parent
         borderColor: Theme.outline
         borderWidth: 1
-        color: Theme.ultraThinMaterial
+        color: Qt.tint(Theme.windowBackground, Theme.ultraThinMaterial)
         radius: 12
     }
 
