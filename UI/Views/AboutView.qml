@@ -18,7 +18,7 @@ FocusScope {
     implicitHeight: 560
     implicitWidth: 300
 
-    Component.onCompleted: model.shown()
+    Component.onCompleted: Qt.callLater(model.shown) // what is changed before does not move
 
     Behavior on arrival {
         DelayedSpring {

@@ -77,6 +77,7 @@ FocusScope {
 
                 PanelPage {
                     current: root.model.selectedTab === 0
+                    moves: root.entrance > 0
                     veiled: !root.model.isDeviceSupported
 
                     DPITabView {
@@ -87,6 +88,7 @@ FocusScope {
 
                 PanelPage {
                     current: root.model.selectedTab === 1
+                    moves: root.entrance > 0
                     veiled: !root.model.isDeviceSupported
 
                     RGBTabView {
@@ -97,6 +99,7 @@ FocusScope {
 
                 PanelPage {
                     current: root.model.selectedTab === 2
+                    moves: root.entrance > 0
                     veiled: !root.model.isDeviceSupported
 
                     ButtonsTabView {
@@ -107,6 +110,7 @@ FocusScope {
 
                 PanelPage {
                     current: root.model.selectedTab === 3
+                    moves: root.entrance > 0
 
                     SettingsTabView {
                         anchors.fill: parent

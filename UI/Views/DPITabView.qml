@@ -135,6 +135,9 @@ ScrollArea {
                             size: 10
                             text: stage.number
                             weight: Font.Bold
+
+                            ColorFade on color {
+                            }
                         }
 
                         AppText {
@@ -142,6 +145,9 @@ ScrollArea {
                             color: stage.selected ? Theme.white : Theme.label
                             size: 9
                             text: stage.label
+
+                            ColorFade on color {
+                            }
                         }
                     }
                 }
@@ -186,6 +192,9 @@ ScrollArea {
                         size: 10
                         text: preset.label
                         weight: Font.DemiBold
+
+                        ColorFade on color {
+                        }
                     }
                 }
             }

@@ -6,6 +6,7 @@ Item {
     id: root
 
     property bool current: false
+    property bool moves: true ///< or is there, or gone, at once
     property real place: 1 ///< -1 before the leading edge, 0 in sight, 1 behind the trailing edge
     property alias veiled: page.veiled
     default property alias content: page.content
@@ -28,6 +29,7 @@ Item {
 
     transitions: [
         Transition {
+            enabled: root.moves
             to: "current"
 
             EaseInOut {
@@ -38,6 +40,7 @@ Item {
             }
         },
         Transition {
+            enabled: root.moves
             from: "current"
 
             EaseInOut {

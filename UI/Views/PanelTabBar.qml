@@ -128,6 +128,9 @@ Item {
                                 response: 0.25
                             }
                         }
+
+                        ColorFade on color {
+                        }
                     }
 
                     AppText {
@@ -140,6 +143,9 @@ Item {
                         weight: tab.selected ? Font.Bold : Font.Medium
                         width: parent.width - 4
                         x: 2
+
+                        ColorFade on color {
+                        }
                     }
                 }
             }

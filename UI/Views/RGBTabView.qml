@@ -72,6 +72,9 @@ ScrollArea {
                                 response: 0.25
                             }
                         }
+
+                        ColorFade on color {
+                        }
                     }
 
                     AppText {
@@ -80,6 +83,9 @@ ScrollArea {
                         size: 8
                         text: effect.text
                         width: parent.width
+
+                        ColorFade on color {
+                        }
                     }
                 }
             }
