@@ -105,9 +105,10 @@ TEST(RazerProtocol, ClassifiesAnswers)
     };
     const std::vector toWrite{noMatch, success, success, rejected, rejected, rejected, noMatch};
     const std::vector toRead{noMatch, noMatch, success, rejected, rejected, rejected, noMatch};
-    for (std::uint8_t status = 0; status < toRead.size(); ++status) {
-        EXPECT_EQ(classified(write, status, write), toWrite[status]) << int{status};
-        EXPECT_EQ(classified(read, status, read), toRead[status]) << int{status};
+    for (std::size_t i = 0; i < toRead.size(); ++i) {
+        const auto status = static_cast<std::uint8_t>(i);
+        EXPECT_EQ(classified(write, status, write), toWrite[i]) << i;
+        EXPECT_EQ(classified(read, status, read), toRead[i]) << i;
     }
     EXPECT_EQ(classified(read, 0x02, read, 89), noMatch);
     EXPECT_EQ(classified(read, 0x02, read, 91), success);
