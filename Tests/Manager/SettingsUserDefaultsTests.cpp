@@ -153,8 +153,10 @@ TEST_F(SettingsUserDefaultsTest, AKillAtAnyMomentLeavesAWholeRecord)
     int seconds = 0;
     for (int round = 0; round < 200; ++round) {
         const pid_t writer = ::fork();
-        for (bool isFirst = false; writer == 0; isFirst = !isFirst) {
-            SettingsUserDefaults(path).setData(key, encode(isFirst ? first : second));
+        if (writer == 0) {
+            for (bool isFirst = false;; isFirst = !isFirst) {
+                SettingsUserDefaults(path).setData(key, encode(isFirst ? first : second));
+            }
         }
         ::usleep(std::uniform_int_distribution<useconds_t>(0, 20'000)(random));
         ::kill(writer, SIGKILL);
