@@ -61,11 +61,16 @@ FocusScope {
     }
 
     Column {
+        // What the font of a desktop takes more than others, the gaps give.
+        readonly property real inner: emblem.height + title.height + badge.height + features.height + devices.height + disclaimer.height + bottom.height
+
         anchors.centerIn: parent
-        spacing: 12
+        spacing: Math.max(2, Math.min(12, Math.floor((root.height - inner) / 6)))
         width: parent.width
 
         Item {
+            id: emblem
+
             anchors.horizontalCenter: parent.horizontalCenter
             height: 120
             width: 100
@@ -77,6 +82,8 @@ FocusScope {
         }
 
         GradientText {
+            id: title
+
             anchors.horizontalCenter: parent.horizontalCenter
             color: Theme.label
             color2: Theme.alpha(Theme.label, 0.8)
@@ -91,6 +98,8 @@ FocusScope {
         }
 
         Item {
+            id: badge
+
             anchors.horizontalCenter: parent.horizontalCenter
             height: version.implicitHeight + 8
             opacity: Math.min(1, root.arrival)
@@ -115,6 +124,8 @@ FocusScope {
         }
 
         AboutCard {
+            id: features
+
             gap: 10
             icon: "sparkles"
             iconColor: Theme.yellow
@@ -143,6 +154,8 @@ FocusScope {
         }
 
         AboutCard {
+            id: devices
+
             icon: "checkmark.seal.fill"
             iconColor: Theme.green
             opacity: Math.min(1, root.devicesArrival)
@@ -169,6 +182,8 @@ FocusScope {
         }
 
         AppText {
+            id: disclaimer
+
             anchors.horizontalCenter: parent.horizontalCenter
             color: Theme.alpha(Theme.secondaryLabel, 0.7)
             opacity: Math.min(1, root.arrival)
@@ -178,6 +193,8 @@ FocusScope {
         }
 
         Item {
+            id: bottom
+
             anchors.horizontalCenter: parent.horizontalCenter
             height: close.height + 16
             width: close.width

@@ -119,8 +119,8 @@ ScrollArea {
 
                         Surface {
                             anchors.horizontalCenter: parent.horizontalCenter
-                            borderColor: stage.selected ? "transparent" : Theme.outline
-                            borderWidth: 0.5
+                            borderColor: stage.selected ? Theme.alpha(Theme.white, 0.8) : Theme.outline
+                            borderWidth: 0.75
                             color: Theme.stage(stage.colorName)
                             height: 6
                             shadowColor: stage.selected ? Theme.alpha(color, 0.6) : "transparent"
