@@ -11,6 +11,12 @@ ParsedArguments parseArguments(int argc, const char *const *argv)
     Arguments arguments;
     declareCommonOptions(app, {.simulate = arguments.simulate, .verbose = arguments.verbose});
     app.add_flag("--show", arguments.show, "Open the panel at once");
+    auto *screenshots = app.add_option("--screenshots", arguments.screenshots,
+                                       "Draw the panel's states into DIRECTORY, without a screen, and end")
+                            ->option_text("DIRECTORY");
+    app.add_option("--scene", arguments.scenes, "Draw only this of them; may be given again")
+        ->option_text("NAME")
+        ->needs(screenshots);
     if (auto refusal = parseCommandLine(app, argc, argv)) {
         return std::visit([](auto &why) -> ParsedArguments { return std::move(why); }, *refusal);
     }

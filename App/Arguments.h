@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "Program/CommandLine.h"
 
@@ -16,6 +17,10 @@ struct Arguments {
     bool verbose = false;
     /// List of simulated models, unchecked; the real mice when absent.
     std::optional<std::string> simulate;
+    /// Where to draw pictures of the panel instead of showing it.
+    std::optional<std::string> screenshots;
+    /// The pictures to draw, unchecked; all when empty.
+    std::vector<std::string> scenes;
 };
 
 using ParsedArguments = std::variant<Arguments, Information, UsageError>;

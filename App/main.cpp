@@ -1,5 +1,7 @@
 #include "App/Arguments.h"
 #include "App/Composition.h"
+#include "App/PanelStage.h"
+#include "App/Screenshots.h"
 #include "Core/HID/DeviceManager.h"
 #include "Core/HID/HIDMonitor.h"
 #include "Core/Services/Appearance.h"
@@ -57,6 +59,21 @@ int runPanel()
     return status;
 }
 
+/// Draws pictures of the panel, with nothing of this machine in them.
+int runScreenshots(int argc, char **argv, const Arguments &arguments)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("LC_ALL", "C.UTF-8");
+    const QGuiApplication application(argc, argv);
+    Platform::setCurrent(stillPlatform());
+    const auto failure = drawScreenshots(*arguments.screenshots, arguments.scenes);
+    Platform::setCurrent({});
+    if (failure) {
+        std::fprintf(stderr, "kelmoth: %s\n", failure->c_str());
+    }
+    return failure ? failed : 0;
+}
+
 int run(int argc, char **argv)
 {
     const auto parsed = parseArguments(argc, argv);
@@ -67,6 +84,9 @@ int run(int argc, char **argv)
         return print(information->text);
     }
     PanelWindow::chooseRenderer();
+    if (std::get<Arguments>(parsed).screenshots) {
+        return runScreenshots(argc, argv, std::get<Arguments>(parsed));
+    }
     const char *firstArgument = argc > 0 ? argv[0] : "";
     int status = failed;
     {

@@ -3,7 +3,7 @@
 #include "Platform/Platform.h"
 #include "Platform/Qt/QtPlatform.h"
 #include "Platform/Qt/ResourceBundle.h"
-#include "Tests/Manager/MemoryDefaults.h"
+#include "Platform/Simulated/MemoryDefaults.h"
 
 #include <QDir>
 #include <QTemporaryDir>

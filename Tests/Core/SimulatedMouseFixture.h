@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Core/HID/HIDMonitor.h"
+#include "Platform/Simulated/ManualTime.h"
 #include "Platform/Simulated/SimulatedPlatform.h"
-#include "Tests/Simulated/ManualTime.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>

@@ -2,8 +2,8 @@
 
 #include "Platform/Linux/LinuxHID.h"
 #include "Platform/Linux/LinuxUSB.h"
+#include "Platform/Simulated/ManualTime.h"
 #include "Tests/Hardware/MockMouse.h"
-#include "Tests/Simulated/ManualTime.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

@@ -4,8 +4,8 @@
 #include "Core/HID/USBRazerDevice.h"
 #include "Platform/Linux/ExchangeLock.h"
 #include "Platform/Linux/LinuxUSBInterface.h"
+#include "Platform/Simulated/ManualTime.h"
 #include "Tests/Hardware/MockHidraw.h"
-#include "Tests/Simulated/ManualTime.h"
 
 #include <QTemporaryDir>
 #include <gmock/gmock.h>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Platform/Simulated/ManualTime.h"
+#include "Platform/Simulated/MemoryDefaults.h"
 #include "Platform/Simulated/SimulatedPlatform.h"
 #include "Tests/Core/RecordedLog.h"
-#include "Tests/Manager/MemoryDefaults.h"
-#include "Tests/Simulated/ManualTime.h"
 
 #include <gmock/gmock.h>
 

@@ -22,7 +22,7 @@ Platform/Qt/        Platform/Qt/ Platform/*
 Platform/Simulated/ Platform/Simulated/ Platform/* Core/Device/ Core/HID/RazerProtocol.h
 Tests/              Tests/ App/ CLI/ Program/ UI/ Core/ Platform/
 Fuzz/               Fuzz/ Core/ Platform/
-Bench/              Bench/ Core/ Platform/
+Bench/              Bench/ App/ UI/ Core/ Platform/
 '
 
 # Files, and the foreign headers that they must do without: the interfaces show no library, Core knows no

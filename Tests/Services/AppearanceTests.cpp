@@ -1,5 +1,5 @@
 #include "Core/Services/Appearance.h"
-#include "Tests/Manager/MemoryDefaults.h"
+#include "Platform/Simulated/MemoryDefaults.h"
 #include "Tests/Services/FakeDesktopSettings.h"
 
 #include <QSignalSpy>

@@ -1,6 +1,6 @@
 #include "Core/Services/LoginItem.h"
+#include "Platform/Simulated/MemoryDefaults.h"
 #include "Tests/Core/RecordedLog.h"
-#include "Tests/Manager/MemoryDefaults.h"
 #include "Tests/Services/FakeLoginItemService.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 #include "Core/HID/RazerProtocol.h"
-#include "Tests/Simulated/ManualTime.h"
+#include "Platform/Simulated/ManualTime.h"
 
 #include <QByteArray>
 #include <gmock/gmock.h>

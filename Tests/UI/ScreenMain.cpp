@@ -2,7 +2,7 @@
 // platform that remembers nothing, no home but their own.
 
 #include "Platform/Platform.h"
-#include "Tests/Manager/MemoryDefaults.h"
+#include "Platform/Simulated/MemoryDefaults.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>

@@ -8,7 +8,7 @@
 
 namespace kelmoth {
 
-/// Time that passes only when someone sleeps or a test says so. Any thread.
+/// Time that passes only when someone sleeps or it is told to. Any thread.
 class ManualTime : public Sleeper {
 public:
     /// Sleeping takes no time: it moves this time on, and is remembered.

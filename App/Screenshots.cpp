@@ -1,16 +1,17 @@
-// Draws the panel in each of its states, languages and schemes, without a screen:
-// kelmoth_screenshots DIRECTORY [SCENE]…
+#include "App/Screenshots.h"
+
+#include "App/PanelStage.h"
 #include "Core/Services/Appearance.h"
 #include "Core/Services/Preferences.h"
-#include "Tests/Screenshots/PanelStage.h"
 
+#include <QCoreApplication>
 #include <QDir>
-#include <QGuiApplication>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace kelmoth {
 
@@ -98,6 +99,7 @@ bool looksTheSame(const QImage &one, const QImage &other)
 bool draw(const Scene &scene, const QString &path, PanelTranslator &translator)
 {
     PanelStage stage(scene.mouse, translator);
+    stage.show();
     scene.arrange(stage);
     const auto picture = stage.settle();
     const bool isSaved = !picture.isNull() && (looksTheSame(picture, QImage(path)) || picture.save(path));
@@ -105,24 +107,31 @@ bool draw(const Scene &scene, const QString &path, PanelTranslator &translator)
     return isSaved;
 }
 
-bool drawAll(const QDir &directory, const QStringList &wanted)
+std::string sceneNames()
 {
-    PanelTranslator translator(Preferences::shared());
-    QCoreApplication::installTranslator(&translator);
-    bool isGood = true;
+    std::string names;
     for (const auto &scene : scenes) {
-        const auto name = QLatin1String(scene.name);
-        if (!wanted.isEmpty() && !wanted.contains(name)) {
-            continue;
-        }
-        for (const auto &[language, languageMode] : {std::pair("en", 2), std::pair("pl", 1)}) {
-            for (const auto &[scheme, appearanceMode] : {std::pair("light", 1), std::pair("dark", 2)}) {
-                Preferences::shared().chooseLanguage(languageMode);
-                Preferences::shared().setAppearanceMode(appearanceMode);
-                const auto file =
-                    QStringLiteral("%1-%2-%3.png").arg(name, QLatin1String(language), QLatin1String(scheme));
-                isGood = draw(scene, directory.filePath(file), translator) && isGood;
-            }
+        names.append(names.empty() ? "" : ", ").append(scene.name);
+    }
+    return names;
+}
+
+bool isScene(const std::string &name)
+{
+    return std::ranges::any_of(scenes, [&name](const Scene &scene) { return scene.name == name; });
+}
+
+bool drawEachWay(const Scene &scene, const QDir &directory, PanelTranslator &translator)
+{
+    bool isGood = true;
+    for (const auto &[language, languageMode] : {std::pair("en", 2), std::pair("pl", 1)}) {
+        for (const auto &[scheme, appearanceMode] : {std::pair("light", 1), std::pair("dark", 2)}) {
+            Preferences::shared().chooseLanguage(languageMode);
+            Preferences::shared().setAppearanceMode(appearanceMode);
+            const auto file =
+                QStringLiteral("%1-%2-%3.png")
+                    .arg(QLatin1String(scene.name), QLatin1String(language), QLatin1String(scheme));
+            isGood = draw(scene, directory.filePath(file), translator) && isGood;
         }
     }
     return isGood;
@@ -130,30 +139,26 @@ bool drawAll(const QDir &directory, const QStringList &wanted)
 
 } // namespace
 
-} // namespace kelmoth
-
-int main(int argc, char **argv)
+std::optional<std::string> drawScreenshots(const std::string &directory,
+                                           const std::vector<std::string> &wanted)
 {
-    using namespace kelmoth;
-
-    for (const auto &[name, value] :
-         {std::pair("QT_QPA_PLATFORM", "offscreen"), std::pair("LC_ALL", "C.UTF-8")}) {
-        qputenv(name, value);
+    const auto stranger = std::ranges::find_if_not(wanted, isScene);
+    if (stranger != wanted.end()) {
+        return "there is no scene \"" + *stranger + "\"; there are " + sceneNames();
     }
-    PanelWindow::chooseRenderer();
-    int status = 0;
-    {
-        const QGuiApplication application(argc, argv);
-        auto words = QGuiApplication::arguments().mid(1);
-        if (words.isEmpty()) {
-            std::fputs("Usage: kelmoth_screenshots DIRECTORY [SCENE]...\n", stderr);
-            return 2;
+    const QDir target(QString::fromStdString(directory));
+    if (!target.mkpath(QStringLiteral("."))) {
+        return "\"" + directory + "\" cannot be made";
+    }
+    PanelTranslator translator(Preferences::shared());
+    QCoreApplication::installTranslator(&translator);
+    bool isGood = true;
+    for (const auto &scene : scenes) {
+        if (wanted.empty() || std::ranges::find(wanted, scene.name) != wanted.end()) {
+            isGood = drawEachWay(scene, target, translator) && isGood;
         }
-        const QDir directory(words.takeFirst());
-        directory.mkpath(QStringLiteral("."));
-        Platform::setCurrent(stillPlatform());
-        status = drawAll(directory, words) ? 0 : 1;
     }
-    Platform::setCurrent({});
-    return status;
+    return isGood ? std::nullopt : std::optional<std::string>("not every picture could be drawn");
 }
+
+} // namespace kelmoth

@@ -5,8 +5,8 @@
 #include "Core/Services/LoginItem.h"
 #include "Core/Services/ToastManager.h"
 #include "Platform/Platform.h"
+#include "Platform/Simulated/ManualTime.h"
 #include "Platform/Simulated/SimulatedMouse.h"
-#include "Tests/Simulated/ManualTime.h"
 #include "UI/Views/ContentModel.h"
 #include "UI/Views/PanelTranslator.h"
 #include "UI/Views/PanelWindow.h"
@@ -14,6 +14,7 @@
 #include <QImage>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,7 +23,7 @@ namespace kelmoth {
 /// The platform of all pictures: nothing of it is this machine's, and nothing moves unless it always does.
 Platform stillPlatform();
 
-/// A panel on simulated mice whose time nobody has to wait for.
+/// A panel on simulated mice whose time nobody has to wait for. They have been read once it is made.
 class PanelStage {
 public:
     /// A mouse that is listed although nothing can be set on it.
@@ -30,6 +31,9 @@ public:
 
     /// `mouse` is the command-line name of the one that is attached, or `foreignMouse`; none when empty.
     PanelStage(const std::string &mouse, PanelTranslator &translator);
+
+    /// Builds the panel's window and shows it, at the latest with the first picture.
+    PanelWindow &show();
 
     ContentModel &panel() { return m_panel; }
     ToastManager &toasts() { return m_toasts; }
@@ -50,7 +54,8 @@ private:
     DeviceManager m_manager;
     LoginItem m_loginItem;
     ContentModel m_panel;
-    PanelWindow m_window;
+    PanelTranslator &m_translator;
+    std::optional<PanelWindow> m_window;
 };
 
 } // namespace kelmoth

@@ -1,10 +1,10 @@
-#include "Tests/Screenshots/PanelStage.h"
+#include "App/PanelStage.h"
 
 #include "Core/Services/Appearance.h"
 #include "Core/Services/Preferences.h"
 #include "Platform/Qt/QtPlatform.h"
+#include "Platform/Simulated/MemoryDefaults.h"
 #include "Platform/Simulated/SimulatedPlatform.h"
-#include "Tests/Manager/MemoryDefaults.h"
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
@@ -88,13 +88,21 @@ PanelStage::PanelStage(const std::string &mouse, PanelTranslator &translator)
       m_manager(m_monitor, m_toasts, std::make_shared<MemoryDefaults>()),
       m_loginItem(Platform::current().loginItemService, Platform::current().userDefaults),
       m_panel(m_manager, m_toasts, Preferences::shared(), Appearance::shared(), m_loginItem),
-      m_window(m_panel, translator)
+      m_translator(translator)
 {
     m_monitor.startMonitoring();
     for (const QDeadlineTimer end(longestWait); !hasRead() && !end.hasExpired();) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
     }
-    m_window.show();
+}
+
+PanelWindow &PanelStage::show()
+{
+    if (!m_window) {
+        m_window.emplace(m_panel, m_translator);
+    }
+    m_window->show();
+    return *m_window;
 }
 
 bool PanelStage::hasRead() const
@@ -109,11 +117,12 @@ bool PanelStage::hasRead() const
 
 QImage PanelStage::settle()
 {
+    auto &window = show();
     QImage last;
     QElapsedTimer sinceChange;
     for (const QDeadlineTimer end(longestWait); !end.hasExpired();) {
         runEvents(stillness / 4);
-        const auto image = m_window.grabWindow();
+        const auto image = window.grabWindow();
         if (image != last || image.isNull()) {
             last = image;
             sinceChange.start();

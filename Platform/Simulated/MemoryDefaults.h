@@ -8,7 +8,7 @@
 
 namespace kelmoth {
 
-/// Preferences that last as long as a test.
+/// Preferences that last as long as the object. Main thread.
 class MemoryDefaults : public UserDefaults {
 public:
     std::map<std::string, std::variant<std::int64_t, std::string>, std::less<>> values;
