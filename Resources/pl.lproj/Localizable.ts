@@ -79,7 +79,7 @@
         <source>Connect Razer Basilisk V3 series
 via USB dongle (2.4GHz)</source>
         <translation>Podłącz mysz z serii Razer Basilisk V3
-przez odbiornik USB (2,4 GHz)</translation>
+za pomocą odbiornika USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Bluetooth configuration is not available in this version</source>
@@ -157,7 +157,7 @@ przez odbiornik USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Breathe</source>
-        <translation>Oddech</translation>
+        <translation>Oddychanie</translation>
     </message>
     <message>
         <source>Spectrum</source>
@@ -217,19 +217,19 @@ przez odbiornik USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Wheel Mode Button</source>
-        <translation>Tryb kółka</translation>
+        <translation>Przycisk trybu kółka</translation>
     </message>
     <message>
         <source>Scroll Up</source>
-        <translation>Przewiń w górę</translation>
+        <translation>Przewijanie w górę</translation>
     </message>
     <message>
         <source>Scroll Down</source>
-        <translation>Przewiń w dół</translation>
+        <translation>Przewijanie w dół</translation>
     </message>
     <message>
         <source>Clutch</source>
-        <translation>Spust kciuka</translation>
+        <translation>Spust pod kciukiem</translation>
     </message>
     <message>
         <source>Bottom Button</source>
@@ -249,7 +249,7 @@ przez odbiornik USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Profile Switch</source>
-        <translation>Zmiana profilu</translation>
+        <translation>Przełączanie profili</translation>
     </message>
     <message>
         <source>Hypershift</source>
@@ -261,7 +261,7 @@ przez odbiornik USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Wheel Mode Toggle</source>
-        <translation>Zmiana trybu kółka</translation>
+        <translation>Przełączanie trybu kółka</translation>
     </message>
     <message>
         <source>Custom function</source>
@@ -277,7 +277,7 @@ przez odbiornik USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Pick a key (optional modifiers first):</source>
-        <translation>Wybierz klawisz (opcjonalnie najpierw modyfikatory):</translation>
+        <translation>Wybierz klawisz (najpierw ewentualne modyfikatory):</translation>
     </message>
     <message>
         <source>⌃ Ctrl</source>
@@ -345,15 +345,15 @@ przez odbiornik USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Allow Kelmoth under Login Items in System Settings.</source>
-        <translation>Zezwól programowi Kelmoth na autostart w ustawieniach systemu.</translation>
+        <translation>W ustawieniach systemu zezwól programowi Kelmoth na autostart.</translation>
     </message>
     <message>
         <source>Move Kelmoth to the Applications folder to launch it at login.</source>
-        <translation>Aby uruchamiać Kelmoth przy logowaniu, przenieś go do folderu aplikacji.</translation>
+        <translation>Aby uruchamiać Kelmoth przy logowaniu, przenieś go do folderu „Aplikacje”.</translation>
     </message>
     <message>
         <source>Launch at Login could not be changed: %@</source>
-        <translation>Nie udało się zmienić uruchamiania przy logowaniu: %@</translation>
+        <translation>Nie udało się zmienić ustawienia „Uruchamiaj przy logowaniu”: %@</translation>
     </message>
     <message>
         <source>DEVICE SETTINGS</source>
