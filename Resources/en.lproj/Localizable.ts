@@ -296,6 +296,26 @@ via USB dongle (2.4GHz)</translation>
         <translation>⌘ Cmd</translation>
     </message>
     <message>
+        <source>space</source>
+        <translation>space</translation>
+    </message>
+    <message>
+        <source>up</source>
+        <translation>up</translation>
+    </message>
+    <message>
+        <source>down</source>
+        <translation>down</translation>
+    </message>
+    <message>
+        <source>left</source>
+        <translation>left</translation>
+    </message>
+    <message>
+        <source>right</source>
+        <translation>right</translation>
+    </message>
+    <message>
         <source>Select profile:</source>
         <translation>Select profile:</translation>
     </message>

@@ -296,6 +296,26 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
         <translation>⌘ Cmd</translation>
     </message>
     <message>
+        <source>space</source>
+        <translation>spacja</translation>
+    </message>
+    <message>
+        <source>up</source>
+        <translation>góra</translation>
+    </message>
+    <message>
+        <source>down</source>
+        <translation>dół</translation>
+    </message>
+    <message>
+        <source>left</source>
+        <translation>lewo</translation>
+    </message>
+    <message>
+        <source>right</source>
+        <translation>prawo</translation>
+    </message>
+    <message>
         <source>Select profile:</source>
         <translation>Wybierz profil:</translation>
     </message>

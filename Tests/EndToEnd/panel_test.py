@@ -96,7 +96,7 @@ class PanelTest(unittest.TestCase):
         panel.press("Keyboard Key")
         panel.press("⌃ Ctrl")
         panel.press("⇧ Shift")
-        panel.press("f5")
+        panel.press("F5")
         panel.find("Button remapped")
         self.expect(*button(0x05, 0x02, 0x02, 0x03, 0x3E))
         panel.press("Button remapped")

@@ -109,7 +109,7 @@ TEST_F(ViewTest, AButtonIsGivenAnActionAKeyAndAProfile)
     press("Keyboard Key", radio);
     click("⌃ Ctrl", QAccessible::CheckBox);
     EXPECT_TRUE(state("⌃ Ctrl", QAccessible::CheckBox).checked);
-    press("left", button);
+    press("Left", button);
     finishAll();
     EXPECT_EQ(assigned(MouseButton::clutch), ButtonAction::keyPress("ctrl+left"));
 

@@ -6,10 +6,13 @@ import Kelmoth.Components
 PressArea {
     id: root
 
+    property string label ///< of which the first letter is shown large
+
     Layout.fillWidth: true
     Layout.preferredWidth: 1
     focusRadius: 4
     implicitHeight: 22
+    text: label.charAt(0).toUpperCase() + label.slice(1)
 
     Surface {
         anchors.fill: parent
@@ -25,7 +28,6 @@ PressArea {
     AppText {
         anchors.centerIn: parent
         color: root.hovered ? Theme.white : Theme.label
-        font.capitalization: Font.Capitalize
         fontSizeMode: Text.HorizontalFit
         horizontalAlignment: Text.AlignHCenter
         minimumPixelSize: 8

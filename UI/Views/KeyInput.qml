@@ -110,7 +110,7 @@ Column {
                     KeyCap {
                         required property string modelData
 
-                        text: modelData
+                        label: qsTr(modelData)
 
                         onTriggered: root.model.commitPickedKey(modelData)
                     }

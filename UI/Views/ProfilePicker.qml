@@ -32,7 +32,7 @@ Column {
                 required property string modelData
 
                 implicitHeight: 26
-                text: modelData
+                label: modelData
 
                 onTriggered: root.model.pickProfile(index + 1)
             }
