@@ -24,6 +24,7 @@ void ToastManager::show(ToastType type, std::string message, double duration)
     const Toast toast{.type = type, .message = std::move(message), .duration = duration};
     m_toastTimer = std::make_unique<QTimer>();
     m_toastTimer->setSingleShot(true);
+    m_toastTimer->setTimerType(Qt::PreciseTimer); // a coarse one may be a twentieth early
     connect(m_toastTimer.get(), &QTimer::timeout, this, [this, id = toast.id] {
         // Once more through the queue: what was shown in the meantime is not this timer's to hide.
         QMetaObject::invokeMethod(this, [this, id] { hideIfCurrent(id); }, Qt::QueuedConnection);

@@ -30,39 +30,48 @@ Operable {
         borderWidth: 1
         color: Qt.tint(Theme.controlBackground, Theme.regularMaterial)
         radius: 12
-        shadowColor: Theme.alpha("black", Theme.dark ? 0.35 : 0.1)
+        shadowColor: Theme.alpha("black", 0.1)
         shadowRadius: 8
         shadowY: 4
     }
 
-    Row {
-        id: row
+    Item { // what is larger than the surface, which may be growing
+        anchors.fill: parent
+        anchors.leftMargin: 20
+        anchors.rightMargin: 20
+        clip: true
 
-        anchors.centerIn: parent
-        spacing: 12
+        Row {
+            id: row
 
-        Symbol {
-            id: symbol
+            anchors.centerIn: parent
+            spacing: 12
 
-            anchors.verticalCenter: parent.verticalCenter
-            bold: true
-            color: root.tint
-            name: root.icon
-            size: 20
-        }
+            Symbol {
+                id: symbol
 
-        AppText {
-            anchors.verticalCenter: parent.verticalCenter
-            maximumLineCount: 3
-            size: 13
-            text: root.message
-            weight: Font.Medium
-            width: Math.min(implicitWidth, root.maximumWidth - 40 - 32 - 12 - symbol.width)
-            wrapMode: Text.Wrap
+                anchors.verticalCenter: parent.verticalCenter
+                bold: true
+                color: root.tint
+                name: root.icon
+                size: 20
+            }
+
+            AppText {
+                anchors.verticalCenter: parent.verticalCenter
+                maximumLineCount: 3
+                size: 13
+                text: root.message
+                weight: Font.Medium
+                width: Math.min(implicitWidth, root.maximumWidth - 40 - 32 - 12 - symbol.width)
+                wrapMode: Text.Wrap
+            }
         }
     }
 
     TapHandler {
+        gesturePolicy: TapHandler.ReleaseWithinBounds // however long it is held
+
         onTapped: root.tapped()
     }
 }

@@ -12,13 +12,33 @@ Item {
 
         anchors.horizontalCenter: parent.horizontalCenter
         enabled: root.model.shown
+        height: implicitHeight
         message: qsTr(root.model.message)
         opacity: 0
         type: root.model.type
         visible: opacity > 0
+        width: implicitWidth
         y: -height
 
         onTapped: root.model.hide()
+
+        Behavior on height {
+            enabled: toast.visible
+
+            SpringNumber {
+                damping: 0.8
+                response: 0.4
+            }
+        }
+
+        Behavior on width {
+            enabled: toast.visible
+
+            SpringNumber {
+                damping: 0.8
+                response: 0.4
+            }
+        }
 
         states: State {
             name: "shown"
