@@ -111,6 +111,11 @@ TEST_F(ContentTest, SaysWhyAPageCannotBeUsed)
     EXPECT_GE(changes.size(), 2);
     EXPECT_EQ(panel->deviceName(), QStringLiteral("No Device"));
     EXPECT_EQ(panel->noticeIcon(), QStringLiteral("computermouse"));
+    mouse().replug();
+    finishAll();
+    EXPECT_TRUE(panel->isPageUsable());
+    EXPECT_EQ(panel->noticeTitle(), QStringLiteral("No Device Connected")) << "while it fades";
+    EXPECT_THAT(texts(panel->noticeLines(), "label"), testing::SizeIs(2));
 }
 
 TEST_F(ContentTest, EveryFormattedTextFollowsTheLanguage)

@@ -212,11 +212,11 @@ const ContentModel::Notice &ContentModel::notice() const
         "Unsupported Device",
         {{.label = "This app supports only:\n• Basilisk V3\n• Basilisk V3 Pro\n• Basilisk V3 X HyperSpeed",
           .size = 11}}};
-    if (!device()) {
+    if (!m_noticeDevice) {
         return noDevice;
     }
-    if (device()->isBluetooth()) {
-        return isHyperSpeed(*device()) ? byReceiver : byCableOrReceiver;
+    if (m_noticeDevice->isBluetooth()) {
+        return isHyperSpeed(*m_noticeDevice) ? byReceiver : byCableOrReceiver;
     }
     return unsupported;
 }
@@ -233,8 +233,8 @@ QString ContentModel::noticeColorName() const
 
 QString ContentModel::noticeTitle() const
 {
-    if (device() && device()->isBluetooth()) {
-        return panelText(L10n::formatted(notice().title, device()->name()));
+    if (m_noticeDevice && m_noticeDevice->isBluetooth()) {
+        return panelText(L10n::formatted(notice().title, m_noticeDevice->name()));
     }
     return panelText(notice().title);
 }
@@ -289,6 +289,9 @@ void ContentModel::updateTabs()
 
 void ContentModel::updateNotice()
 {
+    if (!isDeviceSupported()) {
+        m_noticeDevice = device();
+    }
     RowsModel::Rows rows;
     for (const auto &line : notice().lines) {
         rows.append({panelText(line.label), line.size, line.isMedium, panelText(line.colorName), line.gap});

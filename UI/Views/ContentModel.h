@@ -20,7 +20,7 @@ namespace kelmoth {
 /// - over a page that is not usable the notice: `noticeIcon` in the theme's colour `noticeColorName`,
 ///   `noticeTitle` (a key, or text that is ready: look it up either way) and `noticeLines`, rows of `label`
 ///   (a key), `size` (points), `medium` (weight), `colorName` (of the theme), `gap` (points above it, beyond
-///   the usual);
+///   the usual); what it said last stays while it leaves the screen;
 /// - the footer: `footerText` (ready to show), buttons for `openAbout()` and `terminate()`;
 /// - while `showAbout`, the sheet of `about`, closed by `closeAbout()`; over everything `toast`.
 /// The view calls `panelShown()` whenever it comes on screen; `appeared` is true from the first time on.
@@ -131,6 +131,7 @@ private:
     int m_selectedTab = dpi;
     bool m_showAbout = false;
     bool m_appeared = false;
+    std::optional<RazerDevice> m_noticeDevice; ///< of which the notice speaks; none: that there is none
     RowsModel m_tabs{{"label", "icon", "selected"}};
     RowsModel m_noticeLines{{"label", "size", "medium", "colorName", "gap"}};
     DPITabModel m_dpiTab;
