@@ -115,7 +115,7 @@ TEST(Slider, EachKeyAndEachStepOfAToolIsAnEditOfItsOwn)
     scene.root()->setProperty("shown", 700); // the owner's value still arrives
     EXPECT_EQ(value->currentValue().toDouble(), 700);
 
-    item->setEnabled(false);
+    item->setProperty("usable", false);
     act(tool, QAccessibleActionInterface::decreaseAction());
     value->setCurrentValue(300);
     scene.key(Qt::Key_Left);
@@ -164,7 +164,7 @@ Item {
         width: 300
         ChoiceButton { objectName: "a"; text: "Auto"; icon: "globe"; selected: root.mode === 0; onTriggered: root.log += "a " }
         ChoiceButton { objectName: "b"; text: "Light"; selected: root.mode === 1; onTriggered: root.log += "b " }
-        ChoiceButton { objectName: "c"; text: "Dark"; enabled: false; onTriggered: root.log += "c " }
+        ChoiceButton { objectName: "c"; text: "Dark"; usable: false; onTriggered: root.log += "c " }
     }
     SwitchControl { objectName: "switch"; y: 50; width: 300; text: "Launch"; checked: root.mode === 1; onToggled: value => root.log += value + " " }
 })";

@@ -1,15 +1,15 @@
 import QtQuick
 import Kelmoth.Components
 
-/// For the opacity of what is disabled now and then: a moment's pause is not worth a flicker.
+/// For the opacity of what cannot be used now and then: a moment's pause is not worth a flicker.
 Behavior {
     id: root
 
-    required property Item item ///< whose state it is
+    required property Operable item ///< whose state it is
 
     SequentialAnimation {
         PauseAnimation {
-            duration: root.item.enabled ? 0 : 250
+            duration: root.item.usable ? 0 : 250
         }
 
         EaseOut {

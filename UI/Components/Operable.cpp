@@ -57,6 +57,15 @@ void Operable::setDescription(const QString &description)
     }
 }
 
+void Operable::setUsable(bool usable)
+{
+    if (m_usable != usable) {
+        m_usable = usable;
+        setEnabled(usable);
+        Q_EMIT usableChanged();
+    }
+}
+
 void Operable::setRole(int role)
 {
     if (m_role != role) {

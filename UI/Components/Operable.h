@@ -14,6 +14,9 @@ class Operable : public QQuickItem {
     /// The name: what is to be seen on it, or what its symbol means.
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     Q_PROPERTY(QString description READ description WRITE setDescription NOTIFY descriptionChanged)
+    /// Whether its owner lets it be used: it is disabled while not, and looks so. What is disabled from
+    /// above, for a while or under a veil, keeps its looks.
+    Q_PROPERTY(bool usable READ isUsable WRITE setUsable NOTIFY usableChanged)
     /// An Accessible.Role; Accessible.Slider has a value.
     Q_PROPERTY(int role READ role WRITE setRole NOTIFY roleChanged)
     Q_PROPERTY(bool selectable MEMBER m_selectable WRITE setSelectable NOTIFY selectableChanged)
@@ -36,6 +39,7 @@ public:
 
     QString text() const { return m_text; }
     QString description() const { return m_description; }
+    bool isUsable() const { return m_usable; }
     int role() const { return m_role; }
     bool isSelected() const { return m_selected; }
     bool isChecked() const { return m_checked; }
@@ -50,6 +54,7 @@ public:
 
     void setText(const QString &text);
     void setDescription(const QString &description);
+    void setUsable(bool usable);
     void setRole(int role);
     void setSelectable(bool selectable);
     void setSelected(bool selected);
@@ -61,6 +66,7 @@ public:
 Q_SIGNALS:
     void textChanged();
     void descriptionChanged();
+    void usableChanged();
     void roleChanged();
     void selectableChanged();
     void selectedChanged();
@@ -79,6 +85,7 @@ Q_SIGNALS:
 private:
     QString m_text;
     QString m_description;
+    bool m_usable = true;
     int m_role = QAccessible::Button;
     bool m_selectable = false;
     bool m_selected = false;

@@ -26,7 +26,7 @@ Operable {
 
     Item {
         anchors.fill: parent
-        opacity: root.enabled ? 1 : 0.45
+        opacity: root.usable ? 1 : 0.45
 
         Dimming on opacity {
             item: root

@@ -10,6 +10,7 @@ Item {
     property var model: []
     property int currentIndex: 0
     property string text ///< what is picked
+    property bool usable: true
     readonly property real segmentWidth: (width - 4) / Math.max(1, model.length)
     property real place: currentIndex ///< of the mark, on its way
 
@@ -72,6 +73,7 @@ Item {
                 selectable: true
                 selected: index === root.currentIndex
                 text: modelData
+                usable: root.usable
                 width: root.segmentWidth
 
                 onTriggered: root.picked(index)

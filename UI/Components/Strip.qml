@@ -15,7 +15,7 @@ ValueHandle {
 
     implicitHeight: 18
     implicitWidth: 200
-    opacity: enabled ? 1 : 0.45
+    opacity: usable ? 1 : 0.45
 
     onEditingEnded: ended()
 

@@ -14,7 +14,7 @@ ValueHandle {
     implicitHeight: 20
     implicitWidth: 200
     inset: knob.width / 2
-    opacity: enabled ? 1 : 0.45
+    opacity: usable ? 1 : 0.45
     stepSize: step > 0 ? step : (to - from) / 20
 
     Dimming on opacity {

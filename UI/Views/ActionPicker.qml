@@ -39,6 +39,7 @@ Column {
                 role: Accessible.RadioButton
                 selected: index === root?.row.selectedAction // which can change while the picker goes
                 text: qsTr(label)
+                usable: root?.row.model.isEnabled ?? false
 
                 onTriggered: root.row.model.handleActionSelection(root.row.button, index)
 

@@ -50,6 +50,7 @@ Item {
         focusRadius: 8
         implicitHeight: line.implicitHeight + 20
         text: qsTr(root.label)
+        usable: root.model.isEnabled
         width: parent.width
 
         onTriggered: root.model.toggleButton(root.button)

@@ -9,7 +9,6 @@ ScrollArea {
 
     required property var model
 
-    enabled: model.isEnabled
     spacing: 8
 
     Row {

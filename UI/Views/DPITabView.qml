@@ -10,8 +10,6 @@ ScrollArea {
 
     required property var model
 
-    enabled: model.isEnabled
-
     Card {
         spacing: 6
         width: parent.width
@@ -54,6 +52,7 @@ ScrollArea {
             step: 100
             text: qsTr("DPI")
             to: root.model.maxDPI
+            usable: root.model.isEnabled
             value: root.model.sliderDPI
 
             onEditingEnded: root.model.endEditing()
@@ -108,6 +107,7 @@ ScrollArea {
                     glow: 6
                     implicitHeight: content.height + 12
                     text: qsTr("Stage") + " " + number
+                    usable: root.model.isEnabled
 
                     onTriggered: root.model.pickStage(stage.stage)
 
@@ -181,6 +181,7 @@ ScrollArea {
                     glow: 4
                     implicitHeight: presetLabel.implicitHeight + 16
                     text: label
+                    usable: root.model.isEnabled
 
                     onTriggered: root.model.pickPreset(value)
 

@@ -45,6 +45,7 @@ Column {
                 implicitHeight: 22
                 role: Accessible.CheckBox
                 text: qsTr(label)
+                usable: root.model.isEnabled
 
                 onTriggered: root.model.toggleModifier(index)
 
@@ -111,6 +112,7 @@ Column {
                         required property string modelData
 
                         label: qsTr(modelData)
+                        usable: root.model.isEnabled
 
                         onTriggered: root.model.commitPickedKey(modelData)
                     }

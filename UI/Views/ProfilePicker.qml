@@ -33,6 +33,7 @@ Column {
 
                 implicitHeight: 26
                 label: modelData
+                usable: root.model.isEnabled
 
                 onTriggered: root.model.pickProfile(index + 1)
             }

@@ -10,11 +10,10 @@ ScrollArea {
 
     required property var model
 
-    enabled: model.isEnabled
-
     SegmentedPicker {
         currentIndex: root.model.zoneIndex
         model: root.model.zoneTitles.map(title => qsTr(title))
+        usable: root.model.isEnabled
         visible: root.model.showsZonePicker
         width: parent.width
 
@@ -49,6 +48,7 @@ ScrollArea {
                 growth: 1.03
                 implicitHeight: content.height + 16
                 text: qsTr(label)
+                usable: root.model.isEnabled
 
                 onTriggered: root.model.pickEffect(index)
 
@@ -113,6 +113,7 @@ ScrollArea {
 
                     color: presetColor
                     text: label
+                    usable: root.model.isEnabled
 
                     onTriggered: root.model.pickPreset(index)
                 }
@@ -131,6 +132,7 @@ ScrollArea {
                         position: i / 6
                     }))
             text: qsTr("Hue")
+            usable: root.model.isEnabled
 
             onEnded: root.model.endHueDrag()
             onMoved: position => root.model.dragHue(position)
@@ -161,6 +163,7 @@ ScrollArea {
                     }
                 ]
                 text: qsTr("Brightness")
+                usable: root.model.isEnabled
 
                 onEnded: root.model.endBrightnessDrag()
                 onMoved: position => root.model.dragBrightness(position)

@@ -142,18 +142,18 @@ ScrollArea {
 
             ChoiceRow {
                 Layout.fillWidth: true
-                enabled: root.model.liftOffEnabled
 
                 Repeater {
                     model: root.model.liftOffChoices
-    
+
                     ChoiceButton {
                         required selected
                         required property string label
                         required property int value
-    
+
                         text: qsTr(label)
-    
+                        usable: root.model.liftOffEnabled
+
                         onTriggered: root.model.pickLiftOff(value)
                     }
                 }
