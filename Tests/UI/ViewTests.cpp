@@ -269,4 +269,25 @@ TEST_F(ViewTest, AfterATransitionOnePageIsThere)
     EXPECT_TRUE(find("Stage 1", radio));
 }
 
+TEST_F(ViewTest, APageThatWasLeftIsFoundAtItsTopWithNothingOpen)
+{
+    show({pro});
+    const auto top = [this] {
+        (void)view->grabWindow();
+        auto *first = find("Left Click", button);
+        return first ? first->rect().y() : 0;
+    };
+    panel->selectTab(ContentModel::buttons);
+    const int atRest = top();
+    setMotion(true);
+    press("Bottom Button", button);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return top() < atRest - 100; })) << "the picker is in sight";
+    panel->selectTab(ContentModel::dpi);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return top() == 0; }));
+    panel->selectTab(ContentModel::buttons);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return top() != 0; }));
+    EXPECT_FALSE(find("Wheel Mode Toggle", radio));
+    EXPECT_EQ(top(), atRest);
+}
+
 } // namespace kelmoth

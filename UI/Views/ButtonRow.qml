@@ -28,7 +28,7 @@ Item {
     onHeightChanged: if (expanded) opened(root)
 
     Surface {
-        anchors.fill: parent
+        anchors.fill: header
         anchors.margins: 1
         color: Theme.alpha(Theme.accent, 0.1)
         opacity: root.expanded ? 1 : 0
@@ -36,7 +36,11 @@ Item {
         visible: opacity > 0
 
         Behavior on opacity {
-            EaseOut {
+            enabled: header.visible
+
+            SpringNumber {
+                damping: 0.7
+                response: 0.3
             }
         }
     }
@@ -109,7 +113,9 @@ Item {
         width: parent.width
         y: header.height
 
-        Behavior on height {
+        Behavior on height { // but not while the page is away
+            enabled: drawer.visible
+
             SpringNumber {
                 damping: 0.7
                 response: 0.3

@@ -2,7 +2,8 @@ import QtQuick
 import Kelmoth.Components
 import Kelmoth.Views
 
-/// A page's column of things: in the middle where there is room, else it scrolls.
+/// A page's column of things: in the middle where there is room, else it scrolls. A page that is left is found
+/// at its top again.
 Item {
     id: root
 
@@ -13,6 +14,8 @@ Item {
     function reveal(item: Item): void {
         revealer.reveal(item);
     }
+
+    onVisibleChanged: if (!visible) viewport.contentY = 0
 
     Flickable {
         id: viewport
