@@ -27,5 +27,10 @@ PressArea {
                 response: 0.2
             }
         }
+
+        ColorFade on color {
+            damping: 0.7
+            response: 0.2
+        }
     }
 }

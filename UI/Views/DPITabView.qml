@@ -137,6 +137,7 @@ ScrollArea {
                             weight: Font.Bold
 
                             ColorFade on color {
+                                response: 0.25
                             }
                         }
 
@@ -147,6 +148,7 @@ ScrollArea {
                             text: stage.label
 
                             ColorFade on color {
+                                response: 0.25
                             }
                         }
                     }
@@ -195,6 +197,7 @@ ScrollArea {
                         weight: Font.DemiBold
 
                         ColorFade on color {
+                            response: 0.25
                         }
                     }
                 }

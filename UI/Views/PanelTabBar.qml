@@ -118,7 +118,7 @@ Item {
                         color: tab.selected ? Theme.white : Theme.secondaryLabel
                         name: tab.icon
                         scale: tab.selected ? 1.2 : 1
-                        shadowColor: tab.selected ? Theme.alpha(Theme.accent, 0.64) : "transparent"
+                        shadowColor: Theme.alpha(Theme.accent, tab.selected ? 0.64 : 0)
                         shadowRadius: 8
                         size: 16
 
@@ -130,6 +130,9 @@ Item {
                         }
 
                         ColorFade on color {
+                        }
+
+                        ColorFade on shadowColor {
                         }
                     }
 

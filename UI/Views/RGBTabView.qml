@@ -74,6 +74,7 @@ ScrollArea {
                         }
 
                         ColorFade on color {
+                            response: 0.25
                         }
                     }
 
@@ -85,6 +86,7 @@ ScrollArea {
                         width: parent.width
 
                         ColorFade on color {
+                            response: 0.25
                         }
                     }
                 }

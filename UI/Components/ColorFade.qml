@@ -1,0 +1,17 @@
+import QtQuick
+import Kelmoth.Components
+
+/// For a colour: it begins and ends softly, or follows a spring. Immediate where the user wants no motion.
+Behavior {
+    id: root
+
+    property int time: 180     ///< milliseconds, without a spring
+    property real response: 0  ///< of a spring, seconds; 0: none
+    property real damping: 0.8 ///< of the spring, fraction
+
+    ColorAnimation {
+        duration: Theme.reduceMotion ? 0 : root.response > 0 ? Spring.duration(root.response, root.damping) : root.time
+        easing.bezierCurve: root.response > 0 ? Spring.curve(root.response, root.damping) : [0.42, 0, 0.58, 1, 1, 1]
+        easing.type: Easing.BezierSpline
+    }
+}
