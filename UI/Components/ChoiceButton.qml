@@ -7,6 +7,7 @@ PressArea {
     id: root
 
     property string icon
+    property bool moves: false ///< the choice comes and goes on a spring
 
     Layout.fillWidth: true
     Layout.preferredWidth: 1
@@ -19,14 +20,29 @@ PressArea {
 
     Surface {
         anchors.fill: parent
-        borderColor: root.selected ? "transparent" : Theme.outline
+        borderColor: Theme.outline
         borderWidth: 1
-        color: root.selected ? Theme.accentFill : Theme.controlBackground
-        color2: root.selected ? Theme.accentFillEnd : "transparent"
+        color: Theme.controlBackground
         radius: 7
-        shadowColor: root.selected ? Theme.alpha(Theme.accent, 0.35) : "transparent"
+    }
+
+    Surface {
+        anchors.fill: parent
+        color: Theme.accentFill
+        color2: Theme.accentFillEnd
+        opacity: root.selected ? 1 : 0
+        radius: 7
+        shadowColor: Theme.alpha(Theme.accent, 0.35)
         shadowRadius: 5
         shadowY: 1
+        visible: opacity > 0
+
+        Behavior on opacity {
+            enabled: root.moves
+
+            SpringNumber {
+            }
+        }
     }
 
     Surface {
@@ -62,6 +78,12 @@ PressArea {
             text: root.text
             weight: root.selected ? Font.DemiBold : Font.Medium
             width: Math.min(implicitWidth, root.width - 12 - (root.icon !== "" ? 18 : 0))
+
+            ColorFade on color {
+                damping: 0.7
+                enabled: root.moves
+                response: 0.3
+            }
         }
     }
 }

@@ -31,6 +31,7 @@ ScrollArea {
                     required property string label
                     required property int value
 
+                    moves: true
                     text: qsTr(label)
 
                     onTriggered: root.model.pickAppearance(value)
