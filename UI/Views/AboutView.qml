@@ -215,7 +215,7 @@ FocusScope {
                 Surface {
                     anchors.fill: parent
                     color: Theme.accentFill
-                    color2: Theme.accentFillEnd
+                    color2: Theme.alpha(Theme.accentFill, 0.8)
                     gradientDirection: Surface.TopToBottom
                     shadowColor: Theme.alpha(Theme.accent, 0.4)
                     shadowRadius: 8
