@@ -52,6 +52,7 @@ TEST_P(PaletteTest, TheAccentIsReadableAsTextAndUnderText)
     expectReadable("accent", palette.accent, palette.windowBackground);
     expectReadable("accent", palette.accent, palette.controlBackground);
     expectReadable("accent", palette.accent, composited(tint, palette.windowBackground));
+    expectReadable("white", Qt::white, palette.accentPlain);
     expectReadable("white", Qt::white, palette.accentFill);
     expectReadable("white", Qt::white, palette.accentFillEnd);
 }

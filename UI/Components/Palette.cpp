@@ -89,6 +89,7 @@ Palette Palette::of(const Scheme &scheme)
     palette.white = Qt::white;
     const QColor accent = scheme.accent.isValid() ? QColor(scheme.accent.rgb()) : palette.blue;
     palette.accent = readableAccent(accent, palette);
+    palette.accentPlain = readable(accent, Qt::white, readableContrast);
     palette.accentFill = readable(accent, Qt::white, 5.6);
     palette.accentFillEnd =
         readable(composited(faded(accent, 0.7F), scheme.dark ? QColor(Qt::black) : palette.controlBackground),

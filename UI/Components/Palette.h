@@ -21,8 +21,9 @@ struct Palette {
     QColor controlBackground;   ///< cards and buttons on it
     QColor underPageBackground; ///< wells, and what is switched off
     QColor accent;              ///< symbols, text, tints, glows
-    QColor accentFill;          ///< a filled surface under white text
-    QColor accentFillEnd;       ///< the lighter end of its gradient
+    QColor accentPlain;         ///< a filled surface under white text
+    QColor accentFill;          ///< the same where a gradient begins, which white text crosses
+    QColor accentFillEnd;       ///< the lighter end of that gradient
     QColor separator, outline;  ///< hairlines between rows, and around controls
     QColor regularMaterial;     ///< cards and toasts: hides what is behind it
     QColor ultraThinMaterial;   ///< a tint of what is behind it: bars and badges

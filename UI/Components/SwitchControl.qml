@@ -35,7 +35,7 @@ PressArea {
         anchors.verticalCenter: parent.verticalCenter
         borderColor: Theme.outline
         borderWidth: root.checked ? 0 : 1
-        color: root.checked ? Theme.accentFill : Theme.underPageBackground
+        color: root.checked ? Theme.accentPlain : Theme.underPageBackground
         height: 20
         shape: Surface.Capsule
         width: 34

@@ -27,7 +27,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor underPageBackground READ underPageBackground NOTIFY changed)
     /// For symbols, text, tints and glows; not under white text.
     Q_PROPERTY(QColor accent READ accent NOTIFY changed)
-    /// The accent as a surface under white text, and the lighter end of its gradient.
+    /// The accent as a surface under white text; where a gradient begins; and the lighter end of that.
+    Q_PROPERTY(QColor accentPlain READ accentPlain NOTIFY changed)
     Q_PROPERTY(QColor accentFill READ accentFill NOTIFY changed)
     Q_PROPERTY(QColor accentFillEnd READ accentFillEnd NOTIFY changed)
     Q_PROPERTY(QColor separator READ separator NOTIFY changed)
@@ -63,6 +64,7 @@ public:
     QColor controlBackground() const { return m_palette.controlBackground; }
     QColor underPageBackground() const { return m_palette.underPageBackground; }
     QColor accent() const { return m_palette.accent; }
+    QColor accentPlain() const { return m_palette.accentPlain; }
     QColor accentFill() const { return m_palette.accentFill; }
     QColor accentFillEnd() const { return m_palette.accentFillEnd; }
     QColor separator() const { return m_palette.separator; }

@@ -31,7 +31,7 @@ ValueHandle {
 
     Surface {
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.accentFill
+        color: Theme.accentPlain
         height: 4
         shape: Surface.Capsule
         width: knob.x + knob.width / 2

@@ -18,7 +18,7 @@ PressArea {
         anchors.fill: parent
         borderColor: Theme.outline
         borderWidth: 1
-        color: root.hovered ? Theme.accentFill : Theme.controlBackground
+        color: root.hovered ? Theme.accentPlain : Theme.controlBackground
         radius: 4
         shadowColor: "#1e000000"
         shadowRadius: 2

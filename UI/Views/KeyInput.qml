@@ -51,7 +51,7 @@ Column {
 
                 Surface {
                     anchors.fill: parent
-                    color: modifier.selected ? Theme.accentFill : Theme.underPageBackground
+                    color: modifier.selected ? Theme.accentPlain : Theme.underPageBackground
                     radius: 4
                 }
 

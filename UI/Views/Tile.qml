@@ -43,7 +43,7 @@ PressArea {
 
     Surface {
         anchors.fill: parent
-        color: Theme.accentFill
+        color: Theme.accentPlain
         opacity: root.selected ? 1 : 0
         radius: root.radius
         shadowColor: root.glow > 0 ? Theme.alpha(Theme.accent, 0.4) : "transparent"
