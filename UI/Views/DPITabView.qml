@@ -119,14 +119,28 @@ ScrollArea {
 
                         Surface {
                             anchors.horizontalCenter: parent.horizontalCenter
-                            borderColor: stage.selected ? Theme.alpha(Theme.white, 0.8) : Theme.outline
-                            borderWidth: 0.75
                             color: Theme.stage(stage.colorName)
                             height: 6
-                            shadowColor: stage.selected ? Theme.alpha(color, 0.6) : "transparent"
+                            shadowColor: Theme.alpha(color, stage.selected ? 0.6 : 0)
                             shadowRadius: 4
                             shape: Surface.Circle
                             width: 6
+
+                            ColorFade on shadowColor {
+                                response: 0.25
+                            }
+
+                            Surface {
+                                anchors.fill: parent
+                                anchors.margins: -1
+                                borderColor: stage.selected ? Theme.alpha(Theme.white, 0.8) : Theme.outline
+                                borderWidth: 1
+                                shape: Surface.Circle
+
+                                ColorFade on borderColor {
+                                    response: 0.25
+                                }
+                            }
                         }
 
                         AppText {
