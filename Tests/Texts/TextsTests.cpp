@@ -90,12 +90,12 @@ std::vector<SourceLiteral> literalsOfTheProgram()
     return literals;
 }
 
-/// Names of products and of things between programs: the same in every language, and seen as they stand.
+/// Names of products, fonts and things between programs: the same in every language, seen as they stand.
 bool isName(const QString &text)
 {
     static const QRegularExpression name(
         QStringLiteral("^(Razer Basilisk V3.*|Basilisk V3.*|Kelmoth[A-Z].*|Unknown|[A-Z]+_[A-Z_]+|Invalid "
-                       "number of keys.*)$"));
+                       "number of keys.*|Quicksand|Nunito|Comfortaa|Varela Round)$"));
     return name.match(text).hasMatch();
 }
 

@@ -4,6 +4,7 @@
 #include "UI/Components/Contrast.h"
 
 #include <QEvent>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -60,6 +61,17 @@ void Theme::update()
     m_reduceMotion = appearance.reduceMotion();
     m_palette = Palette::of(scheme);
     Q_EMIT changed();
+}
+
+QString Theme::roundedFamily()
+{
+    for (const auto family : {QLatin1String("Quicksand"), QLatin1String("Nunito"), QLatin1String("Comfortaa"),
+                              QLatin1String("Varela Round")}) {
+        if (QFontDatabase::hasFamily(family)) {
+            return family;
+        }
+    }
+    return QGuiApplication::font().family();
 }
 
 QColor Theme::stage(const QString &name) const

@@ -19,6 +19,8 @@ class Theme : public QObject {
     Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY changed)
     /// Nothing shines through.
     Q_PROPERTY(bool reduceTransparency READ reduceTransparency NOTIFY changed)
+    /// A font with round ends, where one is installed; else the program's own.
+    Q_PROPERTY(QString roundedFamily READ roundedFamily CONSTANT)
     Q_PROPERTY(QColor label READ label NOTIFY changed)
     Q_PROPERTY(QColor secondaryLabel READ secondaryLabel NOTIFY changed)
     Q_PROPERTY(QColor tertiaryLabel READ tertiaryLabel NOTIFY changed)
@@ -57,6 +59,7 @@ public:
     bool isDark() const { return m_scheme.dark; }
     bool reduceMotion() const { return m_reduceMotion; }
     bool reduceTransparency() const { return m_scheme.opaque; }
+    static QString roundedFamily();
     QColor label() const { return m_palette.label; }
     QColor secondaryLabel() const { return m_palette.secondaryLabel; }
     QColor tertiaryLabel() const { return m_palette.tertiaryLabel; }

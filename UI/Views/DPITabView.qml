@@ -22,6 +22,7 @@ ScrollArea {
                 spacing: 2
 
                 AppText {
+                    font.family: Theme.roundedFamily
                     size: 32
                     text: root.model.shownDPIText
                     weight: Font.Bold
