@@ -59,13 +59,16 @@ void PageVeil::reset()
     }
 }
 
-/// A grab costs a frame of its own, which calls for no other: one is under way then. A grab that shows
-/// something new changes this item, whose frame is followed by a grab that finds nothing new; so it comes to
-/// rest.
+/// A grab costs a frame of its own, which calls for no other: one is under way then. A frame more may show
+/// what the grab has missed. A grab that shows something new changes this item, whose frame is followed by a
+/// grab that finds nothing new; so it comes to rest.
 void PageVeil::grab()
 {
-    if (m_grab || !m_source || !window() || !window()->isVisible() || m_source->width() < 1 ||
-        m_source->height() < 1) {
+    if (m_grab) {
+        ++m_framesMeanwhile;
+        return;
+    }
+    if (!m_source || !window() || !window()->isVisible() || m_source->width() < 1 || m_source->height() < 1) {
         return;
     }
     const QSize size = QSizeF(m_source->width(), m_source->height()).toSize();
@@ -73,10 +76,14 @@ void PageVeil::grab()
     if (!m_grab) {
         return;
     }
+    m_framesMeanwhile = 0;
     connect(m_grab.data(), &QQuickItemGrabResult::ready, this, [this] {
         const QImage image = m_grab ? m_grab->image() : QImage();
         m_grab.reset();
         show(image);
+        if (m_framesMeanwhile > 1) {
+            grab();
+        }
     });
 }
 

@@ -48,6 +48,7 @@ private:
     QPointer<QQuickItem> m_source;
     bool m_active = false;
     QSharedPointer<QQuickItemGrabResult> m_grab; ///< under way
+    int m_framesMeanwhile = 0;                   ///< shown since it was asked for
     QMetaObject::Connection m_frames;
     QImage m_grabbed; ///< the source as it was last seen
     QImage m_veil;    ///< what is shown for it
