@@ -94,97 +94,92 @@ ScrollArea {
         }
     }
 
-    Card {
-        spacing: 14
+    TileGrid {
+        columnSpacing: 0
+        columns: 5
+        rowSpacing: 8
         width: parent.width
 
-        TileGrid {
-            Layout.fillWidth: true
-            columnSpacing: 0
-            columns: 5
-            rowSpacing: 8
+        Repeater {
+            model: root.model.presets
 
-            Repeater {
-                model: root.model.presets
+            Swatch {
+                required selected
+                required property int index
+                required property string label
+                required property color presetColor
 
-                Swatch {
-                    required selected
-                    required property int index
-                    required property string label
-                    required property color presetColor
+                color: presetColor
+                text: label
+                usable: root.model.isEnabled
 
-                    color: presetColor
-                    text: label
-                    usable: root.model.isEnabled
-
-                    onTriggered: root.model.pickPreset(index)
-                }
+                onTriggered: root.model.pickPreset(index)
             }
+        }
+    }
+
+    Strip {
+        markerColor: Qt.hsva(root.model.hue, 0.9, 0.9, 1)
+        position: root.model.hue
+        stepSize: 0.02
+        stops: Array.from({
+            length: 7
+        }, (none, i) => ({
+                    color: Qt.hsva(i / 6, 0.9, 0.9, 1),
+                    position: i / 6
+                }))
+        text: qsTr("Hue")
+        usable: root.model.isEnabled
+        width: parent.width
+
+        onEnded: root.model.endHueDrag()
+        onMoved: position => root.model.dragHue(position)
+    }
+
+    RowLayout {
+        spacing: 8
+        width: parent.width
+
+        Symbol {
+            color: Theme.secondaryLabel
+            name: "sun.min"
+            size: 11
         }
 
         Strip {
             Layout.fillWidth: true
-            markerColor: Qt.hsva(root.model.hue, 0.9, 0.9, 1)
-            position: root.model.hue
-            stepSize: 0.02
-            stops: Array.from({
-                length: 7
-            }, (none, i) => ({
-                        color: Qt.hsva(i / 6, 0.9, 0.9, 1),
-                        position: i / 6
-                    }))
-            text: qsTr("Hue")
+            markerColor: Theme.dark ? Theme.gray : Theme.white
+            position: root.model.brightness
+            stops: [
+                {
+                    color: Theme.underPageBackground,
+                    position: 0
+                },
+                {
+                    color: root.model.currentColor,
+                    position: 1
+                }
+            ]
+            text: qsTr("Brightness")
             usable: root.model.isEnabled
 
-            onEnded: root.model.endHueDrag()
-            onMoved: position => root.model.dragHue(position)
+            onEnded: root.model.endBrightnessDrag()
+            onMoved: position => root.model.dragBrightness(position)
         }
 
-        RowLayout {
-            Layout.fillWidth: true
-            spacing: 8
+        Symbol {
+            color: Theme.secondaryLabel
+            name: "sun.max"
+            size: 13
+        }
 
-            Symbol {
-                color: Theme.secondaryLabel
-                name: "sun.min"
-                size: 11
-            }
-
-            Strip {
-                Layout.fillWidth: true
-                markerColor: Theme.dark ? Theme.gray : Theme.white
-                position: root.model.brightness
-                stops: [
-                    {
-                        color: Theme.underPageBackground,
-                        position: 0
-                    },
-                    {
-                        color: root.model.currentColor,
-                        position: 1
-                    }
-                ]
-                text: qsTr("Brightness")
-                usable: root.model.isEnabled
-
-                onEnded: root.model.endBrightnessDrag()
-                onMoved: position => root.model.dragBrightness(position)
-            }
-
-            Symbol {
-                color: Theme.secondaryLabel
-                name: "sun.max"
-                size: 13
-            }
-
-            AppText {
-                Layout.preferredWidth: 36
-                color: Theme.secondaryLabel
-                horizontalAlignment: Text.AlignRight
-                size: 10
-                text: root.model.brightnessText
-                weight: Font.Medium
-            }
+        AppText {
+            Layout.preferredWidth: 36
+            color: Theme.secondaryLabel
+            horizontalAlignment: Text.AlignRight
+            size: 10
+            text: root.model.brightnessText
+            weight: Font.Medium
         }
     }
 }
