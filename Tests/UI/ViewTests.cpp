@@ -1,6 +1,8 @@
 #include "Tests/UI/ViewFixture.h"
 #include "UI/Views/Texts.h"
 
+#include <algorithm>
+
 namespace kelmoth {
 
 namespace {
@@ -85,6 +87,26 @@ TEST_F(ViewTest, AStripEndsAtItsEnds)
     finishAll();
     EXPECT_EQ(mouse().state().lights.at(RGBZone::scrollWheel).brightness, 0);
     EXPECT_TRUE(find("0%", caption));
+}
+
+TEST_F(ViewTest, TheLightFadesOverAtATapAndFollowsADragAtOnce)
+{
+    show({pro});
+    panel->selectTab(ContentModel::rgb);
+    setMotion(true);
+    const auto items = view->rootObject()->findChildren<QQuickItem *>();
+    const auto preview =
+        std::ranges::find_if(items, [](auto *item) { return item->property("turn").isValid(); });
+    ASSERT_NE(preview, items.end());
+    const auto turn = [&] { return (*preview)->property("turn").toDouble(); };
+    for (const char *tapped : {"Color preset 7", "Off", "Static"}) {
+        press(tapped, radio);
+        EXPECT_LT(turn(), 1) << tapped;
+        finishAll();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return turn() == 1; })) << tapped;
+    }
+    drag("Hue", slider, 0.5, 0.7);
+    EXPECT_EQ(turn(), 1);
 }
 
 TEST_F(ViewTest, AButtonIsGivenAnActionAKeyAndAProfile)

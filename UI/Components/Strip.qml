@@ -8,6 +8,8 @@ ValueHandle {
     property alias position: root.value ///< 0 to 1; the owner's
     property alias stops: bar.stops     ///< of the gradient: objects with position and color
     property color markerColor: "transparent"
+    property bool moves: false ///< the marker goes to its place, and is not there at once
+    readonly property real shownPosition: marker.x / Math.max(1, width - marker.width)
 
     signal ended
 
@@ -36,6 +38,8 @@ ValueHandle {
     }
 
     Surface {
+        id: marker
+
         anchors.verticalCenter: parent.verticalCenter
         borderColor: "white"
         borderWidth: 3
@@ -47,6 +51,14 @@ ValueHandle {
         shape: Surface.Circle
         width: 18
         x: Math.round(root.fraction * (root.width - width))
+
+        Behavior on x {
+            enabled: root.moves
+
+            EaseInOut {
+                time: 180
+            }
+        }
 
         FocusRing {
             shape: Surface.Circle

@@ -20,12 +20,10 @@ ScrollArea {
         onPicked: index => root.model.pickZone(index)
     }
 
-    Surface {
-        color: Theme.alpha(root.model.isOff ? Theme.gray : root.model.currentColor, root.model.previewOpacity)
-        height: 32
-        radius: 8
-        shadowColor: root.model.isOff ? "transparent" : Theme.alpha(root.model.currentColor, 0.6)
-        shadowRadius: 8
+    LightPreview {
+        id: preview
+
+        model: root.model
         width: parent.width
     }
 
@@ -50,7 +48,11 @@ ScrollArea {
                 text: qsTr(label)
                 usable: root.model.isEnabled
 
-                onTriggered: root.model.pickEffect(index)
+                onTriggered: {
+                    preview.motion = LightPreview.Springy;
+                    root.model.pickEffect(index);
+                    preview.motion = LightPreview.None;
+                }
 
                 Column {
                     id: content
@@ -113,13 +115,18 @@ ScrollArea {
                 text: label
                 usable: root.model.isEnabled
 
-                onTriggered: root.model.pickPreset(index)
+                onTriggered: {
+                    preview.motion = LightPreview.Soft;
+                    root.model.pickPreset(index);
+                    preview.motion = LightPreview.None;
+                }
             }
         }
     }
 
     Strip {
-        markerColor: Qt.hsva(root.model.hue, 0.9, 0.9, 1)
+        markerColor: Qt.hsva(shownPosition, 0.9, 0.9, 1)
+        moves: preview.motion === LightPreview.Soft
         position: root.model.hue
         stepSize: 0.02
         stops: Array.from({
@@ -147,6 +154,8 @@ ScrollArea {
         }
 
         Strip {
+            property color light: root.model.currentColor
+
             Layout.fillWidth: true
             markerColor: Theme.dark ? Theme.gray : Theme.white
             position: root.model.brightness
@@ -156,7 +165,7 @@ ScrollArea {
                     position: 0
                 },
                 {
-                    color: root.model.currentColor,
+                    color: light,
                     position: 1
                 }
             ]
@@ -165,6 +174,10 @@ ScrollArea {
 
             onEnded: root.model.endBrightnessDrag()
             onMoved: position => root.model.dragBrightness(position)
+
+            ColorFade on light {
+                enabled: preview.motion === LightPreview.Soft
+            }
         }
 
         Symbol {
