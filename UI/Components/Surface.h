@@ -31,6 +31,8 @@ class Surface : public kelmoth::PictureItem { // in full: so the type's descript
     Q_PROPERTY(double shadowX READ shadowX WRITE setShadowX NOTIFY shadowXChanged)
     Q_PROPERTY(double shadowY READ shadowY WRITE setShadowY NOTIFY shadowYChanged)
     Q_PROPERTY(double blur READ blur WRITE setBlur NOTIFY blurChanged)
+    /// Whether what the blur carries beyond the shape is cut off.
+    Q_PROPERTY(bool clipped READ isClipped WRITE setClipped NOTIFY clippedChanged)
 
 public:
     enum Shape {
@@ -62,6 +64,7 @@ public:
     double shadowX() const { return m_look.shadowOffset.x(); }
     double shadowY() const { return m_look.shadowOffset.y(); }
     double blur() const { return m_look.blurRadius; }
+    bool isClipped() const { return m_look.isClipped; }
 
     void setShape(Shape shape)
     {
@@ -96,6 +99,7 @@ public:
         set(m_look.shadowOffset.ry(), qBound(-200.0, y, 200.0), &Surface::shadowYChanged);
     }
     void setBlur(double radius) { set(m_look.blurRadius, qBound(0.0, radius, 200.0), &Surface::blurChanged); }
+    void setClipped(bool clipped) { set(m_look.isClipped, clipped, &Surface::clippedChanged); }
 
 Q_SIGNALS:
     void shapeChanged();
@@ -112,6 +116,7 @@ Q_SIGNALS:
     void shadowXChanged();
     void shadowYChanged();
     void blurChanged();
+    void clippedChanged();
 
 protected:
     QByteArray pictureKey() const override { return look().key(); }

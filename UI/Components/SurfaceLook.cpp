@@ -72,6 +72,20 @@ void paintShape(QPainter &painter, const SurfaceLook &look, const QRectF &box, d
     }
 }
 
+/// Leaves what lies within the shape.
+void cut(QImage &image, const QPainterPath &shape)
+{
+    QImage mask = canvas(image.size());
+    {
+        QPainter painter(&mask);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(shape, Qt::black);
+    }
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.drawImage(0, 0, mask);
+}
+
 /// The shadow of the whole shape, but not under it, where a translucent fill would show it.
 QImage shadow(const SurfaceLook &look, QSize size, const QRectF &box, double scale)
 {
@@ -104,7 +118,7 @@ QByteArray SurfaceLook::key() const
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream << size << int(shape) << radius << fill << int(direction) << borderColor << borderWidth
-           << shadowColor << shadowRadius << shadowOffset << blurRadius;
+           << shadowColor << shadowRadius << shadowOffset << blurRadius << isClipped;
     return bytes;
 }
 
@@ -133,6 +147,9 @@ Picture paintSurface(const SurfaceLook &look, double scale)
     }
     if (look.blurRadius > 0) {
         image = blurred(image, look.blurRadius / 2 * scale);
+        if (look.isClipped) {
+            cut(image, outline(look, box, look.radius * scale));
+        }
     }
     if (hasShadow) {
         QImage under = shadow(look, size, box, scale);

@@ -35,7 +35,8 @@ public:
     QColor shadowColor;
     double shadowRadius = 0; ///< of a Gaussian whose standard deviation is half of it
     QPointF shadowOffset;
-    double blurRadius = 0; ///< of fill and border
+    double blurRadius = 0;  ///< of fill and border
+    bool isClipped = false; ///< what the blur carries beyond the shape is cut off
 
     QByteArray key() const;
 };

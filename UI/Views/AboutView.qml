@@ -46,18 +46,15 @@ FocusScope {
         radius: 12
     }
 
-    Item {
+    Surface {
         anchors.fill: parent
         anchors.margins: 1
-        clip: true
-
-        Surface {
-            anchors.fill: parent
-            blur: 30
-            color: Theme.alpha(Theme.accent, 0.15)
-            color2: Theme.alpha(Theme.green, 0.1)
-            color3: "transparent"
-        }
+        blur: 30
+        clipped: true
+        color: Theme.alpha(Theme.accent, 0.15)
+        color2: Theme.alpha(Theme.green, 0.1)
+        color3: "transparent"
+        radius: 11
     }
 
     Column {
