@@ -58,11 +58,11 @@ FocusScope {
     }
 
     Column {
-        // What the font of a desktop takes more than others, the gaps give.
+        // What the font of a desktop takes more than others, the paddings at the ends give, then the gaps.
         readonly property real inner: emblem.height + title.height + badge.height + features.height + devices.height + disclaimer.height + bottom.height
 
         anchors.centerIn: parent
-        spacing: Math.max(2, Math.min(12, Math.floor((root.height - inner) / 6)))
+        spacing: Math.max(2, Math.min(12, Math.floor((root.height + 24 - inner) / 6)))
         width: parent.width
 
         Item {
