@@ -81,6 +81,8 @@ FocusScope {
         GradientText {
             id: title
 
+            Accessible.name: text
+            Accessible.role: Accessible.Heading
             anchors.horizontalCenter: parent.horizontalCenter
             color: Theme.label
             color2: Theme.alpha(Theme.label, 0.8)
