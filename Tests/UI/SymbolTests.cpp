@@ -3,6 +3,7 @@
 #include "UI/Components/SymbolLook.h"
 #include "UI/Components/SymbolTable.h"
 
+#include <QTemporaryFile>
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -103,6 +104,24 @@ TEST(Symbols, GlowIsColoredAndReachesBeyondTheIcon)
     EXPECT_GT(beside.red(), 250);
     EXPECT_EQ(beside.blue(), 0);
     EXPECT_EQ(picture.image.pixelColor(picture.origin + QPoint(20, 20)), QColor(Qt::white));
+}
+
+TEST(Symbols, APictureKeepsItsColorsAndLosesItsCorners)
+{
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write(
+        "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 1 1'><path d='M0 0h1v1z' fill='red'/></svg>");
+    file.close();
+    SymbolLook look;
+    look.size = {20, 20};
+    look.side = 20;
+    look.file = file.fileName();
+    look.radius = 6;
+    look.shadows[0].color = look.shadows[1].color = Qt::transparent;
+    const Picture picture = paintSymbol(look, 2);
+    EXPECT_EQ(picture.image.pixelColor(picture.origin + QPoint(38, 20)), QColor(Qt::red));
+    EXPECT_EQ(picture.image.pixelColor(picture.origin + QPoint(39, 0)).alpha(), 0);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "UI/Components/ShapePath.h"
 
+#include <QPainter>
 #include <QTransform>
 #include <QtMath>
 
@@ -70,6 +71,20 @@ QPainterPath continuousRectangle(const QRectF &rectangle, double radius)
     }
     path.closeSubpath();
     return path;
+}
+
+void cut(QImage &image, const QPainterPath &shape)
+{
+    QImage mask(image.size(), QImage::Format_ARGB32_Premultiplied);
+    mask.fill(Qt::transparent);
+    {
+        QPainter painter(&mask);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(shape, Qt::black);
+    }
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.drawImage(0, 0, mask);
 }
 
 } // namespace kelmoth

@@ -72,20 +72,6 @@ void paintShape(QPainter &painter, const SurfaceLook &look, const QRectF &box, d
     }
 }
 
-/// Leaves what lies within the shape.
-void cut(QImage &image, const QPainterPath &shape)
-{
-    QImage mask = canvas(image.size());
-    {
-        QPainter painter(&mask);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.fillPath(shape, Qt::black);
-    }
-    QPainter painter(&image);
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.drawImage(0, 0, mask);
-}
-
 /// The shadow of the whole shape, but not under it, where a translucent fill would show it.
 QImage shadow(const SurfaceLook &look, QSize size, const QRectF &box, double scale)
 {

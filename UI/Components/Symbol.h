@@ -12,6 +12,10 @@ class Symbol : public kelmoth::PictureItem { // in full: so the type's descripti
     QML_ELEMENT
     /// As the design calls it, such as "gearshape.fill"; an unknown one shows nothing.
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
+    /// Not empty: an SVG picture of the program to show instead, in its own colours, cut to corners of
+    /// `radius`.
+    Q_PROPERTY(QString file READ file WRITE setFile NOTIFY fileChanged)
+    Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged)
     /// The size of text that it goes with; the icon is a fifth larger.
     Q_PROPERTY(double size READ fontSize WRITE setFontSize NOTIFY sizeChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
@@ -28,6 +32,8 @@ public:
     explicit Symbol(QQuickItem *parent = nullptr);
 
     QString name() const { return m_look.name; }
+    QString file() const { return m_look.file; }
+    double radius() const { return m_look.radius; }
     double fontSize() const { return m_fontSize; }
     QColor color() const { return m_color; }
     QColor color2() const { return m_color2; }
@@ -39,6 +45,8 @@ public:
     double shadow2Radius() const { return m_look.shadows[1].radius; }
 
     void setName(const QString &name) { set(m_look.name, name, &Symbol::nameChanged); }
+    void setFile(const QString &file) { set(m_look.file, file, &Symbol::fileChanged); }
+    void setRadius(double radius) { set(m_look.radius, radius, &Symbol::radiusChanged); }
     void setFontSize(double size);
     void setColor(const QColor &color) { set(m_color, color, &Symbol::colorChanged); }
     void setColor2(const QColor &color) { set(m_color2, color, &Symbol::color2Changed); }
@@ -63,6 +71,8 @@ public:
 
 Q_SIGNALS:
     void nameChanged();
+    void fileChanged();
+    void radiusChanged();
     void sizeChanged();
     void colorChanged();
     void color2Changed();

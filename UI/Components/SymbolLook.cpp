@@ -1,6 +1,7 @@
 #include "UI/Components/SymbolLook.h"
 
 #include "UI/Components/Blur.h"
+#include "UI/Components/ShapePath.h"
 #include "UI/Components/SymbolTable.h"
 
 #include <QDataStream>
@@ -46,10 +47,18 @@ double strokeFor(const SymbolIcon &icon, double pixels, bool bold)
     return icon.fine ? stroke / 3 : stroke;
 }
 
-QImage mask(const SymbolLook &look, QSize canvas, const QRectF &box)
+QImage mask(const SymbolLook &look, QSize canvas, const QRectF &box, double scale)
 {
     QImage image(canvas, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
+    if (!look.file.isEmpty()) {
+        QSvgRenderer renderer(look.file);
+        QPainter painter(&image);
+        renderer.render(&painter, box);
+        painter.end();
+        cut(image, continuousRectangle(box, look.radius * scale));
+        return image;
+    }
     const QByteArray name = look.name.toUtf8();
     const SymbolIcon *icon = symbolNamed({name.data(), static_cast<std::size_t>(name.size())});
     if (!icon) {
@@ -80,7 +89,7 @@ QByteArray SymbolLook::key() const
 {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream << size << side << name << fill << bold;
+    stream << size << side << name << file << radius << fill << bold;
     for (const Shadow &shadow : shadows) {
         stream << shadow.color << shadow.radius;
     }
@@ -105,7 +114,7 @@ Picture paintSymbol(const SymbolLook &look, double scale)
     const QPoint corner((canvas.width() - side) / 2, (canvas.height() - side) / 2);
     const QRectF box(corner, QSizeF(side, side));
 
-    const QImage shape = mask(look, canvas, box);
+    const QImage shape = mask(look, canvas, box, scale);
     QImage image(canvas, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
@@ -117,7 +126,7 @@ Picture paintSymbol(const SymbolLook &look, double scale)
         }
     }
     QImage filled = shape;
-    {
+    if (look.file.isEmpty()) {
         QPainter tint(&filled);
         tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
         tint.fillRect(filled.rect(), brush(look.fill, box));

@@ -21,6 +21,8 @@ struct SymbolLook {
     QSizeF size;         ///< the icon stands in the middle
     double side = 0;     ///< of the icon's square box
     QString name;        ///< as the design calls it; an unknown one paints nothing
+    QString file;        ///< not empty: an SVG picture to show instead, in its own colours
+    double radius = 0;   ///< of the corners that the picture is cut to
     QGradientStops fill; ///< one stop: a plain colour; more run from the top left to the bottom right
     bool bold = false;
     std::array<Shadow, 2> shadows; ///< the second lies under the first

@@ -59,15 +59,19 @@ Item {
     }
 
     Symbol {
+        readonly property bool isPicture: root.model.appIcon !== ""
+
         anchors.centerIn: parent
         color: Theme.green
         color2: Theme.accent
         color3: Theme.alpha(Theme.green, 0.8)
+        file: root.model.appIcon
         name: "computermouse.fill"
+        radius: 20
         shadow2Color: Theme.alpha(Theme.accent, 0.4)
-        shadow2Radius: 8
+        shadow2Radius: isPicture ? 12 : 8
         shadowColor: Theme.alpha(Theme.green, 0.6)
-        shadowRadius: 15
-        size: 52
+        shadowRadius: isPicture ? 20 : 15
+        size: isPicture ? 80 : 52 // the picture is 96 points wide
     }
 }

@@ -4,6 +4,8 @@
 #include "Core/Services/L10n.h"
 #include "UI/Views/Texts.h"
 
+#include <QFile>
+
 #include <array>
 
 namespace kelmoth {
@@ -50,6 +52,12 @@ AboutModel::AboutModel(Preferences &preferences, QObject *parent) : QObject(pare
 QString AboutModel::versionText() const
 {
     return panelText(L10n::formatted("Version %@", application::version()));
+}
+
+QString AboutModel::appIcon() const
+{
+    const auto file = QStringLiteral(":/kelmoth/AppIcon.svg");
+    return QFile::exists(file) ? file : QString();
 }
 
 QVariantList AboutModel::features() const

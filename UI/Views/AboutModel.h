@@ -10,6 +10,7 @@ namespace kelmoth {
 
 /// The About sheet. The view shows of it:
 /// - `versionText` (ready to show);
+/// - the emblem: the picture of `appIcon`, a file; empty: there is none, and a symbol stands for it;
 /// - `features`: rows of `icon`, `colorName` (of the theme), `label` (a key), `delay` (seconds);
 /// - `devices`: rows of `name` and `badge` (both shown as they stand), `delay`;
 /// - the entrance: these properties have their first values until the view calls `shown()`, then their last
@@ -18,6 +19,7 @@ namespace kelmoth {
 class AboutModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString versionText READ versionText NOTIFY versionTextChanged)
+    Q_PROPERTY(QString appIcon READ appIcon CONSTANT)
     Q_PROPERTY(QVariantList features READ features CONSTANT)
     Q_PROPERTY(QVariantList devices READ devices CONSTANT)
     Q_PROPERTY(bool appeared READ appeared NOTIFY entranceChanged)
@@ -32,6 +34,8 @@ public:
 
     /// "Version 0.1.0", in the interface language.
     QString versionText() const;
+    /// The program's icon among its resources.
+    QString appIcon() const;
     QVariantList features() const;
     QVariantList devices() const;
 
