@@ -83,17 +83,30 @@ Item {
 
             AppText {
                 Layout.fillWidth: true
+                Layout.minimumWidth: Math.min(implicitWidth, 150)
                 size: 12
                 text: header.text
                 weight: Font.Medium
             }
 
-            AppText {
-                Layout.maximumWidth: 130
-                color: Theme.secondaryLabel
-                horizontalAlignment: Text.AlignRight
-                size: 11
-                text: qsTr(root.actionName)
+            Item { // a long name takes a second line from the row's insets
+                Layout.fillWidth: true
+                Layout.maximumWidth: implicitWidth
+                implicitWidth: Math.ceil(action.implicitWidth)
+
+                AppText {
+                    id: action
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: Theme.secondaryLabel
+                    horizontalAlignment: Text.AlignRight
+                    lineHeight: 0.95
+                    maximumLineCount: 2
+                    size: 11
+                    text: qsTr(root.actionName)
+                    width: parent.width
+                    wrapMode: Text.Wrap
+                }
             }
 
             Symbol {
