@@ -297,17 +297,17 @@ TEST_F(ViewTest, APageThatWasLeftIsFoundAtItsTopWithNothingOpen)
     const auto top = [this] {
         (void)view->grabWindow();
         auto *first = find("Left Click", button);
-        return first ? first->rect().y() : 0;
+        return first ? std::optional(first->rect().y()) : std::nullopt;
     };
     panel->selectTab(ContentModel::buttons);
-    const int atRest = top();
+    const auto atRest = top();
     setMotion(true);
     press("Bottom Button", button);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return top() < atRest - 100; })) << "the picker is in sight";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return top() < *atRest - 100; })) << "the picker is in sight";
     panel->selectTab(ContentModel::dpi);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return top() == 0; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !top(); }));
     panel->selectTab(ContentModel::buttons);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return top() != 0; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return top().has_value(); }));
     EXPECT_FALSE(find("Wheel Mode Toggle", radio));
     EXPECT_EQ(top(), atRest);
 }
