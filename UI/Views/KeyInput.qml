@@ -45,7 +45,7 @@ Column {
                 implicitHeight: 22
                 role: Accessible.CheckBox
                 text: qsTr(label)
-                usable: root.model.isEnabled
+                usable: root?.model.isEnabled ?? false
 
                 onTriggered: root.model.toggleModifier(index)
 
@@ -112,7 +112,7 @@ Column {
                         required property string modelData
 
                         label: qsTr(modelData)
-                        usable: root.model.isEnabled
+                        usable: root?.model.isEnabled ?? false
 
                         onTriggered: root.model.commitPickedKey(modelData)
                     }

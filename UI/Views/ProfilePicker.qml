@@ -33,7 +33,7 @@ Column {
 
                 implicitHeight: 26
                 label: modelData
-                usable: root.model.isEnabled
+                usable: root?.model.isEnabled ?? false // which can change while the picker goes
 
                 onTriggered: root.model.pickProfile(index + 1)
             }
