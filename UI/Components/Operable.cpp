@@ -63,6 +63,29 @@ void Operable::setUsable(bool usable)
         m_usable = usable;
         setEnabled(usable);
         Q_EMIT usableChanged();
+        constexpr int moment = 250; // milliseconds
+        if (usable) {
+            m_dimming.stop();
+            setDimmed(false);
+        } else {
+            m_dimming.start(moment, this);
+        }
+    }
+}
+
+void Operable::setDimmed(bool dimmed)
+{
+    if (m_dimmed != dimmed) {
+        m_dimmed = dimmed;
+        Q_EMIT dimmedChanged();
+    }
+}
+
+void Operable::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_dimming.timerId()) {
+        m_dimming.stop();
+        setDimmed(true);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAccessible>
+#include <QBasicTimer>
 #include <QQuickItem>
 
 namespace kelmoth {
@@ -17,6 +18,8 @@ class Operable : public QQuickItem {
     /// Whether its owner lets it be used: it is disabled while not, and looks so. What is disabled from
     /// above, for a while or under a veil, keeps its looks.
     Q_PROPERTY(bool usable READ isUsable WRITE setUsable NOTIFY usableChanged)
+    /// Whether it looks so: only after a while, since a moment's pause is not worth a flicker.
+    Q_PROPERTY(bool dimmed READ isDimmed NOTIFY dimmedChanged)
     /// An Accessible.Role; Accessible.Slider has a value.
     Q_PROPERTY(int role READ role WRITE setRole NOTIFY roleChanged)
     Q_PROPERTY(bool selectable MEMBER m_selectable WRITE setSelectable NOTIFY selectableChanged)
@@ -40,6 +43,7 @@ public:
     QString text() const { return m_text; }
     QString description() const { return m_description; }
     bool isUsable() const { return m_usable; }
+    bool isDimmed() const { return m_dimmed; }
     int role() const { return m_role; }
     bool isSelected() const { return m_selected; }
     bool isChecked() const { return m_checked; }
@@ -67,6 +71,7 @@ Q_SIGNALS:
     void textChanged();
     void descriptionChanged();
     void usableChanged();
+    void dimmedChanged();
     void roleChanged();
     void selectableChanged();
     void selectedChanged();
@@ -82,10 +87,17 @@ Q_SIGNALS:
     /// A tool wants another value; it may be out of range.
     void valueWished(double wish);
 
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
 private:
+    void setDimmed(bool dimmed);
+
     QString m_text;
     QString m_description;
     bool m_usable = true;
+    bool m_dimmed = false;
+    QBasicTimer m_dimming;
     int m_role = QAccessible::Button;
     bool m_selectable = false;
     bool m_selected = false;

@@ -26,10 +26,12 @@ Operable {
 
     Item {
         anchors.fill: parent
-        opacity: root.usable ? 1 : 0.45
+        opacity: root.dimmed ? 0.45 : 1
 
-        Dimming on opacity {
-            item: root
+        Behavior on opacity {
+            EaseOut {
+                time: 150
+            }
         }
 
         Item {

@@ -17,12 +17,14 @@ ValueHandle {
 
     implicitHeight: 18
     implicitWidth: 200
-    opacity: usable ? 1 : 0.45
+    opacity: dimmed ? 0.45 : 1
 
     onEditingEnded: ended()
 
-    Dimming on opacity {
-        item: root
+    Behavior on opacity {
+        EaseOut {
+            time: 150
+        }
     }
 
     Surface {

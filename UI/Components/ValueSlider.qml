@@ -14,11 +14,13 @@ ValueHandle {
     implicitHeight: 20
     implicitWidth: 200
     inset: knob.width / 2
-    opacity: usable ? 1 : 0.45
+    opacity: dimmed ? 0.45 : 1
     stepSize: step > 0 ? step : (to - from) / 20
 
-    Dimming on opacity {
-        item: root
+    Behavior on opacity {
+        EaseOut {
+            time: 150
+        }
     }
 
     Surface {
