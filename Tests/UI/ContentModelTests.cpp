@@ -57,48 +57,31 @@ TEST_F(ContentTest, TheBadgeTellsTheCharge)
 TEST_F(ContentTest, SaysWhyAPageCannotBeUsed)
 {
     struct Row {
-        std::vector<std::string> mice;
-        bool isUsable;
-        std::string connectionIcon;
-        std::string connection;
-        std::string title;
-        std::string lastLine;
+        const char *mouse;
+        const char *connectionIcon;
+        const char *connection;
+        const char *title;    ///< null: the page can be used
+        const char *lastLine; ///< its beginning
     };
-    const std::string app = "This app supports only:\n• Basilisk V3\n• Basilisk V3 Pro\n• Basilisk V3 X "
-                            "HyperSpeed";
-    const std::string byAny = "Use USB or a 2.4 GHz receiver to configure this mouse.";
-    const std::string byReceiver = "Use the 2.4 GHz receiver to configure this mouse.";
-    const std::vector<Row> rows{
-        {{},
-         false,
-         "wifi",
-         "No connection",
-         "No Device Connected",
-         "Bluetooth configuration is not available in this version"},
-        {{"stranger"}, false, "cable.connector", "USB cable", "Unsupported Device", app},
-        {{"basilisk-v3-pro:bluetooth"},
-         false,
-         "wifi",
-         "Bluetooth",
-         "Bluetooth connected: Razer Basilisk V3 Pro",
-         byAny},
-        {{"basilisk-v3-x-hyperspeed:bluetooth"},
-         false,
-         "wifi",
-         "Bluetooth",
-         "Bluetooth connected: Razer Basilisk V3 X HyperSpeed",
-         byReceiver},
-        {{"basilisk-v3"}, true, "cable.connector", "USB cable", "", ""},
-        {{"basilisk-v3-x-hyperspeed"}, true, "wifi", "2.4 GHz receiver", "", ""},
-    };
-    for (const auto &row : rows) {
-        open(row.mice);
-        EXPECT_EQ(panel->isPageUsable(), row.isUsable);
+    for (const auto &row : {
+             Row{"", "wifi", "No connection", "No Device Connected", "Bluetooth configuration is"},
+             Row{"stranger", "cable.connector", "USB cable", "Unsupported Device",
+                 "This app supports only:\n"},
+             Row{"basilisk-v3-pro:bluetooth", "wifi", "Bluetooth",
+                 "Bluetooth connected: Razer Basilisk V3 Pro", "Use USB or a 2.4 GHz receiver"},
+             Row{"basilisk-v3-x-hyperspeed:bluetooth", "wifi", "Bluetooth",
+                 "Bluetooth connected: Razer Basilisk V3 X HyperSpeed", "Use the 2.4 GHz receiver"},
+             Row{"basilisk-v3-x-hyperspeed", "wifi", "2.4 GHz receiver", nullptr, nullptr},
+             Row{"basilisk-v3", "cable.connector", "USB cable", nullptr, nullptr},
+         }) {
+        SCOPED_TRACE(row.mouse);
+        open(*row.mouse ? std::vector<std::string>{row.mouse} : std::vector<std::string>{});
+        EXPECT_EQ(panel->isPageUsable(), row.title == nullptr);
         EXPECT_EQ(panel->connectionIcon().toStdString(), row.connectionIcon);
         EXPECT_EQ(panel->connectionLabel().toStdString(), row.connection);
-        if (!row.isUsable) {
+        if (row.title) {
             EXPECT_EQ(panel->noticeTitle().toStdString(), row.title);
-            EXPECT_EQ(texts(panel->noticeLines(), "label").back(), row.lastLine);
+            EXPECT_THAT(texts(panel->noticeLines(), "label").back(), testing::StartsWith(row.lastLine));
         }
         panel->selectTab(ContentModel::settings);
         EXPECT_TRUE(panel->isPageUsable()) << "settings need no mouse";

@@ -125,35 +125,6 @@ TEST(Slider, EachKeyAndEachStepOfAToolIsAnEditOfItsOwn)
     EXPECT_TRUE(tool->state().disabled);
 }
 
-TEST(Strip, TakesTheWholeWidthAndNoMore)
-{
-    Scene scene(R"(
-Item {
-    id: root
-    property string log
-    property real hue: 0.5
-    width: 300; height: 100
-    Strip {
-        objectName: "strip"; width: 200; x: 50
-        position: root.hue; text: "Hue"
-        stops: [{position: 0, color: "red"}, {position: 1, color: "blue"}]
-        onMoved: position => { root.hue = position; root.log += position.toFixed(2) + " "; }
-        onEnded: root.log += "end "
-    }
-})");
-    QQuickItem *item = scene.item("strip");
-    QTest::mousePress(&scene.window(), Qt::LeftButton, {}, scene.at(item, 0.25));
-    EXPECT_EQ(scene.log(), "0.25");
-    QTest::mouseMove(&scene.window(), scene.at(item, 0) - QPoint(30, 0));
-    EXPECT_EQ(scene.log(), "0.00");
-    QTest::mouseRelease(&scene.window(), Qt::LeftButton, {}, scene.at(item, 0) - QPoint(30, 0));
-    EXPECT_EQ(scene.log(), "end");
-    scene.key(Qt::Key_Right);
-    EXPECT_EQ(scene.log(), "0.05 end");
-    act(withRole(item, QAccessible::Slider), QAccessibleActionInterface::decreaseAction());
-    EXPECT_EQ(scene.log(), "0.00 end");
-}
-
 constexpr auto choices = R"(
 Item {
     id: root

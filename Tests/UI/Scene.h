@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Tests/UI/NoWarnings.h"
 #include "UI/Components/Components.h"
 
 #include <QPointer>
@@ -20,7 +21,6 @@ class Scene {
 public:
     explicit Scene(const char *qml)
     {
-        s_previous = qInstallMessageHandler(&Scene::message);
         useComponents(m_engine);
         QQmlComponent component(&m_engine);
         component.setData(
@@ -36,9 +36,6 @@ public:
             EXPECT_TRUE(QTest::qWaitForWindowActive(&m_window));
         }
     }
-    ~Scene() { qInstallMessageHandler(s_previous); }
-    Scene(const Scene &) = delete;
-    Scene &operator=(const Scene &) = delete;
 
     QQuickWindow &window() { return m_window; }
     QQuickItem *root() { return m_root.get(); }
@@ -64,15 +61,7 @@ public:
     void key(Qt::Key key) { QTest::keyClick(&m_window, key); }
 
 private:
-    static void message(QtMsgType type, const QMessageLogContext &context, const QString &text)
-    {
-        if (type != QtDebugMsg && type != QtInfoMsg) {
-            ADD_FAILURE() << text.toStdString();
-        }
-        s_previous(type, context, text);
-    }
-
-    static inline QtMessageHandler s_previous = nullptr;
+    NoWarnings m_noWarnings;
     QQmlEngine m_engine;
     QQuickWindow m_window;
     std::unique_ptr<QQuickItem> m_root;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Tests/UI/NoWarnings.h"
 #include "Tests/UI/PanelFixture.h"
 #include "UI/Views/PanelTranslator.h"
 #include "UI/Views/Views.h"
@@ -20,7 +21,6 @@ protected:
 
     ViewTest()
     {
-        s_previous = qInstallMessageHandler(&ViewTest::message);
         // What the looks see of the desktop is the program's: one for all tests.
         static const auto screen = std::make_shared<FakeDesktopSettings>();
         m_screen = screen.get();
@@ -34,7 +34,6 @@ protected:
     {
         view.reset();
         panel.reset();
-        qInstallMessageHandler(s_previous);
     }
 
     void setMotion(bool moves)
@@ -108,6 +107,18 @@ protected:
         QTest::mouseRelease(view.get(), Qt::LeftButton, {}, at(to));
     }
 
+    /// The values of a property of items that are to be seen, such as one that is animated.
+    std::vector<double> shown(const char *property) const
+    {
+        std::vector<double> values;
+        for (const auto *item : view->rootObject()->findChildren<QQuickItem *>()) {
+            if (item->isVisible() && item->property(property).metaType() == QMetaType::fromType<double>()) {
+                values.push_back(item->property(property).toDouble());
+            }
+        }
+        return values;
+    }
+
     void key(Qt::Key which) { QTest::keyClick(view.get(), which); }
 
     /// The name of what has the keyboard's focus.
@@ -121,6 +132,8 @@ protected:
     std::unique_ptr<QQuickView> view;
 
 private:
+    NoWarnings m_noWarnings;
+
     static QAccessibleInterface *find(QAccessibleInterface *top, const QString &name, Role role)
     {
         if (!top || top->state().invisible) {
@@ -137,15 +150,6 @@ private:
         return nullptr;
     }
 
-    static void message(QtMsgType type, const QMessageLogContext &context, const QString &text)
-    {
-        if (type != QtDebugMsg && type != QtInfoMsg) {
-            ADD_FAILURE() << text.toStdString();
-        }
-        s_previous(type, context, text);
-    }
-
-    static inline QtMessageHandler s_previous = nullptr;
     FakeDesktopSettings *m_screen = nullptr;
     PanelTranslator m_translator{preferences};
 };

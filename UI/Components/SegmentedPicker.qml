@@ -12,7 +12,7 @@ Item {
     property string text ///< what is picked
     property bool usable: true
     readonly property real segmentWidth: (width - 4) / Math.max(1, model.length)
-    property real place: currentIndex ///< of the mark, on its way
+    property real markPlace: currentIndex ///< of the mark, on its way
 
     signal picked(int index)
 
@@ -24,7 +24,7 @@ Item {
     implicitHeight: 26
     implicitWidth: 260
 
-    Behavior on place {
+    Behavior on markPlace {
         SpringNumber {
             damping: 0.8
             response: 0.25
@@ -48,7 +48,7 @@ Item {
         shadowY: 1
         visible: root.currentIndex >= 0 && root.currentIndex < root.model.length
         width: root.segmentWidth
-        x: Math.round(2 + root.place * root.segmentWidth)
+        x: Math.round(2 + root.markPlace * root.segmentWidth)
         y: 2
     }
 
