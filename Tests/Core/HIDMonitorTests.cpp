@@ -1,9 +1,11 @@
-// Which mice are listed, what travels between the monitor and a mouse, and what becomes of every fault on the
-// way.
+// Which mice are listed, and what travels between the monitor and a mouse.
 
+#include "Core/HID/HIDMonitor.h"
 #include "Core/HID/RazerProtocol.h"
-#include "Tests/Core/SimulatedMouseFixture.h"
+#include "Tests/Manager/SimulatedMachineTest.h"
 
+#include <QCoreApplication>
+#include <QCoroTask>
 #include <QSignalSpy>
 
 namespace kelmoth {
@@ -11,8 +13,53 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
-using Kind = SimulatedFault::Kind;
-using HIDMonitorTest = SimulatedMouseTest;
+
+/// A monitor on simulated mice.
+class HIDMonitorTest : public SimulatedMachineTest {
+protected:
+    /// Plugs a mouse in, the only one, and starts to watch; the battery's first reading has then ended.
+    void plugIn(std::string_view model)
+    {
+        mice.clear();
+        SimulatedMachineTest::plugIn(std::string(model));
+        watch();
+        settle();
+    }
+
+    void watch()
+    {
+        monitor = std::make_unique<HIDMonitor>(platform());
+        monitor->startMonitoring();
+    }
+
+    /// Lets everything that was asked of the mouse so far, and what follows from it, come to its end. How
+    /// many requests that was.
+    std::ptrdiff_t settle()
+    {
+        constexpr int rounds = 3;
+        for (int round = 0; round < rounds; ++round) {
+            (void)send(command::prepareLiftOff{}); // waits its turn behind all that is queued now
+            QCoreApplication::processEvents();     // an answer that is there at once is not waited for
+        }
+        time->takePauses();
+        return takeAttempts() - rounds;
+    }
+
+    RazerDevice device() const { return monitor->connectedDevices().front(); }
+
+    std::optional<Data> send(RazerCommand command)
+    {
+        return QCoro::waitFor(monitor->send(std::move(command), device()));
+    }
+
+    /// How many requests the mouse was sent, or was to be sent, since the last look.
+    std::ptrdiff_t takeAttempts()
+    {
+        return std::ranges::count(mouse().takeTransfers(), true, &SimulatedMouse::Transfer::isSet);
+    }
+
+    std::unique_ptr<HIDMonitor> monitor;
+};
 
 TEST_F(HIDMonitorTest, ListsEachMouseOnceAndSendsOnlyToThoseThatTakeCommands)
 {
@@ -33,11 +80,10 @@ TEST_F(HIDMonitorTest, ListsEachMouseOnceAndSendsOnlyToThoseThatTakeCommands)
         {{0x1532, 0x00AB, "", "", "USB"}, "simulated:8/0", true},
         {{0x1532, 0x00AC, "", "", ""}}, // no feature report, and not Bluetooth
     };
-    std::vector<std::shared_ptr<SimulatedMouse>> mice;
     for (const auto &row : rows) {
         mice.push_back(std::make_shared<SimulatedMouse>(row.model, time->clock()));
     }
-    watch(mice);
+    watch();
     auto device = monitor->connectedDevices().begin();
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (!rows[i].path.empty()) {
@@ -51,76 +97,30 @@ TEST_F(HIDMonitorTest, ListsEachMouseOnceAndSendsOnlyToThoseThatTakeCommands)
     EXPECT_EQ(device, monitor->connectedDevices().end());
 }
 
-TEST_F(HIDMonitorTest, AsksEachModelInItsOwnWayAndTime)
+TEST_F(HIDMonitorTest, GivesEachModelItsOwnTime)
 {
     for (const auto &model : basiliskModels()) {
         plugIn(model.commandLineName);
-        mouse->addFault({.kind = Kind::noAnswer});
-        const auto answer = send(command::getDPIStages{});
-        ASSERT_TRUE(answer) << model.commandLineName;
-        EXPECT_EQ(RazerProtocol::parseDPIStages(*answer)->dpis, device().capabilities().factoryDPIPresets);
+        mouse().addFault({.kind = Kind::noAnswer});
+        EXPECT_TRUE(send(command::getDPIStages{}));
         const auto wait = model.productID == BasiliskProductID::basiliskV3 ? 10ms : 60ms;
         EXPECT_THAT(time->takePauses(), ElementsAre(wait, 10ms, wait)) << model.commandLineName;
     }
 }
 
-/// Every fault that a mouse, a cable or a system can have, what comes of it, and after how many attempts:
-/// up to five by USB, and up to five more by HID reports only when those gave no answer at all.
-TEST_F(HIDMonitorTest, EveryFaultHasItsOutcome)
-{
-    constexpr int all = -1;
-    struct Row {
-        std::string name;
-        SimulatedFault fault;
-        bool isAnswered;
-        int attempts;
-    };
-    const std::vector<Row> rows{
-        {"one request unheard", {.kind = Kind::noAnswer}, true, 2},
-        {"four requests unheard", {.kind = Kind::noAnswer, .times = 4}, true, 5},
-        {"five requests unheard", {.kind = Kind::noAnswer, .times = 5}, true, 6},
-        {"nine requests unheard", {.kind = Kind::noAnswer, .times = 9}, true, 10},
-        {"never heard", {.kind = Kind::noAnswer, .times = all}, false, 10},
-        {"not ready three times", {.kind = Kind::notReady, .times = 3}, true, 4},
-        {"never ready", {.kind = Kind::notReady, .times = all}, false, 10},
-        {"failed", {.kind = Kind::rejected, .status = 0x03}, false, 1},
-        {"timed out inside", {.kind = Kind::rejected, .status = 0x04}, false, 1},
-        {"not supported", {.kind = Kind::rejected, .status = 0x05}, false, 1},
-        {"an unknown status", {.kind = Kind::rejected, .times = all, .status = 0x77}, false, 10},
-        {"an answer to another command", {.kind = Kind::otherCommand}, true, 2},
-        {"answers to other commands only", {.kind = Kind::otherCommand, .times = all}, false, 10},
-        {"a stall", {.kind = Kind::failedTransfer, .error = EPIPE}, true, 2},
-        {"a time-out", {.kind = Kind::failedTransfer, .times = 2, .error = ETIMEDOUT}, true, 3},
-        {"a failed read", {.kind = Kind::failedTransfer, .skip = 1, .error = EIO}, true, 2},
-        {"a broken cable", {.kind = Kind::failedTransfer, .times = all, .error = EIO}, false, 10},
-        {"a short answer", {.kind = Kind::shortRead}, true, 2},
-        {"short answers only", {.kind = Kind::shortRead, .times = all}, false, 10},
-    };
-    for (const auto &row : rows) {
-        plugIn("basilisk-v3");
-        mouse->addFault(row.fault);
-        EXPECT_EQ(send(command::getDPIStages{}).has_value(), row.isAnswered) << row.name;
-        EXPECT_EQ(takeAttempts(), row.attempts) << row.name;
-        // The mouse is as reachable as before.
-        mouse->clearFaults();
-        EXPECT_TRUE(send(command::getDPIStages{})) << row.name;
-    }
-}
-
 TEST_F(HIDMonitorTest, AMouseThatMayNotBeOpenedIsListedAndAskedByHIDReportsOnceItMay)
 {
-    mouse = std::make_shared<SimulatedMouse>(*SimulatedModel::named("basilisk-v3-pro"), time->clock());
-    mouse->addFault({.kind = Kind::denied, .times = -1});
+    SimulatedMachineTest::plugIn("basilisk-v3-pro").addFault({.kind = Kind::denied, .times = -1});
     watch();
     EXPECT_FALSE(send(command::getDPIStages{}));
     EXPECT_EQ(takeAttempts(), 0);
-    mouse->clearFaults();
+    mouse().clearFaults();
     time->takePauses();
-    mouse->addFault({.kind = Kind::noAnswer});
+    mouse().addFault({.kind = Kind::noAnswer});
     EXPECT_TRUE(send(command::getDPIStages{}));
     EXPECT_THAT(time->takePauses(), ElementsAre(60ms, 10ms, 60ms));
     takeAttempts();
-    mouse->addFault({.kind = Kind::rejected});
+    mouse().addFault({.kind = Kind::rejected});
     EXPECT_FALSE(send(command::getDPIStages{}));
     EXPECT_EQ(takeAttempts(), 1);
 }
@@ -130,7 +130,7 @@ TEST_F(HIDMonitorTest, AMousePulledOutAtAnyTransferGivesNoAnswerAndLeavesTheList
     for (int transfer = 0; transfer < 2; ++transfer) {
         plugIn("basilisk-v3-pro-wireless");
         QSignalSpy changes(monitor.get(), &HIDMonitor::connectedDevicesChanged);
-        mouse->addFault({.kind = Kind::unplug, .skip = transfer});
+        mouse().addFault({.kind = Kind::unplug, .skip = transfer});
         const auto before = device();
         EXPECT_TRUE(monitor->isBatteryMonitored(before.id));
         EXPECT_EQ(send(command::getDPIStages{}), std::nullopt);
@@ -139,8 +139,8 @@ TEST_F(HIDMonitorTest, AMousePulledOutAtAnyTransferGivesNoAnswerAndLeavesTheList
         EXPECT_EQ(monitor->deviceHandle(before.id), nullptr);
         EXPECT_FALSE(monitor->isBatteryMonitored(before.id));
 
-        mouse->clearFaults();
-        mouse->replug();
+        mouse().clearFaults();
+        mouse().replug();
         EXPECT_TRUE(changes.wait());
         EXPECT_NE(device().id, before.id);
         EXPECT_TRUE(send(command::getDPIStages{}));
@@ -160,7 +160,7 @@ TEST_F(HIDMonitorTest, ServesCallersInTheirOrderAndToTheEnd)
         EXPECT_TRUE(QCoro::waitFor(std::move(answer)));
     }
     std::vector<int> zones;
-    for (const auto &transfer : mouse->takeTransfers()) {
+    for (const auto &transfer : mouse().takeTransfers()) {
         zones.push_back(transfer.bytes[9]);
     }
     EXPECT_THAT(zones, ElementsAre(0x0A, 0x0A, 0x04, 0x04, 0x01, 0x01)); // request and answer
@@ -180,11 +180,11 @@ TEST_F(HIDMonitorTest, ReadsTheBatteryWhereThereIsOneAndKeepsWhatItKnows)
         plugIn(model);
         EXPECT_EQ(device().batteryLevel, level ? std::optional<Int>(78) : std::nullopt) << model;
         EXPECT_EQ(monitor->isBatteryMonitored(device().id), level.has_value()) << model;
-        auto held = mouse->state();
+        auto held = mouse().state();
         held.battery = 128;
         held.isCharging = true;
-        mouse->setState(held);
-        mouse->addFault(fault);
+        mouse().setState(held);
+        mouse().addFault(fault);
         monitor->readBatteryLevel(device());
         EXPECT_EQ(settle(), attempts) << model;
         EXPECT_EQ(device().batteryLevel, level) << model;

@@ -59,21 +59,22 @@ TEST_F(LinuxTransferTest, EveryFaultEndsInALineOrAnIgnoredDevice)
     };
     const std::string unsent = "❌ USB SET_REPORT failed: 0x";
     const std::string unread = "❌ USB GET_REPORT failed: 0x";
+    const std::string unmatched = "⚠️ USB command 0x04/0x86: no matching response (attempt 3/5)";
     std::vector<Row> rows{
         {"no trouble", true, 1, "✅ Razer device connected: Razer Basilisk V3 (PID: 0x0099)"},
         {"pulled out at SET", false, 10, unsent + "13", fault({.kind = Kind::unplug})},
         {"pulled out at GET", false, 10, unread + "13", fault({.kind = Kind::unplug, .skip = 1})},
-        {"a short read", true, 2, unread + "5", fault({.kind = Kind::shortRead})},
         {"a short write", true, 2, unsent + "5", [](auto &m) { m.hidraw(3).isNextWriteCut = true; }},
         {"permission denied", false, 0, unsent + "D", [](auto &m) { m.hidraw(3).isDenied = true; }},
         {"vanished", false, 0, unsent + "2", [this](auto &m) { testbed->removeNode(m.hidrawNode(3)); }},
         {"another device's", false, 0, unsent + "13", [](auto &m) { m.hidraw(3).productID = 0x1234; }},
-        {"a lying descriptor",
-         {},
-         0,
-         "HID monitoring started",
-         [](auto &) {},
-         {.interfaces = std::vector(4, ReportDescriptor{0x75, 0x08, 0x95, 0x5A, 0xB1, 0x02, 0xC0})}},
+        {"nine requests unheard", true, 10, unmatched, fault({.kind = Kind::noAnswer, .times = 9})},
+        {"never heard", false, 10, unmatched, fault({.kind = Kind::noAnswer, .times = -1})},
+        {"not ready", true, 4, unmatched, fault({.kind = Kind::notReady, .times = 3})},
+        {"rejected", false, 1, "❌ USB command 0x04/0x86 rejected (status 0x03)",
+         fault({.kind = Kind::rejected})},
+        {"other answers only", false, 10, unmatched, fault({.kind = Kind::otherCommand, .times = -1})},
+        {"short answers only", false, 10, unread + "5", fault({.kind = Kind::shortRead, .times = -1})},
     };
     for (const auto &[error, number] : {std::pair{EPIPE, "20"}, {EIO, "5"}, {ETIMEDOUT, "6E"}}) {
         for (const int skip : {0, 1}) {
@@ -81,9 +82,13 @@ TEST_F(LinuxTransferTest, EveryFaultEndsInALineOrAnIgnoredDevice)
                             fault({.kind = Kind::failedTransfer, .skip = skip, .error = error})});
         }
     }
+    const Row ignored{"a lying descriptor", {}, 0, "HID monitoring started"};
+    rows.push_back(ignored);
+    rows.back().options.interfaces = std::vector(4, ReportDescriptor{0x75, 8, 0x95, 90, 0xB1, 0x02, 0xC0});
     for (const char *id : {"", "0003:00001532:", "0003:00001532:000000000099", "3:1532:9g", "3:1532:0099:1",
                            "3:1532:10099", "0003:0000046D:00000099", "0003:00011532:00000099"}) {
-        rows.push_back({id, {}, 0, "HID monitoring started", [](auto &) {}, {.hidID = id}});
+        rows.push_back(ignored);
+        rows.back().options.hidID = rows.back().what = id;
     }
     const auto log = RecordedLog::install();
     for (const auto &row : rows) {

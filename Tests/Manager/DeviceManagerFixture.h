@@ -12,12 +12,6 @@ namespace kelmoth {
 /// A manager on simulated mice.
 class DeviceManagerTest : public SimulatedMachineTest {
 protected:
-    ~DeviceManagerTest() override
-    {
-        manager.reset();
-        monitor.reset();
-    }
-
     /// Plugs mice in, starts to watch, and waits for the first full read. With twins, it is those that are
     /// listed: pulled out, they leave the list, and the mice still answer.
     void plugIn(const std::vector<std::string> &models, bool hasTwins = false)
@@ -68,8 +62,6 @@ protected:
         }
     }
 
-    SimulatedMouse &mouse() { return *mice.front(); }
-
     bool finish(QCoro::Task<bool> task)
     {
         const bool result = QCoro::waitFor(std::move(task));
@@ -119,9 +111,9 @@ protected:
 
     std::vector<std::shared_ptr<SimulatedMouse>> listed; ///< the mice, or their twins
     std::unique_ptr<HIDMonitor> monitor;
+    std::vector<std::string> messages; ///< of every toast, in order
     std::unique_ptr<ToastManager> toasts;
     std::unique_ptr<DeviceManager> manager;
-    std::vector<std::string> messages; ///< of every toast, in order
 };
 
 } // namespace kelmoth

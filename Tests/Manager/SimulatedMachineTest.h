@@ -25,6 +25,8 @@ protected:
         return *mice.back();
     }
 
+    SimulatedMouse &mouse() const { return *mice.front(); }
+
     Platform platform() const
     {
         const auto machine = simulatedMachine(mice);
