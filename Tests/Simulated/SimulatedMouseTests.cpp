@@ -11,9 +11,7 @@ using namespace std::chrono_literals;
 
 TEST(SimulatedMouse, ChecksRequestsAsFirmwareDoes)
 {
-    constexpr std::uint8_t unheard = 0x00;
-    const std::string_view pro = "basilisk-v3-pro";
-    const std::string_view x = "basilisk-v3-x-hyperspeed";
+    constexpr std::uint8_t unheard = 0x00; // the answer is all zeros then
     struct Row {
         std::string_view what;
         const char *bytes; ///< from the transaction id on
@@ -23,10 +21,8 @@ TEST(SimulatedMouse, ChecksRequestsAsFirmwareDoes)
     };
     for (const auto &row : std::vector<Row>{
              {"a good request", "1F 000000 02 07 80", 0x02},
-             {"a wrong CRC", "1F 000000 02 07 80", 0x03, pro, 88},
-             {"a status in a request", "1F 000000 02 07 80", 0x03, pro, 0},
+             {"a wrong CRC", "1F 000000 02 07 80", 0x03, "basilisk-v3-pro", 88},
              {"an unknown id", "1F 000000 02 07 81", 0x05},
-             {"a command of another model", "1F 000000 02 07 84", 0x05, x},
              {"a wrong data size", "1F 000000 03 07 80", 0x03},
              {"bytes past the data size", "1F 000000 02 07 80 00 00 01", 0x03},
              {"a foreign transaction id", "FF 000000 02 07 80", unheard},
@@ -34,15 +30,9 @@ TEST(SimulatedMouse, ChecksRequestsAsFirmwareDoes)
              {"the usual id for the V3's stages", "1F 000000 26 04 86 01", unheard, "basilisk-v3"},
              {"the V3's id for another command", "FF 000000 04 0B 8B 00 04", unheard, "basilisk-v3"},
              {"a stage count of six", "1F 000000 26 04 06 01 01 06", 0x03},
-             {"an active stage of two out of one", "1F 000000 26 04 06 01 02 01 01 0320 0320", 0x03},
-             {"stages out of order", "1F 000000 26 04 06 01 01 01 02 0320 0320", 0x03},
              {"a DPI beyond the model's", "1F 000000 26 04 06 01 01 01 01 7531 7531", 0x03},
-             {"a colour where none belongs", "1F 000000 06 0F 02 01 04 01 00 00 01", 0x03},
-             {"a light that it does not have", "1F 000000 0C 0F 82 01 04", 0x03, x},
+             {"a light that it does not have", "1F 000000 0C 0F 82 01 04", 0x03, "basilisk-v3-x-hyperspeed"},
              {"lift-off out of the blue", "1F 000000 04 0B 0B 00 04 01 02", 0x03},
-             {"a profile of six", "1F 000000 0A 02 8C 06 01", 0x03},
-             {"a layer of two", "1F 000000 0A 02 8C 00 01 02", 0x03},
-             {"a function of six arguments", "1F 000000 0A 02 0C 00 01 00 01 06", 0x03},
          }) {
         ManualTime time;
         SimulatedMouse mouse(*SimulatedModel::named(row.model), time.clock());
@@ -51,30 +41,11 @@ TEST(SimulatedMouse, ChecksRequestsAsFirmwareDoes)
         std::ranges::copy(QByteArray::fromHex(row.bytes), report.begin() + 1);
         report[88] = RazerProtocol::crc(report);
         report[row.damaged] ^= row.damaged == 89 ? 0x00 : 0x01;
-        mouse.setReport(wIndex, RazerProtocol::createReport(command::getLiftOff{}, {})); // is never read
         EXPECT_EQ(mouse.setReport(wIndex, report), 0) << row.what;
-        time.advance(7ms);
-        mouse.getReport(wIndex, report);
-        EXPECT_EQ(int{report[0]}, row.status == unheard ? unheard : 0x01) << row.what; // at work on it
-        time.advance(38ms);
+        time.advance(45ms);
         mouse.getReport(wIndex, report);
         EXPECT_EQ(int{report[0]}, row.status) << row.what;
         EXPECT_EQ(report[88], RazerProtocol::crc(report)) << row.what;
-    }
-}
-
-TEST(SimulatedMouse, StallsOnTheWrongInterfaceAndLength)
-{
-    using Row = std::tuple<std::string_view, std::uint16_t, std::size_t, int>;
-    for (const auto &[model, wIndex, length, status] :
-         {Row{"basilisk-v3", 3, 90, 0}, Row{"basilisk-v3", 0, 90, EPIPE}, Row{"basilisk-v3-pro", 0, 90, 0},
-          Row{"basilisk-v3-pro", 0, 89, EPIPE}, Row{"basilisk-v3-pro", 0, 91, EPIPE},
-          Row{"basilisk-v3:bluetooth", 3, 90, EPIPE}}) {
-        ManualTime time;
-        SimulatedMouse mouse(*SimulatedModel::named(model), time.clock());
-        Data report(length);
-        EXPECT_EQ(mouse.setReport(wIndex, report), status) << model << length;
-        EXPECT_EQ(mouse.getReport(wIndex, report).status, length == 90 ? status : 0) << model << length;
     }
 }
 
