@@ -3,7 +3,7 @@
 #include "Tests/Services/FakeDesktopSettings.h"
 
 #include <QSignalSpy>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelmoth {
 namespace {
@@ -61,20 +61,6 @@ TEST_F(AppearanceTest, TellsOfChangesAsLongAsItLives)
     EXPECT_FALSE(desktop->handler) << "the desktop must not call what is gone";
     preferences.setAppearanceMode(1);
     EXPECT_EQ(defaults->integerForKey("appearanceMode"), 1);
-}
-
-TEST_F(AppearanceTest, TheLanguageIsToldOnlyWhenItIsAnother)
-{
-    const QSignalSpy changes(&preferences, &Preferences::kelmothLanguageDidChange);
-    std::int64_t storedWhenTold = -1;
-    QObject::connect(&preferences, &Preferences::kelmothLanguageDidChange, &preferences,
-                     [&] { storedWhenTold = defaults->integerForKey("languageMode"); });
-    preferences.chooseLanguage(0);
-    EXPECT_EQ(changes.size(), 0);
-    preferences.chooseLanguage(1);
-    preferences.chooseLanguage(1);
-    EXPECT_EQ(changes.size(), 1);
-    EXPECT_EQ(storedWhenTold, 1);
 }
 
 } // namespace

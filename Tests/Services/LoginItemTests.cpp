@@ -3,13 +3,11 @@
 #include "Tests/Core/RecordedLog.h"
 #include "Tests/Services/FakeLoginItemService.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kelmoth {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using enum LoginItemStatus;
 
 constexpr auto pathKey = "loginItemRegisteredPath";
@@ -17,83 +15,46 @@ const std::string here = "/Applications/Link/Kelmoth";
 using Calls = std::vector<std::string>;
 using Path = std::optional<std::string>;
 
-class LoginItemTest : public testing::Test {
-protected:
-    ~LoginItemTest() override { Platform::setCurrent({}); }
-
-    std::shared_ptr<RecordedLog> log = RecordedLog::install();
-    std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
-    std::shared_ptr<FakeLoginItemService> service = std::make_shared<FakeLoginItemService>();
-    LoginItem item{service, defaults};
-};
-
-TEST_F(LoginItemTest, SwitchesOnAndOffAndRemembersFromWhere)
+TEST(LoginItemTest, SwitchesOnAndOffAndMendsWhatPointsElsewhere)
 {
+    const auto log = RecordedLog::install();
+    const auto defaults = std::make_shared<MemoryDefaults>();
+    const auto service = std::make_shared<FakeLoginItemService>();
+    LoginItem item(service, defaults);
+    enum Step { on, off, start };
     struct Row {
-        bool enabled;
+        Step step;
         LoginItemStatus before;
-        bool isInApplications;
-        Path failure;
         Path storedBefore;
         Calls calls;
-        Path description; ///< of the error
         Path storedAfter;
+        Calls said = {}; ///< by the error of a switch, by the log at the start
+        Path registerFailure = {};
+        Path unregisterFailure = {};
+        bool isInApplications = true;
     };
     const std::string move = "Move Kelmoth to the Applications folder to launch it at login.";
-    const std::vector<Row> rows{
-        {true, notRegistered, true, {}, {}, {"register"}, {}, here},
-        {true, enabled, true, {}, "/old", {}, {}, here},
-        {true, requiresApproval, true, {}, {}, {"register"}, {}, here},
-        {true, notRegistered, false, {}, "/old", {}, move, "/old"},
-        {true, notRegistered, true, "no", "/old", {"register"}, "no", "/old"},
-        {false, enabled, true, {}, here, {"unregister"}, {}, {}},
-        {false, notRegistered, false, {}, here, {}, {}, {}},
-        {false, notFound, true, "no", here, {"unregister"}, "no", here},
-    };
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const auto &row = rows[i];
-        defaults->values.clear();
-        if (row.storedBefore) {
-            defaults->setData(pathKey, *row.storedBefore);
-        }
-        service->now = row.before;
-        service->isInApplications = row.isInApplications;
-        service->registerFailure = service->unregisterFailure = row.failure;
-        const auto error = item.setEnabled(row.enabled);
-        EXPECT_EQ(service->takeCalls(), row.calls) << i;
-        EXPECT_EQ(error ? Path(localizedDescription(*error)) : std::nullopt, row.description) << i;
-        EXPECT_EQ(defaults->dataForKey(pathKey), row.storedAfter) << i;
-    }
-}
-
-TEST_F(LoginItemTest, MendsARegistrationFromElsewhereAtTheStart)
-{
-    struct Row {
-        LoginItemStatus before;
-        bool isInApplications;
-        Path storedBefore;
-        Path registerFailure;
-        Calls calls;
-        Path storedAfter;
-        Calls lines;
-    };
     const auto mended = "✅ Launch at Login now points to " + here;
+    const std::string failed = "❌ Launch at Login repair failed: ";
     const std::vector<Row> rows{
-        {enabled, true, here, {}, {}, here, {}},
-        {enabled, true, "/old", {}, {"unregister", "register"}, here, {mended}},
-        {enabled, true, {}, {}, {"unregister", "register"}, here, {mended}},
-        {enabled, false, "/old", {}, {}, "/old", {}},
-        {requiresApproval, true, "/old", {}, {}, "/old", {}},
-        {enabled,
-         true,
-         "/old",
-         "disk full",
-         {"unregister", "register"},
-         "/old",
-         {"❌ Launch at Login repair failed: disk full"}},
+        {on, notRegistered, {}, {"register"}, here},
+        {on, enabled, "/old", {}, here},
+        {on, requiresApproval, {}, {"register"}, here},
+        {on, notRegistered, "/old", {}, "/old", {move}, {}, {}, false},
+        {on, notRegistered, "/old", {"register"}, "/old", {"no"}, "no"},
+        {off, enabled, here, {"unregister"}, {}},
+        {off, notRegistered, here, {}, {}, {}, {}, {}, false},
+        {off, notFound, here, {"unregister"}, here, {"no"}, {}, "no"},
+        {start, enabled, here, {}, here},
+        {start, enabled, "/old", {"unregister", "register"}, here, {mended}},
+        {start, enabled, {}, {"unregister", "register"}, here, {mended}},
+        {start, enabled, "/old", {}, "/old", {}, {}, {}, false},
+        {start, requiresApproval, "/old", {}, "/old"},
+        {start, enabled, "/old", {"unregister", "register"}, "/old", {failed + "full"}, "full"},
+        {start, enabled, "/old", {"unregister"}, "/old", {failed + "busy"}, {}, "busy"},
     };
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const auto &row = rows[i];
+    for (const auto &row : rows) {
+        SCOPED_TRACE(&row - rows.data());
         defaults->values.clear();
         if (row.storedBefore) {
             defaults->setData(pathKey, *row.storedBefore);
@@ -101,25 +62,24 @@ TEST_F(LoginItemTest, MendsARegistrationFromElsewhereAtTheStart)
         service->now = row.before;
         service->isInApplications = row.isInApplications;
         service->registerFailure = row.registerFailure;
-        item.repairIfNeeded();
-        EXPECT_EQ(service->takeCalls(), row.calls) << i;
-        EXPECT_EQ(defaults->dataForKey(pathKey), row.storedAfter) << i;
-        EXPECT_EQ(log->takeLines(), row.lines) << i;
+        service->unregisterFailure = row.unregisterFailure;
+        auto said = Calls();
+        if (row.step == start) {
+            item.repairIfNeeded();
+            said = log->takeLines();
+        } else if (const auto error = item.setEnabled(row.step == on)) {
+            said = {localizedDescription(*error)};
+        }
+        EXPECT_EQ(service->takeCalls(), row.calls);
+        EXPECT_EQ(defaults->dataForKey(pathKey), row.storedAfter);
+        EXPECT_EQ(said, row.said);
     }
-
-    service->registerFailure.reset();
-    service->now = enabled;
-    service->unregisterFailure = "busy";
-    defaults->values.clear();
-    item.repairIfNeeded();
-    EXPECT_THAT(service->takeCalls(), ElementsAre("unregister")) << "what stands is left standing";
-    EXPECT_THAT(defaults->values, IsEmpty());
+    Platform::setCurrent({});
 }
 
-TEST(LoginItemWithoutServiceTest, IsOffAndCannotBeSwitchedOn)
+TEST(LoginItemTest, WithoutAServiceIsOffAndCannotBeSwitchedOn)
 {
-    const auto defaults = std::make_shared<MemoryDefaults>();
-    LoginItem item(nullptr, defaults);
+    LoginItem item(nullptr, std::make_shared<MemoryDefaults>());
     item.repairIfNeeded();
     EXPECT_TRUE(item.setEnabled(true));
     EXPECT_FALSE(item.setEnabled(false));
