@@ -6,8 +6,7 @@
 #include "Tests/Hardware/MockMouse.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QEventLoop>
+#include <QTest>
 #include <gmock/gmock.h>
 
 namespace kelmoth {
@@ -30,17 +29,6 @@ protected:
         const auto devices = hid->createManager()->copyDevices();
         const auto found = std::ranges::find(devices, node, &HIDDevice::path);
         return found == devices.end() ? nullptr : *found;
-    }
-
-    /// Runs the event loop until something is so; false when that takes unreasonably long.
-    template <class Condition> static bool waitUntil(Condition condition)
-    {
-        const QDeadlineTimer deadline(std::chrono::seconds{20});
-        QEventLoop loop;
-        while (!condition() && !deadline.hasExpired()) {
-            loop.processEvents(QEventLoop::WaitForMoreEvents, 100);
-        }
-        return condition();
     }
 
     std::shared_ptr<ManualTime> time = std::make_shared<ManualTime>();

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <filesystem>
 #include <linux/usbdevice_fs.h>
 
 namespace kelmoth {
@@ -11,6 +12,18 @@ namespace {
 std::string text(const char *format, auto... arguments)
 {
     return QString::asprintf(format, arguments...).toStdString();
+}
+
+/// The `size` bytes behind the pointer at `offset` of an ioctl's data.
+GObjectPtr<UMockdevIoctlData> pointee(UMockdevIoctlData *data, std::size_t offset, std::size_t size)
+{
+    return GObjectPtr<UMockdevIoctlData>(umockdev_ioctl_data_resolve(data, offset, size, nullptr));
+}
+
+/// Puts bytes into the program's memory.
+void update(UMockdevIoctlData *data, std::span<std::uint8_t> bytes, std::size_t offset = 0)
+{
+    umockdev_ioctl_data_update(data, offset, bytes.data(), static_cast<gint>(bytes.size()));
 }
 
 std::vector<std::uint8_t> bytesOf(const UMockdevIoctlData &data)
@@ -182,10 +195,14 @@ void MockMouse::addHID(std::size_t interface, const std::string &parent)
                        [hidraw](UMockdevIoctlClient *client) { return performOnHidraw(*hidraw, client); });
 }
 
+/// Adds a device without an event; gives its path in /sys. Two lists of C strings, each a name and its value
+/// in turn and nullptr at the end: attributes and properties.
 std::string MockMouse::addDevice(const char *subsystem, const std::string &name, const std::string &parent,
                                  auto... lists)
 {
-    m_devices.push_back(m_testbed->addDevice(subsystem, name, parent, lists...));
+    const char *const above = parent.empty() ? nullptr : parent.c_str();
+    m_devices.push_back(MockTestbed::take(
+        umockdev_testbed_add_device(m_testbed->get(), subsystem, name.c_str(), above, lists...)));
     return m_devices.back();
 }
 
@@ -212,7 +229,7 @@ void MockMouse::remove(bool isTold)
 void MockMouse::permit(bool isPermitted)
 {
     for (const auto &node : m_nodes) {
-        m_testbed->setMode(node, isPermitted ? 0666 : 0);
+        std::filesystem::permissions(m_testbed->path(node), std::filesystem::perms(isPermitted ? 0666 : 0));
     }
 }
 
