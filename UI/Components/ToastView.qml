@@ -44,7 +44,9 @@ Operable {
         Row {
             id: row
 
-            anchors.centerIn: parent
+            anchors.left: parent.left
+            anchors.leftMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
             spacing: 12
 
             Symbol {
