@@ -208,6 +208,7 @@ TEST_F(ViewTest, TheSheetHoldsTheFocusAndClosesByItsButton)
     EXPECT_TRUE(find("Version " KELMOTH_VERSION, caption));
     EXPECT_FALSE(find("Close", button)); // it comes in late
     ASSERT_TRUE(QTest::qWaitFor([this] { return find("Close", button); }));
+    EXPECT_TRUE(find("Kelmoth", QAccessible::Heading));
     click("Close", button);
     EXPECT_FALSE(find("About Kelmoth", QAccessible::Dialog));
     setMotion(true);
