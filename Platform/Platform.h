@@ -2,12 +2,15 @@
 
 #include "Platform/Bundle.h"
 #include "Platform/DesktopSettings.h"
+#include "Platform/EventMonitor.h"
 #include "Platform/HID.h"
 #include "Platform/Log.h"
 #include "Platform/LoginItemService.h"
 #include "Platform/Sleeper.h"
+#include "Platform/StatusItem.h"
 #include "Platform/USB.h"
 #include "Platform/UserDefaults.h"
+#include "Platform/UserSession.h"
 
 #include <memory>
 
@@ -24,6 +27,9 @@ struct Platform {
     std::shared_ptr<const Bundle> mainBundle;
     std::shared_ptr<DesktopSettings> desktopSettings;   ///< absent where there is no desktop
     std::shared_ptr<LoginItemService> loginItemService; ///< absent where nothing is started at login
+    std::shared_ptr<UserSession> session;               ///< absent where programs have none; so the next two
+    std::shared_ptr<StatusBar> statusBar;
+    std::shared_ptr<EventMonitor> eventMonitor;
 
     /// The installed platform; all pieces absent before one is installed.
     static const Platform &current();

@@ -1,0 +1,155 @@
+#include "Platform/Linux/DBusSession.h"
+
+#include <QDBusReply>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QUuid>
+
+#include <cerrno>
+#include <csignal>
+
+namespace kelmoth {
+
+namespace {
+
+const auto busService = QStringLiteral("org.freedesktop.DBus");
+const auto busPath = QStringLiteral("/org/freedesktop/DBus");
+
+constexpr int patience = 2000; // milliseconds
+constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
+
+QString text(std::string_view utf8)
+{
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+/// Where the signals about a program come from: its identifier, with slashes.
+QString pathOf(const QString &bundleIdentifier)
+{
+    return QLatin1Char('/') + QString(bundleIdentifier).replace(QLatin1Char('.'), QLatin1Char('/'));
+}
+
+QDBusMessage busCall(const QString &method, const QVariantList &arguments)
+{
+    auto call = QDBusMessage::createMethodCall(busService, busPath, busService, method);
+    call.setArguments(arguments);
+    return call;
+}
+
+/// A process that has ended but whose parent has not noticed is still listed, as "Z".
+bool isZombie(std::int64_t process)
+{
+    QFile status(QStringLiteral("/proc/%1/stat").arg(process));
+    if (!status.open(QFile::ReadOnly)) {
+        return false;
+    }
+    const auto line = status.readAll();
+    return line.mid(line.lastIndexOf(')') + 1).trimmed().startsWith('Z'); // the name may hold anything
+}
+
+bool hasTerminated(std::int64_t process)
+{
+    return (::kill(static_cast<pid_t>(process), 0) != 0 && errno == ESRCH) || isZombie(process);
+}
+
+} // namespace
+
+DBusSession::DBusSession(const QString &busAddress, const QString &bundleIdentifier)
+    : m_bundleIdentifier(bundleIdentifier),
+      m_connectionName(QStringLiteral("com.kelmoth.session.") +
+                       QUuid::createUuid().toString(QUuid::WithoutBraces)),
+      m_bus(busAddress.isEmpty() ? QDBusConnection(m_connectionName)
+                                 : QDBusConnection::connectToBus(busAddress, m_connectionName))
+{
+    // Before anybody can know that this process is there: what is posted to it from then on is not missed.
+    m_bus.connect(QString(), pathOf(bundleIdentifier), bundleIdentifier, QString(), this,
+                  SLOT(receive(QDBusMessage)));
+    m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                  QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                  SLOT(end()));
+}
+
+DBusSession::~DBusSession()
+{
+    m_endHandler = nullptr;
+    QDBusConnection::disconnectFromBus(m_connectionName);
+}
+
+std::vector<RunningApplication> DBusSession::runningApplications(std::string_view bundleIdentifier) const
+{
+    const QDBusReply<uint> process =
+        m_bus.call(busCall(QStringLiteral("GetConnectionUnixProcessID"), {text(bundleIdentifier)}),
+                   QDBus::Block, patience);
+    if (!process.isValid() || process.value() == 0) {
+        return {};
+    }
+    return {{.processIdentifier = process.value(), .isTerminated = hasTerminated(process.value())}};
+}
+
+void DBusSession::observe(std::string_view name, std::string_view object, std::function<void()> handler)
+{
+    m_observed = {text(name), text(object)};
+    m_handler = std::move(handler);
+    callBus(QStringLiteral("RequestName"), {m_observed.second, doNotQueue});
+    if (std::exchange(m_early, {}) == m_observed) {
+        m_handler();
+    }
+}
+
+void DBusSession::removeObserver()
+{
+    if (m_handler) {
+        m_handler = nullptr;
+        callBus(QStringLiteral("ReleaseName"), {m_observed.second});
+    }
+}
+
+void DBusSession::post(std::string_view name, std::string_view object)
+{
+    const auto whole = text(name);
+    const auto dot = whole.lastIndexOf(QLatin1Char('.'));
+    auto signal = QDBusMessage::createSignal(pathOf(text(object)), whole.left(dot), whole.mid(dot + 1));
+    signal << text(object);
+    m_bus.send(signal);
+    // The bus answers in order: once it has, the signal has arrived there, even if this process ends now.
+    m_bus.call(busCall(QStringLiteral("GetId"), {}), QDBus::Block, patience);
+}
+
+std::string DBusSession::applicationSupportDirectory() const
+{
+    const auto directory = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return !directory.isEmpty() && QDir().mkpath(directory) ? QFile::encodeName(directory).toStdString()
+                                                            : std::string();
+}
+
+void DBusSession::callBus(const QString &method, const QVariantList &arguments)
+{
+    m_bus.asyncCall(busCall(method, arguments));
+}
+
+/// Anybody on the bus may send anything: only what a copy of this program would send counts.
+void DBusSession::receive(const QDBusMessage &message)
+{
+    const auto arguments = message.arguments();
+    if (message.service() == m_bus.baseService() || arguments.size() != 1 ||
+        arguments.first() != QVariant(m_bundleIdentifier)) {
+        return;
+    }
+    const Notification notification{message.interface() + QLatin1Char('.') + message.member(),
+                                    m_bundleIdentifier};
+    if (!m_handler) {
+        m_early = notification;
+    } else if (notification == m_observed) {
+        m_handler();
+    }
+}
+
+void DBusSession::end()
+{
+    if (m_endHandler) {
+        m_endHandler();
+    }
+}
+
+} // namespace kelmoth

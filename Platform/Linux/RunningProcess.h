@@ -1,0 +1,15 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+namespace kelmoth {
+
+/// What became of the wish that a process end.
+enum class EndOfProcess { ended, refused, stillRunning };
+
+/// Asks a process of this user to end, as a session does, and waits for it; `refused` when it is not there or
+/// belongs to somebody else. Any thread; blocks.
+EndOfProcess endProcess(std::int64_t process, std::chrono::milliseconds patience);
+
+} // namespace kelmoth

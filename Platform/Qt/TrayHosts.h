@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Platform/Qt/XConnection.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+namespace kelmoth {
+
+/// Who could show a status item: a StatusNotifier host on the session bus, or a system tray of the X server.
+/// Both may come, go and return. The toolkit looks for them once and remembers what it saw: it is to be asked
+/// only when there is one. Main thread.
+class TrayHosts : public QObject {
+    Q_OBJECT
+
+public:
+    /// `connection` may be absent.
+    explicit TrayHosts(std::shared_ptr<XConnection> connection);
+
+    /// Whether there is one; none until the bus has answered, for its hosts are preferred.
+    std::optional<bool> isAny() const;
+
+Q_SIGNALS:
+    /// The answer of `isAny` is another one than before.
+    void changed();
+
+private:
+    void askNotifierHost();
+    void take(const xcb_generic_event_t &event);
+    void findTray();
+    void update();
+
+    QDBusConnection m_bus;
+    std::unique_ptr<QDBusPendingCallWatcher> m_asking;
+    std::shared_ptr<XConnection> m_connection;
+    xcb_atom_t m_traySelection = 0;
+    xcb_atom_t m_managerMessage = 0;
+    xcb_window_t m_tray = XCB_NONE; ///< the tray's window
+    bool m_hasNotifierHost = false;
+    bool m_isKnown = false; ///< the bus has answered
+    std::optional<bool> m_wasAny;
+
+private Q_SLOTS:
+    void notifierHostChanged();
+    void ownerChanged(const QString &name, const QString &before, const QString &now);
+};
+
+} // namespace kelmoth

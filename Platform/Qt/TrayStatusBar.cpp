@@ -1,0 +1,108 @@
+#include "Platform/Qt/TrayStatusBar.h"
+
+#include <QAction>
+#include <QKeySequence>
+
+#include <utility>
+
+namespace kelmoth {
+
+TrayStatusItem::TrayStatusItem(std::shared_ptr<XConnection> connection, StatusPicture picture)
+    : m_picture(std::move(picture)), m_hosts(std::move(connection))
+{
+    connect(&m_hosts, &TrayHosts::changed, this, &TrayStatusItem::followHosts);
+    if (m_hosts.isAny().value_or(false)) {
+        show();
+    }
+}
+
+/// Once made, the toolkit's item follows its kind of host by itself.
+void TrayStatusItem::followHosts()
+{
+    if (m_hosts.isAny().value_or(false) && !m_icon) {
+        show();
+    }
+    if (m_hostHandler) {
+        m_hostHandler();
+    }
+}
+
+void TrayStatusItem::show()
+{
+    m_icon = std::make_unique<QSystemTrayIcon>(m_picture(m_alpha));
+    m_icon->setToolTip(m_toolTip);
+    m_icon->setContextMenu(m_menu.get());
+    connect(m_icon.get(), &QSystemTrayIcon::activated, this, &TrayStatusItem::click);
+    m_icon->show();
+}
+
+/// The second click of a double one counts like any other. The right button's menu is the toolkit's business;
+/// the middle button means nothing.
+void TrayStatusItem::click(QSystemTrayIcon::ActivationReason reason)
+{
+    const bool isLeft = reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick;
+    if (isLeft && m_clickHandler) {
+        m_clickHandler();
+    }
+}
+
+void TrayStatusItem::setMenu(std::vector<MenuEntry> entries)
+{
+    auto menu = std::make_unique<QMenu>();
+    for (auto &entry : entries) {
+        if (!entry.action) {
+            menu->addSeparator();
+            continue;
+        }
+        auto *action = menu->addAction(QString::fromStdString(entry.title));
+        if (!entry.keyEquivalent.empty()) {
+            action->setShortcut(
+                QKeySequence(QStringLiteral("Ctrl+") + QString::fromStdString(entry.keyEquivalent)));
+        }
+        // An action may replace the menu that it is chosen from.
+        connect(
+            action, &QAction::triggered, this, [act = std::move(entry.action)] { act(); },
+            Qt::QueuedConnection);
+    }
+    if (m_icon) {
+        m_icon->setContextMenu(menu.get());
+    }
+    m_menu.swap(menu);
+    if (menu) {
+        menu.release()->deleteLater(); // it may be open
+    }
+}
+
+void TrayStatusItem::setToolTip(const std::string &text)
+{
+    m_toolTip = QString::fromStdString(text);
+    if (m_icon) {
+        m_icon->setToolTip(m_toolTip);
+    }
+}
+
+void TrayStatusItem::setAlphaValue(double alpha)
+{
+    if (std::exchange(m_alpha, alpha) != alpha && m_icon) {
+        m_icon->setIcon(m_picture(alpha));
+    }
+}
+
+std::optional<ScreenRect> TrayStatusItem::frame() const
+{
+    const auto area = m_icon ? m_icon->geometry() : QRect();
+    return area.isEmpty() ? std::nullopt
+                          : std::optional(ScreenRect{area.x(), area.y(), area.width(), area.height()});
+}
+
+TrayStatusBar::TrayStatusBar(std::shared_ptr<XConnection> connection, StatusPicture picture)
+    : m_connection(std::move(connection)), m_picture(std::move(picture))
+{
+}
+
+std::unique_ptr<StatusItem> TrayStatusBar::statusItem()
+{
+    return std::make_unique<TrayStatusItem>(m_connection, m_picture);
+}
+
+} // namespace kelmoth

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Platform/Qt/TrayHosts.h"
+#include "Platform/Qt/XConnection.h"
+#include "Platform/StatusItem.h"
+
+#include <QIcon>
+#include <QMenu>
+#include <QObject>
+#include <QSystemTrayIcon>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace kelmoth {
+
+/// The picture of a status item, as opaque as asked for, 0 to 1.
+using StatusPicture = std::function<QIcon(double alpha)>;
+
+/// A status item in whichever tray the desktop has. With the application object. Main thread.
+class TrayStatusItem : public QObject, public StatusItem {
+    Q_OBJECT
+
+public:
+    TrayStatusItem(std::shared_ptr<XConnection> connection, StatusPicture picture);
+
+    void setClickHandler(std::function<void()> handler) override { m_clickHandler = std::move(handler); }
+    void setHostHandler(std::function<void()> handler) override { m_hostHandler = std::move(handler); }
+    void setMenu(std::vector<MenuEntry> entries) override;
+    void setToolTip(const std::string &text) override;
+    void setAlphaValue(double alpha) override;
+    std::optional<bool> isHosted() const override { return m_hosts.isAny(); }
+    std::optional<ScreenRect> frame() const override;
+
+private:
+    void followHosts();
+    void show();
+    void click(QSystemTrayIcon::ActivationReason reason);
+
+    const StatusPicture m_picture;
+    TrayHosts m_hosts;
+    QString m_toolTip;
+    double m_alpha = 1.0;
+    std::unique_ptr<QMenu> m_menu;
+    std::unique_ptr<QSystemTrayIcon> m_icon; ///< none before the first host came
+    std::function<void()> m_clickHandler;
+    std::function<void()> m_hostHandler;
+};
+
+class TrayStatusBar : public StatusBar {
+public:
+    TrayStatusBar(std::shared_ptr<XConnection> connection, StatusPicture picture);
+
+    std::unique_ptr<StatusItem> statusItem() override;
+
+private:
+    const std::shared_ptr<XConnection> m_connection;
+    const StatusPicture m_picture;
+};
+
+} // namespace kelmoth

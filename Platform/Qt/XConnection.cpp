@@ -1,0 +1,74 @@
+#include "Platform/Qt/XConnection.h"
+
+#include <QGuiApplication>
+
+#include <string>
+
+namespace kelmoth {
+
+std::unique_ptr<XConnection> XConnection::connectToServer()
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) {
+        return nullptr;
+    }
+    int screenNumber = 0;
+    auto *connection = xcb_connect(nullptr, &screenNumber);
+    if (xcb_connection_has_error(connection) != 0) {
+        xcb_disconnect(connection);
+        return nullptr;
+    }
+    return std::unique_ptr<XConnection>(new XConnection(connection, screenNumber));
+}
+
+XConnection::XConnection(xcb_connection_t *connection, int screenNumber)
+    : m_connection(connection),
+      m_screenNumber(screenNumber),
+      m_notifier(xcb_get_file_descriptor(connection), QSocketNotifier::Read)
+{
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (int i = 0; i < screenNumber && screens.rem > 1; ++i) {
+        xcb_screen_next(&screens);
+    }
+    m_root = screens.data->root;
+    connect(&m_notifier, &QSocketNotifier::activated, this, &XConnection::dispatch);
+}
+
+XConnection::~XConnection()
+{
+    m_notifier.setEnabled(false);
+    xcb_disconnect(m_connection);
+}
+
+xcb_atom_t XConnection::atom(std::string_view name) const
+{
+    const auto cookie =
+        xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(m_connection, cookie, nullptr));
+    return reply ? reply->atom : 0;
+}
+
+xcb_window_t XConnection::selectionOwner(xcb_atom_t selection) const
+{
+    const auto cookie = xcb_get_selection_owner(m_connection, selection);
+    const XReply<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(m_connection, cookie, nullptr));
+    return reply ? reply->owner : XCB_NONE;
+}
+
+bool XConnection::isComposited() const
+{
+    return selectionOwner(atom("_NET_WM_CM_S" + std::to_string(m_screenNumber))) != XCB_NONE;
+}
+
+void XConnection::dispatch()
+{
+    while (const XReply<xcb_generic_event_t> next{xcb_poll_for_event(m_connection)}) {
+        Q_EMIT event(*next);
+    }
+    if (xcb_connection_has_error(m_connection) != 0 && m_notifier.isEnabled()) {
+        m_notifier.setEnabled(false);
+        Q_EMIT lost();
+    }
+}
+
+} // namespace kelmoth

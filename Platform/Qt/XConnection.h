@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <xcb/xcb.h>
+
+namespace kelmoth {
+
+/// A connection to the X server beside the toolkit's, for what the toolkit does not tell of. None where the
+/// program does not speak X. Main thread.
+class XConnection : public QObject {
+    Q_OBJECT
+
+public:
+    /// To the server of the application object's screens.
+    static std::unique_ptr<XConnection> connectToServer();
+
+    ~XConnection() override;
+    XConnection(const XConnection &) = delete;
+    XConnection &operator=(const XConnection &) = delete;
+
+    xcb_connection_t *get() const { return m_connection; }
+    xcb_window_t root() const { return m_root; }
+    int screenNumber() const { return m_screenNumber; }
+
+    /// The atom of a name; 0 when the server does not answer.
+    xcb_atom_t atom(std::string_view name) const;
+
+    /// The window that owns a selection; none when nobody does.
+    xcb_window_t selectionOwner(xcb_atom_t selection) const;
+
+    /// Whether a compositor shows windows that others shine through.
+    bool isComposited() const;
+
+    /// Hands on the events that have come with replies; to be called after asking for any.
+    void dispatch();
+
+Q_SIGNALS:
+    void event(const xcb_generic_event_t &event);
+    /// The server is gone.
+    void lost();
+
+private:
+    XConnection(xcb_connection_t *connection, int screenNumber);
+
+    xcb_connection_t *const m_connection;
+    const int m_screenNumber;
+    xcb_window_t m_root = 0;
+    QSocketNotifier m_notifier;
+};
+
+/// Owns what xcb allocates.
+struct FreeDeleter {
+    void operator()(void *memory) const { std::free(memory); }
+};
+template <class T> using XReply = std::unique_ptr<T, FreeDeleter>;
+
+} // namespace kelmoth
