@@ -8,6 +8,7 @@ FocusScope {
     id: root
 
     required property var model ///< ContentModel
+    property real cornerRadius: 0 ///< of the panel
     property real presence: model.showAbout ? 1 : 0
     property int presentation: 0 ///< counts them
 
@@ -23,6 +24,7 @@ FocusScope {
         anchors.fill: parent
         color: "black"
         opacity: (Theme.dark ? 0.5 : 0.28) * root.presence
+        radius: root.cornerRadius
     }
 
     MouseArea {

@@ -8,6 +8,7 @@ FocusScope {
     id: root
 
     required property var model ///< ContentModel
+    property real cornerRadius: 0
     readonly property bool onScreen: Window.visibility !== Window.Hidden
     property real entrance: model.appeared ? 1 : 0
 
@@ -28,6 +29,7 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         color: Theme.windowBackground
+        radius: root.cornerRadius
     }
 
     FocusScope { // remembers the focus while the sheet has it
@@ -135,6 +137,7 @@ FocusScope {
 
     AboutSheet {
         anchors.fill: parent
+        cornerRadius: root.cornerRadius
         model: root.model
     }
 

@@ -2,9 +2,34 @@
 
 #include "UI/Views/Views.h"
 
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainterPath>
 #include <QQmlEngine>
+#include <QQuickItem>
+#include <QRegion>
 
 namespace kelmoth {
+
+namespace {
+
+constexpr double cornerRadius = 12;
+constexpr int shadowMargin = 28;
+
+constexpr auto popoverFlags =
+    Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint;
+constexpr auto windowFlags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                             Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                             Qt::WindowCloseButtonHint;
+
+QRegion roundedPanel()
+{
+    QPainterPath path;
+    path.addRoundedRect(QRectF(QPointF(), PanelWindow::panelSize), cornerRadius, cornerRadius);
+    return QRegion(path.toFillPolygon().toPolygon());
+}
+
+} // namespace
 
 void PanelWindow::chooseRenderer()
 {
@@ -19,11 +44,72 @@ PanelWindow::PanelWindow(ContentModel &model, PanelTranslator &translator)
     connect(&translator, &PanelTranslator::retranslate, engine(), &QQmlEngine::retranslate);
     setFlags(Qt::FramelessWindowHint);
     setTitle(QStringLiteral("Kelmoth"));
+    auto format = this->format();
+    format.setAlphaBufferSize(8);
+    setFormat(format);
+    setColor(Qt::transparent);
     setResizeMode(SizeRootObjectToView);
     setMinimumSize(panelSize);
     setMaximumSize(panelSize);
     setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&model)}});
-    setSource(QUrl(QStringLiteral("qrc:/qt/qml/Kelmoth/Views/ContentView.qml")));
+    setSource(QUrl(QStringLiteral("qrc:/qt/qml/Kelmoth/Views/PanelFrame.qml")));
+}
+
+void PanelWindow::become(Kind kind)
+{
+    const Qt::WindowFlags wanted = kind == Kind::window ? windowFlags : popoverFlags;
+    if (flags() != wanted) {
+        destroy(); // window managers look once
+        setFlags(wanted);
+    }
+    setMargin(kind == Kind::shadowedPopover ? shadowMargin : 0, kind == Kind::window ? 0 : cornerRadius);
+    setMask(kind == Kind::plainPopover ? roundedPanel() : QRegion());
+}
+
+void PanelWindow::setMargin(int margin, double radius)
+{
+    m_margin = margin;
+    const auto whole = panelSize.grownBy(QMargins(margin, margin, margin, margin));
+    setMinimumSize(whole);
+    setMaximumSize(whole);
+    resize(whole);
+    if (auto *frame = rootObject()) {
+        frame->setProperty("margin", margin);
+        frame->setProperty("cornerRadius", radius);
+    }
+}
+
+void PanelWindow::putPanelAt(const QPoint &position)
+{
+    setPosition(position - QPoint(m_margin, m_margin));
+}
+
+void PanelWindow::appear(bool isAnimated)
+{
+    if (isAnimated && rootObject()) {
+        QMetaObject::invokeMethod(rootObject(), "fadeIn");
+    }
+    show();
+}
+
+/// Escape closes what nothing inside it is closed by.
+void PanelWindow::keyPressEvent(QKeyEvent *event)
+{
+    QQuickView::keyPressEvent(event);
+    if (event->key() == Qt::Key_Escape && !event->isAccepted()) {
+        hide();
+    }
+}
+
+/// A press on the shadow is one beside the panel.
+void PanelWindow::mousePressEvent(QMouseEvent *event)
+{
+    const QRect panel(QPoint(m_margin, m_margin), panelSize);
+    if (panel.contains(event->position().toPoint())) {
+        QQuickView::mousePressEvent(event);
+    } else {
+        hide();
+    }
 }
 
 } // namespace kelmoth

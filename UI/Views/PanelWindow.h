@@ -7,12 +7,19 @@
 
 namespace kelmoth {
 
-/// The panel as a window of its own: frameless, 340 × 610, its scene built at once and kept. Main thread.
+/// The panel as a window: 340 × 610, its scene built at once and kept. Without a frame until it becomes
+/// something else. Main thread.
 class PanelWindow : public QQuickView {
     Q_OBJECT
 
 public:
     static constexpr QSize panelSize{340, 610};
+
+    enum class Kind {
+        shadowedPopover, ///< rounded and shadowed, on top, in no list of windows
+        plainPopover,    ///< the same without a shadow, for a screen that cannot show one
+        window,          ///< a window like any other
+    };
 
     /// Has Qt Quick draw with its software renderer, unless the environment names another: it needs half the
     /// memory and no graphics driver. Before the application object is made.
@@ -21,6 +28,24 @@ public:
     /// The model outlives the window. Without the panel in it (`status` is not `Ready`) when it could not be
     /// built; `errors` then say why.
     PanelWindow(ContentModel &model, PanelTranslator &translator);
+
+    /// Changes what it is; while it is hidden.
+    void become(Kind kind);
+
+    /// Moves the panel's top left corner, whatever shadow there is around it.
+    void putPanelAt(const QPoint &position);
+
+    /// Shows it, gradually or at once.
+    void appear(bool isAnimated);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+
+private:
+    void setMargin(int margin, double cornerRadius);
+
+    int m_margin = 0; ///< around the panel
 };
 
 } // namespace kelmoth
