@@ -11,6 +11,7 @@ ParsedArguments parseArguments(int argc, const char *const *argv)
     Arguments arguments;
     declareCommonOptions(app, {.simulate = arguments.simulate, .verbose = arguments.verbose});
     app.add_flag("--show", arguments.show, "Open the panel at once");
+    app.add_flag("--quit", arguments.quit, "End the copy that runs");
     auto *screenshots = app.add_option("--screenshots", arguments.screenshots,
                                        "Draw the panel's states into DIRECTORY, without a screen, and end")
                             ->option_text("DIRECTORY");

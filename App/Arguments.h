@@ -13,6 +13,8 @@ namespace kelmoth {
 struct Arguments {
     /// Open the panel at once.
     bool show = false;
+    /// End the copy that runs instead of starting one.
+    bool quit = false;
     /// Write every diagnostic line, not just those that matter to somebody who does not look for a fault.
     bool verbose = false;
     /// List of simulated models, unchecked; the real mice when absent.

@@ -1,28 +1,58 @@
 #include "App/Composition.h"
 
+#include "App/StatusPicture.h"
 #include "App/TerseLog.h"
 #include "Platform/Linux/AutostartLoginItem.h"
+#include "Platform/Linux/DBusSession.h"
 #include "Platform/Linux/LinuxPlatform.h"
 #include "Platform/Linux/PortalDesktopSettings.h"
+#include "Platform/Qt/PressMonitor.h"
 #include "Platform/Qt/QtPlatform.h"
+#include "Platform/Qt/TrayStatusBar.h"
+#include "Platform/Qt/XConnection.h"
 #include "Platform/Simulated/SimulatedPlatform.h"
+
+#include <utility>
 
 namespace kelmoth {
 
-std::optional<Platform> composePlatform(const Arguments &arguments, const char *firstArgument,
-                                        std::string *failure)
+namespace {
+
+StatusPicture pictureFor(std::shared_ptr<const DesktopSettings> desktop)
+{
+    return [desktop = std::move(desktop)](double alpha) {
+        return statusPicture(hasAlwaysDarkBar() || desktop->colorScheme() == ColorScheme::dark, alpha);
+    };
+}
+
+} // namespace
+
+std::shared_ptr<UserSession> joinSession()
+{
+    const auto identifier = QString::fromStdString(resourceMainBundle()->identifier());
+    return std::make_shared<DBusSession>(sessionBusAddress(), identifier);
+}
+
+std::optional<Composition> compose(const Arguments &arguments, const char *firstArgument,
+                                   std::string *failure)
 {
     auto platform = linuxPlatform();
     fillQtPlatform(platform);
     if (!arguments.verbose) {
         platform.log = std::make_shared<TerseLog>(platform.log);
     }
-    platform.desktopSettings = std::make_shared<PortalDesktopSettings>(sessionBusAddress());
-    platform.loginItemService = std::make_shared<AutostartLoginItem>(startedProgramPath(firstArgument));
     if (arguments.simulate && !simulateMice(*arguments.simulate, platform, failure)) {
         return std::nullopt;
     }
-    return platform;
+    const auto desktop = std::make_shared<PortalDesktopSettings>(sessionBusAddress());
+    platform.desktopSettings = desktop;
+    platform.loginItemService = std::make_shared<AutostartLoginItem>(startedProgramPath(firstArgument));
+    platform.session = joinSession();
+    const std::shared_ptr<XConnection> connection = XConnection::connectToServer();
+    platform.statusBar = std::make_shared<TrayStatusBar>(connection, pictureFor(desktop));
+    platform.eventMonitor = std::make_shared<PressMonitor>(connection);
+    return Composition{.platform = std::move(platform),
+                       .screen = std::make_shared<PopoverScreen>(connection)};
 }
 
 } // namespace kelmoth

@@ -1,0 +1,265 @@
+#include "App/AppDelegate.h"
+
+#include "Core/Services/Application.h"
+#include "Core/Services/L10n.h"
+
+#include <chrono>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#include <utility>
+
+namespace kelmoth {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How long a desktop that starts up may take to show status items.
+constexpr auto hostPatience = 2s;
+
+constexpr auto feedback = 150ms;
+
+std::string title(std::string_view key)
+{
+    return L10n::resourceBundle()->localizedString(key, key);
+}
+
+} // namespace
+
+std::string AppDelegate::lockFileName(std::string_view bundleIdentifier)
+{
+    return std::string(bundleIdentifier) + ".lock";
+}
+
+AppDelegate::AppDelegate(Parts parts) : m_parts(std::move(parts))
+{
+    m_untilStatusItemIsBright.setSingleShot(true);
+    m_untilStatusItemIsBright.setInterval(feedback);
+    connect(&m_untilStatusItemIsBright, &QTimer::timeout, this, [this] { m_statusItem->setAlphaValue(1.0); });
+    m_untilHostIsMissed.setSingleShot(true);
+    m_untilHostIsMissed.setInterval(hostPatience);
+    connect(&m_untilHostIsMissed, &QTimer::timeout, this, [this] {
+        if (!m_statusItem->isHosted().value_or(false) && !m_popover->isShown()) {
+            showPopover(Popover::Place::asWindow); // or nobody would see that the program runs
+        }
+    });
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    const auto identifier = m_parts.platform.mainBundle->identifier();
+    if (!claimSingleInstance()) {
+        m_parts.platform.session->post(kelmothReopenRunningInstance, identifier);
+        log("Kelmoth: another instance is running or instance lock is unavailable");
+        m_parts.terminate();
+        return;
+    }
+    m_isLaunched = true;
+    m_parts.platform.session->observe(kelmothReopenRunningInstance, identifier,
+                                      [this] { reopenRunningInstance(); });
+    m_parts.applyAppearance();
+    m_parts.loginItem.repairIfNeeded();
+    m_parts.hidMonitor.startMonitoring();
+    setupContextMenu();
+    connect(&m_parts.preferences, &Preferences::kelmothLanguageDidChange, this,
+            &AppDelegate::languageDidChange);
+    setupMenuBar();
+    setupEventMonitor();
+    log("Kelmoth v%s started as Menu Bar App", application::version().c_str());
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    if (m_isLaunched) {
+        m_parts.platform.session->removeObserver();
+        disconnect(&m_parts.preferences, &Preferences::kelmothLanguageDidChange, this, nullptr);
+        m_parts.hidMonitor.stopMonitoring();
+        m_parts.platform.eventMonitor->removeMonitor();
+    }
+    if (m_instanceLockFD >= 0) {
+        ::flock(m_instanceLockFD, LOCK_UN);
+        ::close(m_instanceLockFD);
+        m_instanceLockFD = -1;
+    }
+}
+
+bool AppDelegate::claimSingleInstance()
+{
+    const auto identifier = m_parts.platform.mainBundle->identifier();
+    if (identifier.empty()) {
+        return true;
+    }
+    const auto running = m_parts.platform.session->runningApplications(identifier);
+    for (const auto &application : running) {
+        if (application.processIdentifier != ::getpid() && !application.isTerminated) {
+            return false;
+        }
+    }
+    const auto directory = m_parts.platform.session->applicationSupportDirectory();
+    return directory.empty() || lockInstance(directory + '/' + lockFileName(identifier));
+}
+
+/// False when another process holds the lock. Without a lock to take the program runs unguarded.
+bool AppDelegate::lockInstance(const std::string &path)
+{
+    const int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (fd < 0) {
+        return true;
+    }
+    if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        ::close(fd);
+        return false;
+    }
+    m_instanceLockFD = fd;
+    return true;
+}
+
+void AppDelegate::reopenRunningInstance()
+{
+    log("Kelmoth: reopen request received");
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            openApp();
+            m_popover->makeKeyAndOrderFront();
+        },
+        Qt::QueuedConnection);
+}
+
+void AppDelegate::setupContextMenu()
+{
+    m_contextMenu = {
+        {.title = title("Open Kelmoth"), .action = [this] { openApp(); }, .keyEquivalent = {}},    {},
+        {.title = title("About Kelmoth"), .action = [this] { showAbout(); }, .keyEquivalent = {}}, {},
+        {.title = title("Quit"), .action = [this] { quitApp(); }, .keyEquivalent = "q"},
+    };
+    if (m_statusItem) {
+        m_statusItem->setMenu(m_contextMenu);
+    }
+}
+
+void AppDelegate::languageDidChange()
+{
+    setupContextMenu();
+    updateToolTip();
+}
+
+void AppDelegate::setupMenuBar()
+{
+    m_statusItem = m_parts.platform.statusBar->statusItem();
+    m_statusItem->setClickHandler([this] { handleClick(); });
+    m_statusItem->setHostHandler([this] { hostDidChange(); });
+    m_statusItem->setMenu(m_contextMenu);
+    connect(&m_parts.deviceManager, &DeviceManager::connectedDeviceChanged, this,
+            &AppDelegate::updateToolTip);
+    updateToolTip();
+    m_popover = m_parts.makePopover();
+    connect(m_popover.get(), &Popover::willShow, this, &AppDelegate::popoverWillShow);
+    connect(m_popover.get(), &Popover::didClose, this, &AppDelegate::popoverDidClose);
+    m_untilHostIsMissed.start();
+}
+
+void AppDelegate::setupEventMonitor()
+{
+    m_parts.platform.eventMonitor->addGlobalMonitor([this] {
+        if (m_popover->isShown()) {
+            m_wasClosedByPress = true;
+            m_popover->performClose();
+        }
+    });
+}
+
+/// A press on the item may have closed the popover before the click arrives: it has had its effect.
+void AppDelegate::handleClick()
+{
+    const bool hasHadEffect =
+        std::exchange(m_wasClosedByPress, false) && m_parts.platform.eventMonitor->isLastPressUnderWay();
+    if (m_popover->isShown()) {
+        m_popover->performClose();
+    } else if (!hasHadEffect) {
+        showPopover(Popover::Place::atPointer);
+    }
+}
+
+void AppDelegate::openApp()
+{
+    if (m_popover && m_statusItem->isHosted().has_value()) {
+        m_opensOnceHostIsKnown = false;
+        showPopover(*m_statusItem->isHosted() ? Popover::Place::atItem : Popover::Place::asWindow);
+    } else {
+        m_opensOnceHostIsKnown = true;
+    }
+}
+
+void AppDelegate::hostDidChange()
+{
+    if (m_opensOnceHostIsKnown) {
+        openApp();
+    }
+}
+
+void AppDelegate::showPopover(Popover::Place place)
+{
+    m_popover->setAnimates(!m_parts.appearance.reduceMotion());
+    dimStatusItem();
+    m_popover->show(place, m_statusItem->frame());
+    m_popover->makeKeyAndOrderFront();
+    m_parts.platform.eventMonitor->setNeeded(place != Popover::Place::asWindow);
+}
+
+/// What the item answers a click with.
+void AppDelegate::dimStatusItem()
+{
+    if (m_parts.appearance.reduceMotion()) {
+        m_statusItem->setAlphaValue(1.0);
+        return;
+    }
+    m_statusItem->setAlphaValue(0.5);
+    m_untilStatusItemIsBright.start();
+}
+
+void AppDelegate::showAbout()
+{
+    if (!m_popover->isShown()) {
+        openApp();
+    }
+    QMetaObject::invokeMethod(this, &AppDelegate::kelmothShowAbout, Qt::QueuedConnection);
+}
+
+void AppDelegate::quitApp()
+{
+    m_parts.terminate();
+}
+
+void AppDelegate::popoverWillShow()
+{
+    if (const auto device = m_parts.deviceManager.connectedDevice()) {
+        m_parts.hidMonitor.readBatteryLevel(*device);
+    }
+    m_parts.deviceManager.refreshFromDevice(false);
+}
+
+void AppDelegate::popoverDidClose()
+{
+    m_parts.platform.eventMonitor->setNeeded(false);
+}
+
+/// The mouse's name, and the charge where it is known.
+void AppDelegate::updateToolTip()
+{
+    const auto &device = m_parts.deviceManager.connectedDevice();
+    if (!device) {
+        m_statusItem->setToolTip("Kelmoth");
+        return;
+    }
+    auto text = device->name();
+    if (device->batteryLevel) {
+        text += " · " + std::to_string(*device->batteryLevel) + " %";
+    }
+    m_statusItem->setToolTip(text);
+}
+
+} // namespace kelmoth

@@ -1,0 +1,174 @@
+#include "App/KelmothApp.h"
+
+#include "App/PanelPopover.h"
+#include "App/PanelStage.h"
+#include "App/Screenshots.h"
+#include "App/ToolkitLooks.h"
+#include "Core/Services/ToastManager.h"
+#include "Platform/Linux/RunningProcess.h"
+#include "Platform/Linux/TerminationSignals.h"
+#include "Platform/Qt/QtPlatform.h"
+
+#include <QApplication>
+
+#include <chrono>
+#include <cstdio>
+
+namespace kelmoth {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int failed = 1;
+constexpr int wrongUsage = 2;
+
+int rejectUsage(const std::string &message)
+{
+    std::fprintf(stderr, "kelmoth: %s\nTry \"kelmoth --help\".\n", message.c_str());
+    return wrongUsage;
+}
+
+int fail(const std::string &message)
+{
+    std::fprintf(stderr, "kelmoth: %s\n", message.c_str());
+    return failed;
+}
+
+int print(const std::string &text)
+{
+    const bool isWritten = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+    return isWritten ? 0 : failed;
+}
+
+/// A window of a Wayland session cannot be placed, one of the X server within it can.
+void preferX()
+{
+    const bool isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    if (!isChosen && qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && qEnvironmentVariableIsSet("DISPLAY")) {
+        qputenv("QT_QPA_PLATFORM", "xcb;wayland");
+    }
+}
+
+/// Draws pictures of the panel, with nothing of this machine in them.
+int runScreenshots(int argc, char **argv, const Arguments &arguments)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("LC_ALL", "C.UTF-8");
+    const QGuiApplication application(argc, argv);
+    Platform::setCurrent(stillPlatform());
+    const auto failure = drawScreenshots(*arguments.screenshots, arguments.scenes);
+    Platform::setCurrent({});
+    return failure ? fail(*failure) : 0;
+}
+
+/// Ends the copy that runs; also nothing to end is a success.
+int quitRunningInstance(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const auto running = joinSession()->runningApplications(resourceMainBundle()->identifier());
+    for (const auto &copy : running) {
+        switch (copy.isTerminated ? EndOfProcess::ended : endProcess(copy.processIdentifier, 10s)) {
+        case EndOfProcess::ended:
+            break;
+        case EndOfProcess::refused:
+            return fail("the running copy cannot be ended");
+        case EndOfProcess::stillRunning:
+            return fail("the running copy does not end");
+        }
+    }
+    return 0;
+}
+
+int runApplication(int argc, char **argv, const Arguments &arguments)
+{
+    preferX();
+    int status = failed;
+    {
+        const char *firstArgument = argc > 0 ? argv[0] : "";
+        const QApplication application(argc, argv);
+        QApplication::setQuitOnLastWindowClosed(false);
+        QGuiApplication::setDesktopFileName(QStringLiteral("com.kelmoth.app"));
+        std::string failure;
+        const auto composition = compose(arguments, firstArgument, &failure);
+        if (!composition) {
+            return rejectUsage(failure);
+        }
+        Platform::setCurrent(composition->platform);
+        status = KelmothApp(*composition).run(arguments.show);
+        composition->platform.userDefaults->flush();
+    }
+    // What is left of it would outlive the libraries that it is made of.
+    Platform::setCurrent({});
+    return status;
+}
+
+} // namespace
+
+int KelmothApp::main(int argc, char **argv)
+{
+    const auto parsed = parseArguments(argc, argv);
+    if (const auto *error = std::get_if<UsageError>(&parsed)) {
+        return rejectUsage(error->message);
+    }
+    if (const auto *information = std::get_if<Information>(&parsed)) {
+        return print(information->text);
+    }
+    const auto &arguments = std::get<Arguments>(parsed);
+    if (arguments.quit) {
+        return quitRunningInstance(argc, argv);
+    }
+    PanelWindow::chooseRenderer();
+    return arguments.screenshots ? runScreenshots(argc, argv, arguments)
+                                 : runApplication(argc, argv, arguments);
+}
+
+KelmothApp::KelmothApp(const Composition &composition)
+    : m_composition(composition), m_translator(Preferences::shared()), m_appDelegate(parts())
+{
+}
+
+AppDelegate::Parts KelmothApp::parts()
+{
+    return {
+        .platform = m_composition.platform,
+        .hidMonitor = HIDMonitor::shared(),
+        .deviceManager = DeviceManager::shared(),
+        .preferences = Preferences::shared(),
+        .appearance = Appearance::shared(),
+        .loginItem = LoginItem::shared(),
+        .makePopover = [this] { return makePopover(); },
+        .applyAppearance = [] { applyToToolkit(Appearance::shared().mode()); },
+        .terminate = [] { QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection); }};
+}
+
+std::unique_ptr<Popover> KelmothApp::makePopover()
+{
+    m_model.emplace(DeviceManager::shared(), ToastManager::shared(), Preferences::shared(),
+                    Appearance::shared(), LoginItem::shared());
+    QObject::connect(&m_appDelegate, &AppDelegate::kelmothShowAbout, &*m_model, &ContentModel::openAbout);
+    return std::make_unique<PanelPopover>(*m_model, m_translator, m_composition.screen);
+}
+
+int KelmothApp::run(bool opensPanel)
+{
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
+    m_composition.platform.session->setEndHandler([] {
+        log("Kelmoth: the session has ended");
+        QCoreApplication::quit();
+    });
+    QCoreApplication::installTranslator(&m_translator);
+    QObject::connect(&Appearance::shared(), &Appearance::changed, &m_appDelegate,
+                     [] { applyToToolkit(Appearance::shared().mode()); });
+    m_appDelegate.applicationDidFinishLaunching();
+    if (opensPanel) {
+        m_appDelegate.openApp();
+    }
+    const int status = QCoreApplication::exec();
+    m_appDelegate.applicationWillTerminate();
+    m_composition.platform.session->setEndHandler(nullptr);
+    return status;
+}
+
+} // namespace kelmoth

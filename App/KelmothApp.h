@@ -1,0 +1,37 @@
+#pragma once
+
+#include "App/AppDelegate.h"
+#include "App/Arguments.h"
+#include "App/Composition.h"
+#include "UI/Views/ContentModel.h"
+#include "UI/Views/PanelTranslator.h"
+
+#include <memory>
+#include <optional>
+
+namespace kelmoth {
+
+/// The application: the panel's state and the delegate that shows it. It opens no window of its own. Main
+/// thread, between the application object and the event loop's end.
+class KelmothApp {
+public:
+    /// The program; its exit status: 0 done, 1 failed, 2 wrong usage.
+    static int main(int argc, char **argv);
+
+    /// The composition's platform is installed.
+    explicit KelmothApp(const Composition &composition);
+
+    /// Runs until the user, the session or a signal ends it. `opensPanel` shows the panel at once.
+    int run(bool opensPanel);
+
+private:
+    std::unique_ptr<Popover> makePopover();
+    AppDelegate::Parts parts();
+
+    const Composition &m_composition;
+    PanelTranslator m_translator;
+    std::optional<ContentModel> m_model; ///< made with the popover, kept until the end
+    AppDelegate m_appDelegate;
+};
+
+} // namespace kelmoth

@@ -1,0 +1,106 @@
+#include "App/PanelPopover.h"
+
+#include "App/PopoverPlacement.h"
+#include "Core/Services/Application.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <utility>
+
+namespace kelmoth {
+
+namespace {
+
+std::optional<QRect> rectOf(const std::optional<ScreenRect> &rect)
+{
+    return rect ? std::optional(QRect(rect->x, rect->y, rect->width, rect->height)) : std::nullopt;
+}
+
+/// Where the platform tells where the pointer is also while it is on somebody else's window.
+bool knowsPointer()
+{
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+const QScreen &screenAt(const std::optional<QRect> &item, const std::optional<QPoint> &click)
+{
+    const auto *screen = item    ? QGuiApplication::screenAt(item->center())
+                         : click ? QGuiApplication::screenAt(*click)
+                                 : nullptr;
+    return screen ? *screen : *QGuiApplication::primaryScreen();
+}
+
+} // namespace
+
+PanelPopover::PanelPopover(ContentModel &model, PanelTranslator &translator,
+                           std::shared_ptr<const PopoverScreen> screen)
+    : m_model(model), m_translator(translator), m_screen(std::move(screen))
+{
+}
+
+PanelWindow::Kind PanelPopover::kindAt(Place place) const
+{
+    return place == Place::asWindow     ? PanelWindow::Kind::window
+           : m_screen->canShowShadows() ? PanelWindow::Kind::shadowedPopover
+                                        : PanelWindow::Kind::plainPopover;
+}
+
+void PanelPopover::build()
+{
+    m_window = std::make_unique<PanelWindow>(m_model, m_translator);
+    if (m_window->status() != QQuickView::Ready) {
+        log("❌ The panel cannot be shown");
+    }
+    connect(m_window.get(), &QWindow::visibleChanged, this, [this](bool isVisible) {
+        if (!isVisible) {
+            Q_EMIT didClose();
+        }
+    });
+}
+
+void PanelPopover::show(Place place, const std::optional<ScreenRect> &item)
+{
+    if (isShown()) {
+        return;
+    }
+    Q_EMIT willShow();
+    if (!m_window) {
+        build();
+    }
+    m_window->become(kindAt(place));
+    if (place != Place::asWindow) {
+        m_screen->keepOutOfLists(*m_window);
+        put(place, item);
+    }
+    m_window->appear(m_animates && place != Place::asWindow);
+}
+
+void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
+{
+    const auto frame = rectOf(item);
+    const auto click =
+        place == Place::atPointer && knowsPointer() ? std::optional(QCursor::pos()) : std::nullopt;
+    const auto &screen = screenAt(frame, click);
+    m_window->putPanelAt(popoverPosition(
+        {.screen = screen.geometry(), .available = screen.availableGeometry(), .item = frame, .click = click},
+        PanelWindow::panelSize));
+}
+
+void PanelPopover::performClose()
+{
+    if (m_window) {
+        m_window->hide();
+    }
+}
+
+void PanelPopover::makeKeyAndOrderFront()
+{
+    if (isShown()) {
+        m_window->raise();
+        m_window->requestActivate();
+    }
+}
+
+} // namespace kelmoth

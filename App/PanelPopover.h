@@ -1,0 +1,41 @@
+#pragma once
+
+#include "App/Popover.h"
+#include "Platform/Qt/PopoverScreen.h"
+#include "UI/Views/ContentModel.h"
+#include "UI/Views/PanelTranslator.h"
+#include "UI/Views/PanelWindow.h"
+
+#include <memory>
+
+namespace kelmoth {
+
+/// The panel as a popover: without a frame, rounded, on top, in no list of windows. Its scene is built when
+/// it is first shown, and kept.
+class PanelPopover : public Popover {
+    Q_OBJECT
+
+public:
+    /// The collaborators outlive the popover.
+    PanelPopover(ContentModel &model, PanelTranslator &translator,
+                 std::shared_ptr<const PopoverScreen> screen);
+
+    bool isShown() const override { return m_window && m_window->isVisible(); }
+    void setAnimates(bool animates) override { m_animates = animates; }
+    void show(Place place, const std::optional<ScreenRect> &item) override;
+    void performClose() override;
+    void makeKeyAndOrderFront() override;
+
+private:
+    void build();
+    PanelWindow::Kind kindAt(Place place) const;
+    void put(Place place, const std::optional<ScreenRect> &item);
+
+    ContentModel &m_model;
+    PanelTranslator &m_translator;
+    const std::shared_ptr<const PopoverScreen> m_screen;
+    bool m_animates = true;
+    std::unique_ptr<PanelWindow> m_window; ///< none before it is first shown
+};
+
+} // namespace kelmoth

@@ -1,0 +1,93 @@
+#include "App/PopoverPlacement.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kelmoth {
+
+namespace {
+
+constexpr int gap = 6;
+
+/// A bar that the desktop does not tell of is taken to be this thick where an item was clicked in it.
+constexpr int usualItem = 24;
+
+/// A bar may be as thick as this.
+constexpr int thickBar = 96;
+
+enum class Edge { top, bottom, left, right };
+
+/// The edge of the screen whose bar the item is in. Bars that the desktop tells of come first; then a corner
+/// belongs to the bar at the top or bottom, which is far more usual than one at a side.
+Edge edgeOf(const QRect &screen, const QRect &available, const QPoint &item)
+{
+    for (const auto &[area, thickness] : {std::pair(available, 0), std::pair(screen, thickBar)}) {
+        if (item.y() < area.top() + thickness) {
+            return Edge::top;
+        }
+        if (item.y() > area.bottom() - thickness) {
+            return Edge::bottom;
+        }
+        if (item.x() < area.left() + thickness) {
+            return Edge::left;
+        }
+        if (item.x() > area.right() - thickness) {
+            return Edge::right;
+        }
+    }
+    return item.y() < screen.center().y() ? Edge::top : Edge::bottom;
+}
+
+int clamped(int position, int first, int length, int size)
+{
+    return std::max(first, std::min(position, first + length - size));
+}
+
+QPoint within(const QRect &area, const QPoint &position, const QSize &size)
+{
+    return {clamped(position.x(), area.left(), area.width(), size.width()),
+            clamped(position.y(), area.top(), area.height(), size.height())};
+}
+
+/// On the side of the item that faces the middle of the screen.
+QPoint besideItem(Edge edge, const QRect &item, const QSize &size)
+{
+    const QPoint centred = item.center() - QPoint(size.width() / 2, size.height() / 2);
+    switch (edge) {
+    case Edge::top:
+        return {centred.x(), item.bottom() + 1 + gap};
+    case Edge::bottom:
+        return {centred.x(), item.top() - gap - size.height()};
+    case Edge::left:
+        return {item.right() + 1 + gap, centred.y()};
+    case Edge::right:
+        break;
+    }
+    return {item.left() - gap - size.width(), centred.y()};
+}
+
+/// At the bottom where a bar lies there, else at the top.
+QPoint usualCorner(const QRect &screen, const QRect &available, const QSize &size)
+{
+    const bool hasBarBelow = screen.bottom() - available.bottom() > available.top() - screen.top();
+    return {available.right() + 1 - gap - size.width(),
+            hasBarBelow ? available.bottom() + 1 - gap - size.height() : available.top() + gap};
+}
+
+} // namespace
+
+QPoint popoverPosition(const PopoverSurroundings &surroundings, const QSize &size)
+{
+    const auto &[screen, available, item, click] = surroundings;
+    const auto place =
+        item    ? item
+        : click ? std::optional(QRect(*click - QPoint(usualItem, usualItem) / 2, QSize(usualItem, usualItem)))
+                : std::nullopt;
+    if (place) {
+        const auto edge = edgeOf(screen, available, place->center());
+        return within(available, besideItem(edge, *place, size), size);
+    }
+    return within(available, usualCorner(screen, available, size), size);
+}
+
+} // namespace kelmoth

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+
+#include <optional>
+
+namespace kelmoth {
+
+/// What is known of the place that a popover belongs to; device-independent pixels.
+struct PopoverSurroundings {
+    QRect screen;                ///< the whole screen
+    QRect available;             ///< without bars and docks, as far as the desktop tells
+    std::optional<QRect> item;   ///< the status item's frame
+    std::optional<QPoint> click; ///< where the item was clicked
+};
+
+/// The top left corner of a popover of this size: beside the item, on its inner side, in the middle of it as
+/// far as the screen reaches; beside the click when there is no item; else in the corner where desktops keep
+/// their status items. Never beyond the available area, unless that is too small.
+QPoint popoverPosition(const PopoverSurroundings &surroundings, const QSize &size);
+
+} // namespace kelmoth
