@@ -52,7 +52,8 @@ QPoint within(const QRect &area, const QPoint &position, const QSize &size)
 /// On the side of the item that faces the middle of the screen.
 QPoint besideItem(Edge edge, const QRect &item, const QSize &size)
 {
-    const QPoint centred = item.center() - QPoint(size.width() / 2, size.height() / 2);
+    const QPoint centred(item.x() + (item.width() - size.width()) / 2,
+                         item.y() + (item.height() - size.height()) / 2);
     switch (edge) {
     case Edge::top:
         return {centred.x(), item.bottom() + 1 + gap};

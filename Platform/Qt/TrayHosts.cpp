@@ -36,7 +36,12 @@ TrayHosts::TrayHosts(std::shared_ptr<XConnection> connection)
     m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
                   QStringLiteral("NameOwnerChanged"), {watcher}, QString(), this,
                   SLOT(ownerChanged(QString, QString, QString)));
-    askNotifierHost();
+    if (m_bus.isConnected()) {
+        askNotifierHost();
+    } else {
+        m_isKnown = true; // nothing is answered without a bus
+        m_wasAny = isAny();
+    }
 }
 
 std::optional<bool> TrayHosts::isAny() const

@@ -21,7 +21,7 @@ public:
     /// `connection` may be absent.
     explicit TrayHosts(std::shared_ptr<XConnection> connection);
 
-    /// Whether there is one; none until the bus has answered, for its hosts are preferred.
+    /// Whether there is one; none until the bus, if there is one, has answered: its hosts are preferred.
     std::optional<bool> isAny() const;
 
 Q_SIGNALS:

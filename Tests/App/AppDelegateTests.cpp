@@ -1,0 +1,346 @@
+#include "App/AppDelegate.h"
+#include "Tests/UI/PanelFixture.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kelmoth {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct FakeSession : UserSession {
+    std::vector<RunningApplication> running;
+    std::string directory;
+    std::function<void()> handler;
+    std::vector<std::string> posts;
+
+    std::vector<RunningApplication> runningApplications(std::string_view) const override { return running; }
+    void observe(std::string_view name, std::string_view object, std::function<void()> newHandler) override
+    {
+        EXPECT_EQ(name, "com.kelmoth.app.reopenRunningInstance");
+        EXPECT_EQ(object, "com.kelmoth.app");
+        handler = std::move(newHandler);
+    }
+    void removeObserver() override { handler = nullptr; }
+    void post(std::string_view name, std::string_view object) override
+    {
+        posts.push_back(std::string(name) + ' ' + std::string(object));
+    }
+    void setEndHandler(std::function<void()>) override {}
+    std::string applicationSupportDirectory() const override { return directory; }
+};
+
+/// What the delegate does with its status item and popover, and what can be done to them.
+struct Screen {
+    std::optional<bool> hosted = true;
+    std::function<void()> click, hostChanged;
+    std::vector<MenuEntry> menu;
+    std::string toolTip;
+    double alpha = 1.0;
+    bool isShown = false;
+    std::vector<std::string> popoverCalls;
+
+    std::vector<std::string> takeCalls() { return std::exchange(popoverCalls, {}); }
+};
+
+class FakeStatusItem : public StatusItem {
+public:
+    explicit FakeStatusItem(Screen &screen) : m_screen(screen) {}
+    void setClickHandler(std::function<void()> handler) override { m_screen.click = std::move(handler); }
+    void setMenu(std::vector<MenuEntry> entries) override { m_screen.menu = std::move(entries); }
+    void setToolTip(const std::string &text) override { m_screen.toolTip = text; }
+    void setAlphaValue(double alpha) override { m_screen.alpha = alpha; }
+    std::optional<bool> isHosted() const override { return m_screen.hosted; }
+    void setHostHandler(std::function<void()> handler) override { m_screen.hostChanged = std::move(handler); }
+    std::optional<ScreenRect> frame() const override { return std::nullopt; }
+
+private:
+    Screen &m_screen;
+};
+
+class FakeStatusBar : public StatusBar {
+public:
+    explicit FakeStatusBar(Screen &screen) : m_screen(screen) {}
+    std::unique_ptr<StatusItem> statusItem() override { return std::make_unique<FakeStatusItem>(m_screen); }
+
+private:
+    Screen &m_screen;
+};
+
+class FakePopover : public Popover {
+public:
+    explicit FakePopover(Screen &screen) : m_screen(screen) {}
+    bool isShown() const override { return m_screen.isShown; }
+    void setAnimates(bool animates) override
+    {
+        m_screen.popoverCalls.emplace_back(animates ? "animated" : "still");
+    }
+    void show(Place place, const std::optional<ScreenRect> &) override
+    {
+        static constexpr std::array names{"at item", "at pointer", "as window"};
+        m_screen.popoverCalls.emplace_back(names.at(static_cast<std::size_t>(place)));
+        if (!std::exchange(m_screen.isShown, true)) {
+            Q_EMIT willShow();
+        }
+    }
+    void performClose() override
+    {
+        m_screen.isShown = false;
+        Q_EMIT didClose();
+    }
+    void makeKeyAndOrderFront() override { m_screen.popoverCalls.emplace_back("front"); }
+
+private:
+    Screen &m_screen;
+};
+
+struct FakeMonitor : EventMonitor {
+    std::function<void()> handler;
+    bool isUnderWay = false;
+    bool isNeeded = false;
+
+    void addGlobalMonitor(std::function<void()> newHandler) override { handler = std::move(newHandler); }
+    void removeMonitor() override { handler = nullptr; }
+    bool isLastPressUnderWay() const override { return isUnderWay; }
+    void setNeeded(bool needed) override { isNeeded = needed; }
+};
+
+class AppDelegateTest : public PanelTest {
+protected:
+    AppDelegateTest() { session->directory = home.path().toStdString(); }
+
+    void launch(const std::vector<std::string> &models = {})
+    {
+        plugIn(models);
+        auto platform = Platform::current();
+        platform.session = session;
+        platform.statusBar = std::make_shared<FakeStatusBar>(screen);
+        platform.eventMonitor = presses;
+        delegate = std::make_unique<AppDelegate>(AppDelegate::Parts{
+            .platform = platform,
+            .hidMonitor = *monitor,
+            .deviceManager = *manager,
+            .preferences = preferences,
+            .appearance = appearance,
+            .loginItem = loginItem,
+            .makePopover = [this] { return std::make_unique<FakePopover>(screen); },
+            .applyAppearance = [this] { appliedMode = appearance.mode(); },
+            .terminate = [this] { ++ends; },
+        });
+        (void)takeLines();
+        delegate->applicationDidFinishLaunching();
+    }
+
+    std::string lockPath() const { return home.path().toStdString() + "/com.kelmoth.app.lock"; }
+
+    /// As another process would find the lock.
+    bool isLocked() const
+    {
+        const int fd = ::open(lockPath().c_str(), O_RDWR);
+        const bool isHeld = fd >= 0 && ::flock(fd, LOCK_EX | LOCK_NB) != 0;
+        ::close(fd);
+        return isHeld;
+    }
+
+    std::vector<std::string> titles() const
+    {
+        std::vector<std::string> all;
+        for (const auto &entry : screen.menu) {
+            all.push_back(entry.action ? entry.title + entry.keyEquivalent : "-");
+        }
+        return all;
+    }
+
+    QTemporaryDir home;
+    Screen screen;
+    std::shared_ptr<FakeSession> session = std::make_shared<FakeSession>();
+    std::shared_ptr<FakeMonitor> presses = std::make_shared<FakeMonitor>();
+    std::optional<Appearance::Mode> appliedMode;
+    int ends = 0;
+    std::unique_ptr<AppDelegate> delegate;
+};
+
+TEST_F(AppDelegateTest, StartsOnceForAUser)
+{
+    preferences.setAppearanceMode(2);
+    launch();
+    EXPECT_THAT(takeLines(),
+                ElementsAre("Kelmoth v" + resourceMainBundle()->version() + " started as Menu Bar App"));
+    EXPECT_EQ(appliedMode, Appearance::Mode::dark);
+    EXPECT_TRUE(isLocked());
+    struct stat lock{};
+    ASSERT_EQ(::stat(lockPath().c_str(), &lock), 0);
+    EXPECT_EQ(lock.st_mode & 0777U, 0600U);
+    EXPECT_EQ(lock.st_size, 0);
+
+    delegate->applicationWillTerminate();
+    EXPECT_FALSE(isLocked()); // the file stays
+    EXPECT_FALSE(session->handler || presses->handler);
+    EXPECT_EQ(ends, 0);
+}
+
+TEST_F(AppDelegateTest, HandsOverToTheCopyThatRuns)
+{
+    const struct {
+        std::vector<RunningApplication> running;
+        bool isLockHeld, starts;
+    } rows[]{
+        {{{::getpid(), false}}, false, true},
+        {{{1, true}}, false, true},
+        {{{1, true}, {2, false}}, false, false},
+        {{}, true, false},
+    };
+    for (const auto &row : rows) {
+        const int fd = ::open(lockPath().c_str(), O_RDWR | O_CREAT, 0600);
+        ASSERT_EQ(::flock(fd, row.isLockHeld ? LOCK_EX : LOCK_UN), 0);
+        session->running = row.running;
+        session->posts.clear();
+        ends = 0;
+        launch();
+        EXPECT_EQ(ends, row.starts ? 0 : 1);
+        EXPECT_EQ(static_cast<bool>(screen.click), row.starts);
+        if (!row.starts) {
+            EXPECT_THAT(session->posts, ElementsAre("com.kelmoth.app.reopenRunningInstance com.kelmoth.app"));
+            EXPECT_THAT(takeLines(),
+                        ElementsAre("Kelmoth: another instance is running or instance lock is unavailable"));
+        }
+        delegate->applicationWillTerminate();
+        delegate.reset();
+        screen = {};
+        ::close(fd);
+    }
+}
+
+TEST_F(AppDelegateTest, RunsUnguardedWithoutAPlaceForTheLock)
+{
+    for (const auto &directory : {std::string(), home.path().toStdString() + "/missing"}) {
+        session->directory = directory;
+        launch();
+        EXPECT_TRUE(screen.click) << directory;
+        delegate->applicationWillTerminate();
+        screen = {};
+    }
+}
+
+TEST_F(AppDelegateTest, ClicksToggleThePopover)
+{
+    launch();
+    screen.click();
+    EXPECT_THAT(screen.takeCalls(), ElementsAre("animated", "at pointer", "front"));
+    EXPECT_TRUE(presses->isNeeded);
+    EXPECT_EQ(screen.alpha, 0.5);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return screen.alpha == 1.0; }));
+    screen.click();
+    EXPECT_FALSE(screen.isShown || presses->isNeeded);
+
+    // Where the press of the click has closed it, the click itself does nothing.
+    screen.click();
+    presses->isUnderWay = true;
+    presses->handler();
+    EXPECT_FALSE(screen.isShown);
+    screen.click();
+    EXPECT_FALSE(screen.isShown);
+    screen.click();
+    EXPECT_TRUE(screen.isShown);
+
+    // A press elsewhere is over by the time of the next click.
+    presses->handler();
+    presses->isUnderWay = false;
+    screen.click();
+    EXPECT_TRUE(screen.isShown);
+
+    desktop->isMotionReduced = true;
+    desktop->handler();
+    screen.click();
+    (void)screen.takeCalls();
+    screen.alpha = 0;
+    screen.click();
+    EXPECT_EQ(screen.takeCalls().front(), "still");
+    EXPECT_EQ(screen.alpha, 1.0);
+}
+
+TEST_F(AppDelegateTest, EachOpeningAsksTheMouseOnce)
+{
+    launch({"basilisk-v3-pro-wired"});
+    settle();
+    screen.click();
+    delegate->openApp();
+    finishAll();
+    std::vector<int> commands;
+    for (const auto &transfer : mouse().takeTransfers()) {
+        if (transfer.isSet) {
+            commands.push_back(transfer.bytes[6] << 8 | transfer.bytes[7]);
+        }
+    }
+    EXPECT_THAT(commands, testing::UnorderedElementsAre(0x0486, 0x0780, 0x0784));
+}
+
+TEST_F(AppDelegateTest, TheMenuSpeaksTheUsersLanguage)
+{
+    launch();
+    EXPECT_THAT(titles(), ElementsAre("Open Kelmoth", "-", "About Kelmoth", "-", "Quitq"));
+    preferences.chooseLanguage(1);
+    EXPECT_THAT(titles(), ElementsAre("Otwórz Kelmoth", "-", "O programie Kelmoth", "-", "Zakończq"));
+
+    screen.menu.at(0).action();
+    screen.menu.at(0).action();
+    EXPECT_THAT(screen.takeCalls(),
+                ElementsAre("animated", "at item", "front", "animated", "at item", "front"));
+    screen.click();
+    QSignalSpy about(delegate.get(), &AppDelegate::kelmothShowAbout);
+    screen.menu.at(2).action();
+    EXPECT_TRUE(screen.isShown);
+    EXPECT_THAT(about, IsEmpty()); // once the panel is there
+    EXPECT_TRUE(about.wait());
+    screen.menu.at(4).action();
+    EXPECT_EQ(ends, 1);
+}
+
+TEST_F(AppDelegateTest, ASecondStartBringsThePanelToTheFront)
+{
+    launch();
+    for (int start = 0; start < 2; ++start) {
+        (void)screen.takeCalls();
+        session->handler();
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(screen.isShown);
+        EXPECT_EQ(screen.takeCalls().back(), "front");
+    }
+    EXPECT_THAT(takeLines(), testing::Contains("Kelmoth: reopen request received").Times(2));
+}
+
+TEST_F(AppDelegateTest, IsAWindowWhereNothingShowsTheItem)
+{
+    screen.hosted.reset();
+    launch();
+    delegate->openApp();
+    EXPECT_FALSE(screen.isShown); // not before it is known where
+    screen.hosted = false;
+    screen.hostChanged();
+    EXPECT_THAT(screen.takeCalls(), ElementsAre("animated", "as window", "front"));
+    EXPECT_FALSE(presses->isNeeded);
+
+    // By itself too, when the desktop has had its time.
+    screen.isShown = false;
+    EXPECT_TRUE(QTest::qWaitFor([this] { return screen.isShown; }));
+}
+
+TEST_F(AppDelegateTest, TheToolTipNamesTheMouseAndItsCharge)
+{
+    launch({"basilisk-v3-pro-wired"});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return screen.toolTip.ends_with(" %"); })) << screen.toolTip;
+    EXPECT_THAT(screen.toolTip, testing::StartsWith("Razer Basilisk V3 Pro (Wired) · "));
+    mouse().unplug();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return screen.toolTip == "Kelmoth"; }));
+}
+
+} // namespace
+} // namespace kelmoth

@@ -1,0 +1,38 @@
+#include "App/PopoverPlacement.h"
+
+#include <gtest/gtest.h>
+
+namespace kelmoth {
+namespace {
+
+constexpr QSize panel(340, 610);
+constexpr QRect screen(0, 0, 1280, 1024);
+
+TEST(PopoverPlacementTest, LiesBesideTheItemOnItsInnerSide)
+{
+    const struct {
+        const char *name;
+        PopoverSurroundings surroundings;
+        QPoint position;
+    } rows[]{
+        {"below", {screen, {0, 0, 1280, 996}, QRect(800, 1000, 22, 22), {}}, {641, 384}},
+        {"below, in the corner", {screen, {0, 0, 1280, 996}, QRect(1256, 1000, 22, 22), {}}, {940, 384}},
+        {"a bar that is not told of", {screen, screen, QRect(1250, 998, 22, 22), {}}, {940, 382}},
+        {"above", {screen, {0, 24, 1280, 1000}, QRect(600, 2, 22, 22), {}}, {441, 30}},
+        {"left", {screen, {48, 0, 1232, 1024}, QRect(12, 500, 22, 22), {}}, {48, 206}},
+        {"right", {screen, {0, 0, 1232, 1024}, QRect(1245, 1000, 22, 22), {}}, {892, 414}},
+        {"a second screen",
+         {{1280, 0, 1920, 1080}, {1280, 0, 1920, 1040}, QRect(3000, 1048, 22, 22), {}},
+         {2841, 430}},
+        {"a click below", {screen, {0, 0, 1280, 996}, {}, QPoint(1000, 1010)}, {830, 382}},
+        {"nothing known", {screen, screen, {}, {}}, {934, 6}},
+        {"nothing known, a bar below", {screen, {0, 0, 1280, 996}, {}, {}}, {934, 380}},
+        {"a screen that is too small", {{0, 0, 320, 480}, {0, 0, 320, 480}, {}, QPoint(310, 470)}, {0, 0}},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(popoverPosition(row.surroundings, panel), row.position) << row.name;
+    }
+}
+
+} // namespace
+} // namespace kelmoth

@@ -1,0 +1,135 @@
+#include "Platform/Linux/DBusSession.h"
+#include "Platform/Linux/RunningProcess.h"
+#include "Tests/Desktop/PrivateBus.h"
+
+#include <QTest>
+#include <gmock/gmock.h>
+
+#include <optional>
+#include <unistd.h>
+
+namespace kelmoth {
+namespace {
+
+using namespace std::chrono_literals;
+
+const auto identifier = QStringLiteral("com.kelmoth.app");
+constexpr auto about = "com.kelmoth.app";
+constexpr auto reopen = "com.kelmoth.app.reopenRunningInstance";
+
+class DBusSessionTest : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_FALSE(bus.address().isEmpty()); }
+
+    /// Observes, and waits until others can know.
+    void observe(DBusSession &session)
+    {
+        session.observe(reopen, about, [this] { ++calls; });
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !other().runningApplications(about).empty(); }));
+    }
+
+    DBusSession &other()
+    {
+        if (!m_other) {
+            m_other.emplace(bus.address(), identifier);
+        }
+        return *m_other;
+    }
+
+    PrivateBus bus;
+    int calls = 0;
+
+private:
+    std::optional<DBusSession> m_other;
+};
+
+TEST_F(DBusSessionTest, CopiesFindAndHearEachOther)
+{
+    DBusSession session(bus.address(), identifier);
+    EXPECT_TRUE(session.runningApplications(about).empty());
+    observe(session);
+    const auto running = other().runningApplications(about);
+    ASSERT_EQ(running.size(), 1U);
+    EXPECT_EQ(running[0].processIdentifier, ::getpid());
+    EXPECT_FALSE(running[0].isTerminated);
+
+    session.post(reopen, about); // its own voice is nobody's
+    other().post(reopen, about);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return calls > 0; }));
+    EXPECT_EQ(calls, 1);
+
+    session.removeObserver();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return other().runningApplications(about).empty(); }));
+}
+
+TEST_F(DBusSessionTest, WhatComesBeforeAnybodyListensIsNotMissed)
+{
+    DBusSession session(bus.address(), identifier);
+    EXPECT_TRUE(session.runningApplications(about).empty()); // the bus has heard of it
+    other().post(reopen, about);
+    QTest::qWait(0);
+    session.observe(reopen, about, [this] { ++calls; });
+    EXPECT_TRUE(QTest::qWaitFor([this] { return calls == 1; }));
+}
+
+TEST_F(DBusSessionTest, StrangersAreNotHeard)
+{
+    DBusSession session(bus.address(), identifier);
+    observe(session);
+    auto stranger = QDBusConnection::connectToBus(bus.address(), QStringLiteral("stranger"));
+    const auto send = [&](const char *member, const QVariantList &arguments) {
+        auto signal = QDBusMessage::createSignal(QStringLiteral("/com/kelmoth/app"), identifier,
+                                                 QString::fromLatin1(member));
+        signal.setArguments(arguments);
+        EXPECT_TRUE(stranger.send(signal));
+    };
+    send("reopenRunningInstance", {});
+    send("reopenRunningInstance", {7});
+    send("reopenRunningInstance", {QStringLiteral("com.example")});
+    send("reopenRunningInstance", {identifier, identifier});
+    send("reopenRunningInstance", {QString(1 << 22, QLatin1Char('x'))});
+    send("quitRunningInstance", {identifier});
+    send("reopenRunningInstance", {identifier}); // all before it have arrived once this has
+    EXPECT_TRUE(QTest::qWaitFor([this] { return calls > 0; }));
+    EXPECT_EQ(calls, 1);
+    QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
+}
+
+TEST_F(DBusSessionTest, TellsOfItsEndAndDoesWithoutABus)
+{
+    {
+        auto dying = std::make_unique<PrivateBus>();
+        DBusSession session(dying->address(), identifier);
+        bool hasEnded = false;
+        session.setEndHandler([&] { hasEnded = true; });
+        dying.reset();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return hasEnded; }));
+    }
+    for (const auto &address : {QString(), QStringLiteral("unix:path=/nowhere")}) {
+        DBusSession session(address, identifier);
+        session.observe(reopen, about, [] {});
+        session.post(reopen, about);
+        EXPECT_TRUE(session.runningApplications(about).empty());
+    }
+}
+
+TEST(RunningProcessTest, EndsAsAskedOrIsGivenUp)
+{
+    const auto start = [](const QString &script) {
+        auto process = std::make_unique<QProcess>();
+        process->start(QStringLiteral("sh"), {QStringLiteral("-c"), script});
+        EXPECT_TRUE(process->waitForReadyRead());
+        return process;
+    };
+    const auto polite = start(QStringLiteral("echo; exec sleep 1000"));
+    EXPECT_EQ(endProcess(polite->processId(), 10s), EndOfProcess::ended);
+    polite->waitForFinished();
+    const auto deaf = start(QStringLiteral("trap '' TERM; echo; while :; do read -r line; done <&2"));
+    EXPECT_EQ(endProcess(deaf->processId(), 50ms), EndOfProcess::stillRunning);
+    deaf->kill();
+    deaf->waitForFinished();
+    EXPECT_EQ(endProcess(deaf->processId(), 1s), EndOfProcess::refused);
+}
+
+} // namespace
+} // namespace kelmoth
