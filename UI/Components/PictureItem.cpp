@@ -1,5 +1,7 @@
 #include "UI/Components/PictureItem.h"
 
+#include "UI/Components/ScaleWatch.h"
+
 #include <QQuickWindow>
 #include <QSGImageNode>
 #include <QTransform>
@@ -36,33 +38,22 @@ void PictureItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeo
 
 void PictureItem::itemChange(ItemChange change, const ItemChangeData &data)
 {
-    if (change == ItemSceneChange || change == ItemParentHasChanged) {
-        watchAncestors();
-    } else if (change == ItemDevicePixelRatioHasChanged) {
+    if (change == ItemSceneChange && data.window) {
+        watchScales(this);
+    } else if (change == ItemDevicePixelRatioHasChanged ||
+               (m_isPutOff && (change == ItemVisibleHasChanged || change == ItemOpacityHasChanged))) {
         update();
     }
     QQuickItem::itemChange(change, data);
 }
 
-/// A scale or turn further up tells nobody below.
-void PictureItem::watchAncestors()
-{
-    for (const auto &connection : m_ancestors) {
-        disconnect(connection);
-    }
-    m_ancestors.clear();
-    if (!window()) {
-        return;
-    }
-    for (QQuickItem *item = this; item; item = item->parentItem()) {
-        m_ancestors.push_back(connect(item, &QQuickItem::scaleChanged, this, &QQuickItem::update));
-        m_ancestors.push_back(connect(item, &QQuickItem::rotationChanged, this, &QQuickItem::update));
-    }
-}
-
 QSGNode *PictureItem::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
 {
     std::unique_ptr<QSGImageNode> node(static_cast<QSGImageNode *>(oldNode));
+    m_isPutOff = !isVisible() || opacity() <= 0;
+    if (m_isPutOff) {
+        return node.release(); // painted once it can be seen
+    }
     if (width() <= 0 || height() <= 0) {
         m_shown = 0;
         return nullptr;

@@ -4,8 +4,6 @@
 
 #include <QQuickItem>
 
-#include <vector>
-
 namespace kelmoth {
 
 /// An item that shows one picture painted for its size and for the pixels of its screen. The picture may
@@ -33,9 +31,7 @@ protected:
     QSGNode *updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *) override;
 
 private:
-    void watchAncestors();
-
-    std::vector<QMetaObject::Connection> m_ancestors;
+    bool m_isPutOff = false;     ///< the picture was not painted because it could not be seen
     double m_lastScale = 1.0;    ///< of the item in the window, when it was last drawn
     double m_pictureScale = 1.0; ///< the same, when its picture was painted
     qint64 m_shown = 0;          ///< the image that the node shows
