@@ -107,6 +107,7 @@ void move(PanelStage &stage)
         sheets.push_back(worstFrame(window, [&] { stage.panel().openAbout(); }));
         worstFrame(window, [&] { stage.panel().closeAbout(); });
     }
+    std::printf("first-tab-switch %.1f\n", tabs.front());
     std::printf("tab-switch %.1f\nabout %.1f\n", median(tabs), median(sheets));
 }
 

@@ -115,7 +115,8 @@ bool isShown(const SourceLiteral &literal)
             return true;
         }
     }
-    return holdsTexts(literal.place) && !literal.isArgumentOf("log") && literal.text.size() > 1 &&
+    return holdsTexts(literal.place) && !literal.isArgumentOf("log") &&
+           !literal.isArgumentOf("resolvedUrl") && literal.text.size() > 1 &&
            literal.text.front().isUpper() && !isName(literal.text);
 }
 

@@ -79,45 +79,33 @@ FocusScope {
 
                 PanelPage {
                     current: root.model.selectedTab === 0
+                    model: root.model.dpiTab
                     moves: root.entrance > 0
                     veiled: !root.model.isDeviceSupported
-
-                    DPITabView {
-                        anchors.fill: parent
-                        model: root.model.dpiTab
-                    }
+                    view: Qt.resolvedUrl("DPITabView.qml")
                 }
 
                 PanelPage {
                     current: root.model.selectedTab === 1
+                    model: root.model.rgbTab
                     moves: root.entrance > 0
                     veiled: !root.model.isDeviceSupported
-
-                    RGBTabView {
-                        anchors.fill: parent
-                        model: root.model.rgbTab
-                    }
+                    view: Qt.resolvedUrl("RGBTabView.qml")
                 }
 
                 PanelPage {
                     current: root.model.selectedTab === 2
+                    model: root.model.buttonsTab
                     moves: root.entrance > 0
                     veiled: !root.model.isDeviceSupported
-
-                    ButtonsTabView {
-                        anchors.fill: parent
-                        model: root.model.buttonsTab
-                    }
+                    view: Qt.resolvedUrl("ButtonsTabView.qml")
                 }
 
                 PanelPage {
                     current: root.model.selectedTab === 3
+                    model: root.model.settingsTab
                     moves: root.entrance > 0
-
-                    SettingsTabView {
-                        anchors.fill: parent
-                        model: root.model.settingsTab
-                    }
+                    view: Qt.resolvedUrl("SettingsTabView.qml")
                 }
 
                 PanelNotice {

@@ -22,7 +22,7 @@ FocusScope {
 
         duration: 150
         easing.type: Easing.InOutQuad
-        from: 0
+        from: 0.3 // what is first drawn can be seen
         property: "opacity"
         target: root
         to: 1

@@ -1,15 +1,26 @@
 import QtQuick
 import Kelmoth.Components
 
-/// The place of one page: it enters from the leading edge, leaves to the trailing one, and is not there else.
+/// The place of one page: it enters from the leading edge, leaves to the trailing one, and is not there else. The
+/// page is made when it is first needed, and kept.
 Item {
     id: root
+
+    required property url view ///< of the page, a view with a model
+    required property var model ///< of the page
 
     property bool current: false
     property bool moves: true ///< or is there, or gone, at once
     property real place: 1 ///< -1 before the leading edge, 0 in sight, 1 behind the trailing edge
     property alias veiled: page.veiled
-    default property alias content: page.content
+
+    function load() {
+        if (current && loader.status === Loader.Null) {
+            loader.setSource(view, {
+                "model": model
+            });
+        }
+    }
 
     enabled: current
     height: parent.height
@@ -17,6 +28,9 @@ Item {
     visible: opacity > 0
     width: parent.width
     x: place * width
+
+    Component.onCompleted: load()
+    onCurrentChanged: load()
 
     states: State {
         name: "current"
@@ -55,5 +69,11 @@ Item {
         id: page
 
         anchors.fill: parent
+
+        Loader {
+            id: loader
+
+            anchors.fill: parent
+        }
     }
 }
