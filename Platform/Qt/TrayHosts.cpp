@@ -27,7 +27,6 @@ TrayHosts::TrayHosts(std::shared_ptr<XConnection> connection)
                                      &structure);
         connect(m_connection.get(), &XConnection::event, this, &TrayHosts::take);
         findTray();
-        m_connection->dispatch();
     }
     for (const auto *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         m_bus.connect(QString(), watcherPath, watcher, QString::fromLatin1(signal), this,

@@ -1,5 +1,6 @@
 #include "Platform/Qt/XConnection.h"
 
+#include <QAbstractEventDispatcher>
 #include <QGuiApplication>
 
 #include <string>
@@ -30,7 +31,10 @@ XConnection::XConnection(xcb_connection_t *connection, int screenNumber)
         xcb_screen_next(&screens);
     }
     m_root = screens.data->root;
-    connect(&m_notifier, &QSocketNotifier::activated, this, &XConnection::dispatch);
+    connect(&m_notifier, &QSocketNotifier::activated, this, [this] { dispatch(xcb_poll_for_event); });
+    // Waiting for a reply reads events, too: the socket does not tell of those any more.
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            [this] { dispatch(xcb_poll_for_queued_event); });
 }
 
 XConnection::~XConnection()
@@ -60,9 +64,16 @@ bool XConnection::isComposited() const
     return selectionOwner(atom("_NET_WM_CM_S" + std::to_string(m_screenNumber))) != XCB_NONE;
 }
 
-void XConnection::dispatch()
+void XConnection::catchUp()
 {
-    while (const XReply<xcb_generic_event_t> next{xcb_poll_for_event(m_connection)}) {
+    const XReply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    dispatch(xcb_poll_for_event);
+}
+
+void XConnection::dispatch(NextEvent nextEvent)
+{
+    while (const XReply<xcb_generic_event_t> next{nextEvent(m_connection)}) {
         Q_EMIT event(*next);
     }
     if (xcb_connection_has_error(m_connection) != 0 && m_notifier.isEnabled()) {

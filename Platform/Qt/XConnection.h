@@ -37,8 +37,8 @@ public:
     /// Whether a compositor shows windows that others shine through.
     bool isComposited() const;
 
-    /// Hands on the events that have come with replies; to be called after asking for any.
-    void dispatch();
+    /// Hands on all events of what the server has done up to now: the toolkit may have learnt of it before.
+    void catchUp();
 
 Q_SIGNALS:
     void event(const xcb_generic_event_t &event);
@@ -46,7 +46,10 @@ Q_SIGNALS:
     void lost();
 
 private:
+    using NextEvent = xcb_generic_event_t *(*)(xcb_connection_t *);
+
     XConnection(xcb_connection_t *connection, int screenNumber);
+    void dispatch(NextEvent nextEvent);
 
     xcb_connection_t *const m_connection;
     const int m_screenNumber;
