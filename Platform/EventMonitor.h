@@ -18,7 +18,7 @@ public:
 
     /// Whether the press last reported goes on, or ended so shortly ago that what it brings about elsewhere
     /// may still be on its way: the click on a status item, say, that began with it.
-    virtual bool isLastPressUnderWay() const = 0;
+    virtual bool isLastPressUnderWay() = 0;
 
     /// Lets the monitor rest where nobody asks for presses: the program sleeps while nothing is shown.
     virtual void setNeeded(bool isNeeded) = 0;

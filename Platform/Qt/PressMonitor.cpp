@@ -80,6 +80,9 @@ void PressMonitor::setNeeded(bool isNeeded)
     if (m_isNeeded == isNeeded) {
         return;
     }
+    if (isNeeded) {
+        catchUp(); // the press that has brought this about is none that comes from now on
+    }
     m_isNeeded = isNeeded;
     if (isNeeded) {
         m_untilRest.stop();
@@ -89,9 +92,17 @@ void PressMonitor::setNeeded(bool isNeeded)
     }
 }
 
-bool PressMonitor::isLastPressUnderWay() const
+bool PressMonitor::isLastPressUnderWay()
 {
+    catchUp(); // a press may be on its way that ends the last one
     return m_isHeld || (m_sincePress.isValid() && !m_sincePress.hasExpired(consequence.count()));
+}
+
+void PressMonitor::catchUp()
+{
+    if (m_connection) {
+        m_connection->catchUp();
+    }
 }
 
 void PressMonitor::take(const xcb_generic_event_t &event)

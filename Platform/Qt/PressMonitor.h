@@ -27,10 +27,11 @@ public:
     void addGlobalMonitor(std::function<void()> handler) override { m_handler = std::move(handler); }
     void removeMonitor() override;
     void setNeeded(bool isNeeded) override;
-    bool isLastPressUnderWay() const override;
+    bool isLastPressUnderWay() override;
 
 private:
     void take(const xcb_generic_event_t &event);
+    void catchUp();
     void press();
     void select(bool isSelected);
     bool isPointerOnOwnWindow() const;

@@ -109,7 +109,7 @@ struct FakeMonitor : EventMonitor {
 
     void addGlobalMonitor(std::function<void()> newHandler) override { handler = std::move(newHandler); }
     void removeMonitor() override { handler = nullptr; }
-    bool isLastPressUnderWay() const override { return isUnderWay; }
+    bool isLastPressUnderWay() override { return isUnderWay; }
     void setNeeded(bool needed) override { isNeeded = needed; }
 };
 
