@@ -159,10 +159,11 @@ void PressMonitor::select(bool isSelected)
     xcb_flush(m_connection->get());
 }
 
-/// A raw press has no place: it is asked for. Our windows lie on top of all others while they are shown.
+/// A raw press has no place: it is asked for. Our windows lie on top of all others while they are shown. The
+/// item is one of them in a tray that embeds it.
 bool PressMonitor::isPointerOnOwnWindow() const
 {
-    const auto windows = QGuiApplication::topLevelWindows();
+    const auto windows = QGuiApplication::allWindows();
     for (const auto *window : windows) {
         if (!window->isVisible() || !window->handle()) {
             continue;
