@@ -26,10 +26,9 @@ class Desktop:
                           QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         try:
             os.environ["DISPLAY"] = ":" + self._announced(
-                ["Xvfb", "-displayfd", "{fd}", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"])
-            os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._announced(
-                ["dbus-daemon", "--session", "--nofork", "--print-address={fd}"])
-            self._start(["openbox", "--sm-disable"])
+                ["Xvfb", "-displayfd", "{fd}", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"])[0]
+            os.environ["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus()[0]
+            self.start(["openbox", "--sm-disable"])
             # The first question on a fresh bus starts the accessibility bus; a program's would be answered too late.
             subprocess.run(["gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path", "/org/a11y/bus",
                             "--method", "org.a11y.Bus.GetAddress"], check=True, stdout=subprocess.DEVNULL)
@@ -48,18 +47,23 @@ class Desktop:
                 child.wait()
         shutil.rmtree(self.home, ignore_errors=True)
 
-    def _start(self, command, **options):
+    def start(self, command, **options):
+        """A process that ends with the desktop, or before."""
         child = subprocess.Popen(command, stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options)
         self._children.append(child)
         return child
 
+    def start_bus(self):
+        """The address and the process of another session bus."""
+        return self._announced(["dbus-daemon", "--session", "--nofork", "--print-address={fd}"])
+
     def _announced(self, command):
-        """Starts a server and gives the line that it writes once it is ready."""
+        """Starts a server; gives the line that it writes once it is ready, and its process."""
         reader, writer = os.pipe()
-        self._start([word.format(fd=writer) for word in command], pass_fds=[writer])
+        server = self.start([word.format(fd=writer) for word in command], pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader) as ready:
             line = ready.readline().strip()
         if not line:
             raise RuntimeError(command[0] + " did not start")
-        return line
+        return line, server

@@ -5,6 +5,7 @@ import os
 import re
 import signal
 import subprocess
+import tempfile
 import time
 
 import gi
@@ -31,38 +32,43 @@ def wait_for(what, condition):
             GLib.source_remove(alarm)
 
 
-class Panel:
-    def __init__(self, command):
-        self._log = open(os.path.join(os.environ["HOME"], "log"), "w+b")
-        self._process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=self._log, stderr=self._log)
-        self._root = wait_for("the program on the accessibility bus", self._application)
-        self._root.set_cache_mask(Atspi.Cache.NONE)
+class Program:
+    """The program, running."""
+
+    def __init__(self, command, environment=None):
+        self._log = tempfile.TemporaryFile()
+        self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=self._log, stderr=self._log,
+                                        env=environment)
+
+    def quit(self):
+        """Asks the program to end; gives its exit status."""
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGTERM)
+        return self.process.wait(PATIENCE)
+
+    def log(self):
+        size = os.fstat(self._log.fileno()).st_size
+        return os.pread(self._log.fileno(), size, 0).decode(errors="replace")
+
+
+class Panel(Program):
+    """The program, and its panel if that is shown."""
 
     def _application(self):
-        if self._process.poll() is not None:
+        if self.process.poll() is not None:
             raise AssertionError("the program ended:\n" + self.log())
         desktop = Atspi.get_desktop(0)
         desktop.clear_cache()
         for index in range(desktop.get_child_count()):
             child = desktop.get_child_at_index(index)
             if child and child.get_name() == "kelmoth" and child.get_child_count():
+                child.set_cache_mask(Atspi.Cache.NONE)
+                child.clear_cache()
                 return child
         return None
 
-    def quit(self):
-        """Asks the program to end; gives its exit status."""
-        if self._process.poll() is None:
-            self._process.send_signal(signal.SIGTERM)
-        return self._process.wait(PATIENCE)
-
-    def log(self):
-        self._log.flush()
-        with open(self._log.name, encoding="utf-8", errors="replace") as log:
-            return log.read()
-
     def __iter__(self):
-        pending = [self._root]
-        self._root.clear_cache()
+        pending = list(filter(None, [self._application()]))
         while pending:
             node = pending.pop(0)
             with contextlib.suppress(GLib.Error):

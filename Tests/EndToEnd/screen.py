@@ -1,0 +1,96 @@
+"""What an X server shows of the program, and a hand on its mouse."""
+
+import contextlib
+from typing import NamedTuple
+
+from Xlib import X, Xutil, display, error
+from Xlib.ext import xtest
+from Xlib.protocol import event
+
+
+class Area(NamedTuple):
+    x: int
+    y: int
+    width: int
+    height: int
+
+    @property
+    def centre(self):
+        return self.x + self.width // 2, self.y + self.height // 2
+
+
+class Screen:
+    def __init__(self):
+        self._display = display.Display()
+        self._display.set_error_handler(lambda *_: None)  # windows of others may be gone at any time
+        screen = self._display.screen()
+        self._root = screen.root
+        self.width, self.height = screen.width_in_pixels, screen.height_in_pixels
+
+    def _property(self, window, name):
+        found = window.get_full_property(self._display.intern_atom(name), X.AnyPropertyType)
+        return list(found.value) if found else []
+
+    def _windows(self, parent=None):
+        for window in (parent or self._root).query_tree().children:
+            with contextlib.suppress(error.XError):
+                if window.get_attributes().map_state == X.IsViewable:
+                    if (window.get_wm_class() or [""])[0] == "kelmoth":
+                        yield window
+                    yield from self._windows(window)
+
+    def _area(self, window):
+        size, origin = window.get_geometry(), window.translate_coords(self._root, 0, 0)
+        return Area(-origin.x, -origin.y, size.width, size.height)
+
+    def _panel(self):
+        return next((window for window in self._windows() if window.get_wm_name() == "Kelmoth"), None)
+
+    def panel(self):
+        """The area of the panel's window; none while it is hidden."""
+        with contextlib.suppress(error.XError):
+            window = self._panel()
+            return window and self._area(window)
+
+    def panel_is_in_front(self):
+        """It has the keyboard, and no managed window lies over it."""
+        window = self._panel()
+        stack = self._property(self._root, "_NET_CLIENT_LIST_STACKING")
+        active = self._property(self._root, "_NET_ACTIVE_WINDOW")
+        return bool(window) and stack[-1:] == active == [window.id]
+
+    def panel_state(self):
+        """What the window manager makes of it, such as "ABOVE"."""
+        atoms = self._property(self._panel(), "_NET_WM_STATE")
+        return {self._display.get_atom_name(atom).removeprefix("_NET_WM_STATE_") for atom in atoms} - {"FOCUSED"}
+
+    def close_panel(self):
+        """As a button of the window's frame does."""
+        message = event.ClientMessage(window=self._panel(), client_type=self._display.intern_atom("_NET_CLOSE_WINDOW"),
+                                      data=(32, [X.CurrentTime, 2, 0, 0, 0]))
+        self._root.send_event(message, X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+        self._display.sync()
+
+    def item(self):
+        """The area of the program's window in a system tray."""
+        areas = map(self._area, self._windows())
+        with contextlib.suppress(error.XError):
+            return next((area for area in areas if max(area.width, area.height) < 64), None)
+
+    def click(self, point, button=1):
+        xtest.fake_input(self._display, X.MotionNotify, x=point[0], y=point[1])
+        xtest.fake_input(self._display, X.ButtonPress, button)
+        xtest.fake_input(self._display, X.ButtonRelease, button)
+        self._display.sync()
+
+    def open_window(self, area, is_managed=True):
+        """A window of another program; a bar or the like when the window manager is not to know of it."""
+        window = self._root.create_window(*area, 0, X.CopyFromParent, override_redirect=not is_managed)
+        window.set_wm_normal_hints(flags=Xutil.USPosition, x=area.x, y=area.y)
+        window.map()
+        self._display.sync()
+        return window
+
+    def close(self, window):
+        window.destroy()
+        self._display.sync()

@@ -1,0 +1,378 @@
+#!/usr/bin/python3
+"""The program as the desktop's shell meets it: its item, menu and popover, its one instance, its end.
+
+shell_test.py PROGRAM CASE, with CASE one of the classes below.
+"""
+
+import fcntl
+import os
+import shutil
+import signal
+import sys
+import time
+import unittest
+
+from desktop import Desktop
+
+PROGRAM = sys.argv[1]
+REFUSAL = "Kelmoth: another instance is running or instance lock is unavailable"
+
+
+def extents(element):
+    area = element.get_extents(Atspi.CoordType.SCREEN)
+    return Area(area.x, area.y, area.width, area.height)
+
+
+class SystemTray:
+    """A tray as X servers have had for long: the item is a window in it."""
+
+    def __init__(self, edge="bottom"):
+        self._process = DESKTOP.start(["trayer", "--edge", edge, "--align", "right", "--widthtype", "request",
+                                       "--heighttype", "pixel", "--height", "28", "--SetDockType", "true",
+                                       "--SetPartialStrut", "true"])
+        self._area, self._since, self._opened = None, 0, []
+        self._listener = Atspi.EventListener.new(lambda event: self._opened.append(event))
+        self._listener.register("object:state-changed:showing")
+
+    def close(self):
+        self._listener.deregister("object:state-changed:showing")
+        self._process.terminate()
+        self._process.wait()
+
+    def item(self):
+        """Its area; none while it is not there, or has only just come: trays lay themselves out several times."""
+        area = SCREEN.item()
+        if area != self._area:
+            self._area, self._since = area, time.monotonic()
+        return area if time.monotonic() - self._since > 0.2 else None
+
+    def click(self, button):
+        SCREEN.click(self._area.centre, button)
+
+    def _popup(self):
+        return next((event.source for event in self._opened
+                     if event.detail1 and event.source.get_role() == Atspi.Role.POPUP_MENU), None)
+
+    def menu(self):
+        """Opens the item's menu; gives its titles and what chooses each."""
+        self._opened.clear()
+        self.click(3)
+        popup = wait_for("the menu", self._popup)
+        entries = [popup.get_child_at_index(i) for i in range(popup.get_child_count())]
+        return [(entry.get_name(), lambda entry=entry: SCREEN.click(extents(entry).centre)) for entry in entries]
+
+
+class NotifierHost:
+    """A bar that shows what registers with it on the bus, and draws the menus of its items itself."""
+
+    WATCHER = "org.kde.StatusNotifierWatcher"
+    INTERFACES = f"""<node><interface name="{WATCHER}">
+        <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
+        <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+        <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
+        <property name="ProtocolVersion" type="i" access="read"/>
+        </interface></node>"""
+
+    def __init__(self, edge="bottom"):
+        self._names = []
+        x, y = {"left": (0, SCREEN.height - 200), "right": (SCREEN.width - 24, SCREEN.height - 200),
+                "top": (SCREEN.width - 200, 0), "bottom": (SCREEN.width - 200, SCREEN.height - 24)}[edge]
+        self._item = Area(x, y, 24, 24)
+        self._bar = SCREEN.open_window(self._item, is_managed=False)
+        self._bus = Gio.DBusConnection.new_for_address_sync(
+            os.environ["DBUS_SESSION_BUS_ADDRESS"], Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT |
+            Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        self._bus.register_object("/StatusNotifierWatcher", Gio.DBusNodeInfo.new_for_xml(self.INTERFACES).interfaces[0],
+                                  self._register, self._property, None)
+        Gio.bus_own_name_on_connection(self._bus, self.WATCHER, Gio.BusNameOwnerFlags.NONE, None, None)
+
+    def _register(self, _connection, _sender, _path, _interface, _method, arguments, invocation):
+        self._names.append(arguments[0])
+        invocation.return_value(None)
+
+    def _property(self, _connection, _sender, _path, _interface, name):
+        return {"IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+                "RegisteredStatusNotifierItems": GLib.Variant("as", self._names),
+                "ProtocolVersion": GLib.Variant("i", 0)}[name]
+
+    def close(self):
+        if not self._bus.is_closed():
+            self._bus.close_sync()
+            SCREEN.close(self._bar)
+
+    def item(self):
+        return self._item if self._names else None
+
+    def click(self, button):
+        """The press is the bar's; the item is told of the whole click."""
+        SCREEN.click(self._item.centre, button)
+        item = self._proxy("/StatusNotifierItem", "org.kde.StatusNotifierItem")
+        {1: item.Activate, 2: item.SecondaryActivate}[button]("(ii)", *self._item.centre)
+
+    def _proxy(self, path, interface):
+        return Gio.DBusProxy.new_sync(self._bus, Gio.DBusProxyFlags.NONE, None, self._names[-1], path, interface)
+
+    def menu(self):
+        item = self._proxy("/StatusNotifierItem", "org.kde.StatusNotifierItem")
+        menu = self._proxy(item.get_cached_property("Menu").unpack(), "com.canonical.dbusmenu")
+        menu.AboutToShow("(i)", 0)
+        _, (_, _, entries) = menu.GetLayout("(iias)", 0, -1, [])
+        return [(properties.get("label", ""),
+                 lambda number=number: menu.Event("(isvu)", number, "clicked", GLib.Variant("i", 0), 0))
+                for number, properties, _ in entries]
+
+
+class ShellTest(unittest.TestCase):
+    def setUp(self):
+        shutil.rmtree(os.environ["XDG_CONFIG_HOME"], ignore_errors=True)
+
+    def open(self, host):
+        self.addCleanup(host.close)
+        return host
+
+    def start(self, *arguments, **environment):
+        program = Panel([PROGRAM, *arguments], os.environ | environment)
+        self.addCleanup(program.quit)
+        return program
+
+    def open_window(self):
+        """Another program's, which takes the focus."""
+        self.addCleanup(SCREEN.close, SCREEN.open_window(OTHER))
+
+    def hidden(self):
+        wait_for("the panel to go", lambda: not SCREEN.panel())
+
+    def in_front(self):
+        wait_for("the panel in front", SCREEN.panel_is_in_front)
+
+    def ended(self, program):
+        """The program ends by itself, well, and leaves nothing that would stop the next start."""
+        self.assertEqual(program.process.wait(PATIENCE), 0, program.log())
+        self.assertFalse(self.is_locked())
+
+    def is_locked(self):
+        with open(os.path.join(os.environ["HOME"], ".local/share/com.kelmoth.app.lock"), "rb") as lock:
+            try:
+                fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            except BlockingIOError:
+                return True
+        return False
+
+
+class HostTest:
+    """What holds for every kind of tray; Host is the kind."""
+
+    def launch(self):
+        self.host = self.open(self.Host())
+        self.program = self.start("--simulate", "basilisk-v3-pro-wired")
+        wait_for("the item", self.host.item)
+
+    def toggle(self):
+        self.host.click(1)
+
+    def test_clicks(self):
+        self.launch()
+        self.assertFalse(SCREEN.panel())
+        for _ in range(2):
+            self.toggle()
+            self.in_front()
+            self.assertLessEqual({"ABOVE", "SKIP_TASKBAR", "SKIP_PAGER"}, SCREEN.panel_state())
+            self.toggle()
+            self.hidden()
+        self.host.click(2)
+        self.toggle()  # or the click before would have opened it
+        self.in_front()
+
+    def test_presses_elsewhere_close_the_popover(self):
+        self.launch()
+        self.open_window()
+        for point in (OTHER.centre, BARE):
+            for button in (1, 3):
+                self.toggle()
+                self.in_front()
+                SCREEN.click(point, button)
+                self.hidden()
+        SCREEN.click(BARE)  # leaves the desktop's menu
+        self.toggle()
+        self.in_front()
+        for name in ("Settings", "About Kelmoth", "Close"):  # a page, the footer, the sheet
+            SCREEN.click(extents(self.program.find(name)).centre)
+        self.program.gone("Close")
+        self.assertTrue(SCREEN.panel())
+        entries = self.host.menu()
+        self.assertTrue(SCREEN.panel())
+        entries[2][1]()
+        self.program.find("Close")
+        self.assertTrue(SCREEN.panel())
+
+    def test_menu(self):
+        self.launch()
+        entries = self.host.menu()
+        self.assertEqual([title for title, _ in entries], ["Open Kelmoth", "", "About Kelmoth", "", "Quit"])
+        entries[0][1]()
+        self.in_front()
+        self.program.press("Settings")
+        self.program.press("PL · Polski")
+        self.program.find("Ustawienia")
+        self.toggle()
+        self.hidden()
+        entries = self.host.menu()
+        self.assertEqual([title for title, _ in entries], ["Otwórz Kelmoth", "", "O programie Kelmoth", "", "Zakończ"])
+        entries[2][1]()
+        self.program.find("Zamknij")
+        self.in_front()
+        self.host.menu()[4][1]()
+        self.ended(self.program)
+
+    def test_the_popover_lies_beside_the_item(self):
+        self.launch()
+        for edge in ("left", "right", "top", "bottom"):
+            self.host.close()
+            self.host = self.open(self.Host(edge))
+            item = wait_for("the item in the new host", self.host.item)
+            self.toggle()
+            self.in_front()
+            panel = SCREEN.panel()
+            self.toggle()
+            self.hidden()
+            with self.subTest(edge, item=item, panel=panel):
+                self.assertEqual((panel.width, panel.height), (340, 610))
+                self.assertTrue(0 <= panel.x <= SCREEN.width - 340 and 0 <= panel.y <= SCREEN.height - 610)
+                gap = {"left": panel.x - item.x - item.width, "right": item.x - panel.x - panel.width,
+                       "top": panel.y - item.y - item.height, "bottom": item.y - panel.y - panel.height}[edge]
+                self.assertTrue(0 <= gap <= 12, gap)
+                x, y = item.centre
+                self.assertTrue(panel.y <= y < panel.y + panel.height if edge in ("left", "right")
+                                else panel.x <= x < panel.x + panel.width)
+
+    def test_a_host_may_come_later(self):
+        self.program = self.start("--show")
+        self.in_front()
+        self.host = self.open(self.Host())
+        wait_for("the item", self.host.item)
+        self.toggle()
+        self.hidden()
+        self.toggle()
+        self.in_front()
+        self.assertIn("SKIP_TASKBAR", SCREEN.panel_state())
+
+
+class InASystemTray(HostTest, ShellTest):
+    Host = SystemTray
+
+    def test_losing_the_focus_stands_in_for_presses(self):
+        self.host = self.open(self.Host())
+        self.start(WAYLAND_DISPLAY="none", QT_QPA_PLATFORM="xcb")
+        wait_for("the item", self.host.item)
+        self.toggle()
+        self.in_front()
+        self.open_window()
+        self.hidden()
+
+
+class InANotifierHost(HostTest, ShellTest):
+    Host = NotifierHost
+
+
+class WithoutAHost(ShellTest):
+    def test_the_panel_is_a_window(self):
+        program = self.start()
+        for _ in range(3):
+            self.in_front()
+            self.assertEqual(SCREEN.panel_state(), set())
+            SCREEN.close_panel()
+            self.hidden()
+            self.assertIsNone(program.process.poll())
+            self.assertEqual(self.start().process.wait(PATIENCE), 0)
+
+
+class OneInstance(ShellTest):
+    def setUp(self):
+        super().setUp()
+        self.host = self.open(SystemTray())
+
+    def first(self, *arguments, **environment):
+        program = self.start(*arguments, **environment)
+        wait_for("the item", self.host.item)
+        return program
+
+    def item_gone(self):
+        wait_for("the item to go", lambda: not SCREEN.item())
+
+    def second(self, *arguments, **environment):
+        """Another start, which is to end at once; gives what it says."""
+        program = self.start(*arguments, **environment)
+        self.assertEqual(program.process.wait(PATIENCE), 0, program.log())
+        return program.log()
+
+    def test_a_second_start_shows_the_first(self):
+        first = self.first()
+        self.assertIn(REFUSAL, self.second())
+        self.in_front()
+        self.open_window()
+        wait_for("another window's focus", lambda: not SCREEN.panel_is_in_front())
+        self.second("--show")
+        self.in_front()
+        self.assertIsNone(first.process.poll())
+
+    def test_of_many_starts_one_survives(self):
+        programs = [self.start() for _ in range(20)]
+        wait_for("all but one to end", lambda: [each.process.poll() for each in programs].count(0) == 19)
+        self.in_front()
+        survivor, = (each for each in programs if each.process.poll() is None)
+        self.assertTrue(self.is_locked())
+        survivor.quit()
+        self.ended(survivor)
+
+    def test_what_is_left_of_a_crash_is_no_hindrance(self):
+        crashed = self.first()
+        crashed.process.kill()
+        crashed.process.wait()
+        self.item_gone()
+        self.first()
+        self.assertTrue(self.is_locked())
+
+    def test_runs_unguarded_without_a_place_for_the_lock(self):
+        for place in ("/proc", "/dev/null/data"):  # cannot be written, is no directory
+            with self.subTest(place):
+                program = self.first(XDG_DATA_HOME=place)
+                self.assertIn(REFUSAL, self.second(XDG_DATA_HOME=place))  # the bus still knows
+                self.in_front()
+                self.assertEqual(program.quit(), 0)
+                self.item_gone()
+
+    def test_without_a_bus_the_lock_guards(self):
+        nothing = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
+        program = self.first(**nothing)
+        self.assertIn(REFUSAL, self.second(**nothing))
+        self.host.click(1)
+        self.in_front()
+        program.process.terminate()
+        self.ended(program)
+
+    def test_ends(self):
+        address, bus = DESKTOP.start_bus()
+        ways = {
+            "asked to": lambda _: self.second("--quit"),
+            "bus lost": lambda _: bus.terminate(),
+            **{way.name: lambda program, way=way: program.process.send_signal(way)
+               for way in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)},
+        }
+        for name, end in ways.items():
+            with self.subTest(name):
+                program = self.first(**({"DBUS_SESSION_BUS_ADDRESS": address} if name == "bus lost" else {}))
+                self.assertTrue(self.is_locked())
+                end(program)
+                self.ended(program)
+                self.item_gone()
+        self.second("--quit")  # where none runs
+
+
+if __name__ == "__main__":
+    with Desktop() as DESKTOP:
+        from gi.repository import Gio, GLib
+        from panel import PATIENCE, Atspi, Panel, wait_for
+        from screen import Area, Screen
+
+        SCREEN, OTHER, BARE = Screen(), Area(100, 300, 200, 200), (600, 100)  # the last with nothing on it
+        unittest.main(argv=[sys.argv[0], *sys.argv[2:]], verbosity=2)
