@@ -5,14 +5,18 @@
 #include "App/Screenshots.h"
 #include "App/ToolkitLooks.h"
 #include "Core/Services/ToastManager.h"
+#include "Platform/Linux/FileDescriptor.h"
 #include "Platform/Linux/RunningProcess.h"
 #include "Platform/Linux/TerminationSignals.h"
 #include "Platform/Qt/QtPlatform.h"
 
 #include <QApplication>
 
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
 
 namespace kelmoth {
 
@@ -62,11 +66,21 @@ int runScreenshots(int argc, char **argv, const Arguments &arguments)
     return failure ? fail(*failure) : 0;
 }
 
+/// The holder of the lock may be one that this session's bus does not know of.
+bool isInstanceLockHeld(const UserSession &session, std::string_view identifier)
+{
+    const auto path = session.applicationSupportDirectory() + '/' + AppDelegate::lockFileName(identifier);
+    const FileDescriptor lock(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    return lock && ::flock(lock.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
 /// Ends the copy that runs; also nothing to end is a success.
 int quitRunningInstance(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    const auto running = joinSession()->runningApplications(resourceMainBundle()->identifier());
+    const auto session = joinSession();
+    const auto identifier = resourceMainBundle()->identifier();
+    const auto running = session->runningApplications(identifier);
     for (const auto &copy : running) {
         switch (copy.isTerminated ? EndOfProcess::ended : endProcess(copy.processIdentifier, 10s)) {
         case EndOfProcess::ended:
@@ -76,6 +90,9 @@ int quitRunningInstance(int argc, char **argv)
         case EndOfProcess::stillRunning:
             return fail("the running copy does not end");
         }
+    }
+    if (running.empty() && isInstanceLockHeld(*session, identifier)) {
+        return fail("a copy runs that the session bus does not know of");
     }
     return 0;
 }
