@@ -66,8 +66,12 @@ class Screen:
 
     def close_panel(self):
         """As a button of the window's frame does."""
-        message = event.ClientMessage(window=self._panel(), client_type=self._display.intern_atom("_NET_CLOSE_WINDOW"),
-                                      data=(32, [X.CurrentTime, 2, 0, 0, 0]))
+        self._ask_manager(self._panel(), "_NET_CLOSE_WINDOW", X.CurrentTime, 2)
+
+    def _ask_manager(self, window, name, *data):
+        """As a pager does, whose source indication is 2."""
+        message = event.ClientMessage(window=window, client_type=self._display.intern_atom(name),
+                                      data=(32, [*data, 0, 0, 0]))
         self._root.send_event(message, X.SubstructureRedirectMask | X.SubstructureNotifyMask)
         self._display.sync()
 
@@ -84,11 +88,11 @@ class Screen:
         self._display.sync()
 
     def open_window(self, area, is_managed=True):
-        """A window of another program; a bar or the like when the window manager is not to know of it."""
+        """A window of another program, which takes the focus unless it is none of the window manager's business."""
         window = self._root.create_window(*area, 0, X.CopyFromParent, override_redirect=not is_managed)
         window.set_wm_normal_hints(flags=Xutil.USPosition, x=area.x, y=area.y)
         window.map()
-        self._display.sync()
+        self._ask_manager(window, "_NET_ACTIVE_WINDOW", 2, X.CurrentTime)
         return window
 
     def close(self, window):
