@@ -188,7 +188,7 @@ TEST_F(ViewTest, EscapeClosesWhatLiesOpenAndNothingElse)
     panel->selectTab(ContentModel::buttons);
     click("Back", button);
     click("About Kelmoth", button);
-    EXPECT_TRUE(find("About Kelmoth", QAccessible::Dialog));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return find("About Kelmoth", QAccessible::Dialog); }));
     EXPECT_EQ(focused(), "Close");
     EXPECT_TRUE(escape());
     EXPECT_FALSE(find("About Kelmoth", QAccessible::Dialog));
@@ -203,6 +203,7 @@ TEST_F(ViewTest, TheSheetHoldsTheFocusAndClosesByItsButton)
 {
     show({pro});
     click("About Kelmoth", button);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return find("About Kelmoth", QAccessible::Dialog); }));
     key(Qt::Key_Tab);
     EXPECT_EQ(focused(), "Close");
     EXPECT_TRUE(find("Version " KELMOTH_VERSION, caption));

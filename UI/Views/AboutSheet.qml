@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Kelmoth.Components
 
@@ -9,11 +7,20 @@ FocusScope {
 
     required property var model ///< ContentModel
     property real cornerRadius: 0 ///< of the panel
-    property real presence: model.showAbout ? 1 : 0
-    property int presentation: 0 ///< counts them
+    property real presence: model.showAbout && view.status === Loader.Ready ? 1 : 0
+
+    function present() {
+        view.source = "";
+        view.setSource(Qt.resolvedUrl("AboutView.qml"), {
+            "model": model.about
+        });
+    }
 
     focus: model.showAbout
     visible: presence > 0
+
+    Component.onCompleted: if (model.showAbout) present()
+    onVisibleChanged: if (!visible && !model.showAbout) view.source = ""
 
     Behavior on presence {
         EaseOut {
@@ -37,25 +44,32 @@ FocusScope {
 
     Connections {
         function onShowAboutChanged(): void {
-            root.presentation += root.model.showAbout ? 1 : 0;
+            if (root.model.showAbout) {
+                root.present();
+            }
         }
 
         target: root.model
     }
 
-    Repeater { // a new one for every presentation
-        model: root.model.showAbout || root.visible ? [root.presentation] : []
+    Loader { // a new view for every presentation, made between the frames
+        id: view
 
-        AboutView {
-            Accessible.name: qsTr("About Kelmoth")
-            Accessible.role: Accessible.Dialog
-            focus: true
-            model: root.model.about
-            opacity: root.presence
-            x: 20
-            y: 25 - 16 * (1 - root.presence)
+        asynchronous: true
+        focus: true
+        height: 560
+        opacity: root.presence
+        width: 300
+        x: 20
+        y: 25 - 16 * (1 - root.presence)
+    }
 
-            onDismissed: root.model.closeAbout()
+    Connections {
+        function onDismissed(): void {
+            root.model.closeAbout();
         }
+
+        ignoreUnknownSignals: true
+        target: view.item
     }
 }

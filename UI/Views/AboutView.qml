@@ -15,6 +15,9 @@ FocusScope {
 
     signal dismissed
 
+    Accessible.name: qsTr("About Kelmoth")
+    Accessible.role: Accessible.Dialog
+    focus: true
     implicitHeight: 560
     implicitWidth: 300
 
