@@ -26,9 +26,8 @@ bool knowsPointer()
 
 const QScreen &screenAt(const std::optional<QRect> &item, const std::optional<QPoint> &click)
 {
-    const auto *screen = item    ? QGuiApplication::screenAt(item->center())
-                         : click ? QGuiApplication::screenAt(*click)
-                                 : nullptr;
+    const auto place = item ? std::optional(item->center()) : click;
+    const auto *screen = place ? QGuiApplication::screenAt(*place) : nullptr;
     return screen ? *screen : *QGuiApplication::primaryScreen();
 }
 
@@ -42,9 +41,10 @@ PanelPopover::PanelPopover(ContentModel &model, PanelTranslator &translator,
 
 PanelWindow::Kind PanelPopover::kindAt(Place place) const
 {
-    return place == Place::asWindow     ? PanelWindow::Kind::window
-           : m_screen->canShowShadows() ? PanelWindow::Kind::shadowedPopover
-                                        : PanelWindow::Kind::plainPopover;
+    if (place == Place::asWindow) {
+        return PanelWindow::Kind::window;
+    }
+    return m_screen->canShowShadows() ? PanelWindow::Kind::shadowedPopover : PanelWindow::Kind::plainPopover;
 }
 
 void PanelPopover::build()

@@ -80,10 +80,10 @@ QPoint usualCorner(const QRect &screen, const QRect &available, const QSize &siz
 QPoint popoverPosition(const PopoverSurroundings &surroundings, const QSize &size)
 {
     const auto &[screen, available, item, click] = surroundings;
-    const auto place =
-        item    ? item
-        : click ? std::optional(QRect(*click - QPoint(usualItem, usualItem) / 2, QSize(usualItem, usualItem)))
-                : std::nullopt;
+    auto place = item;
+    if (!place && click) {
+        place = QRect(*click - QPoint(usualItem, usualItem) / 2, QSize(usualItem, usualItem));
+    }
     if (place) {
         const auto edge = edgeOf(screen, available, place->center());
         return within(available, besideItem(edge, *place, size), size);

@@ -30,7 +30,7 @@ void updatePictures(QQuickItem *item)
 void watchScales(QQuickItem *item)
 {
     // What a watched item lies in is watched as well: it says when it moves elsewhere.
-    for (; item && !watched().contains(item); item = item->parentItem()) {
+    for (; item != nullptr && !watched().contains(item); item = item->parentItem()) {
         watched().insert(item);
         const auto update = [item] { updatePictures(item); };
         QObject::connect(item, &QQuickItem::scaleChanged, item, update);

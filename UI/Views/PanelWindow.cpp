@@ -26,7 +26,7 @@ QRegion roundedPanel()
 {
     QPainterPath path;
     path.addRoundedRect(QRectF(QPointF(), PanelWindow::panelSize), cornerRadius, cornerRadius);
-    return QRegion(path.toFillPolygon().toPolygon());
+    return {path.toFillPolygon().toPolygon()};
 }
 
 } // namespace
