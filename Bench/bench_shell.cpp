@@ -28,7 +28,7 @@ constexpr auto patience = 20s;
 constexpr std::uint16_t panelWidth = 340;
 constexpr std::uint16_t panelHeight = 610;
 constexpr std::uint32_t itemSide = 24;
-constexpr int laterOpenings = 5;
+constexpr int laterOpenings = 3;
 
 template <class T> struct Freed : std::unique_ptr<T, decltype(&std::free)> {
     explicit Freed(T *memory) : std::unique_ptr<T, decltype(&std::free)>(memory, &std::free) {}
@@ -223,7 +223,7 @@ int main(int argc, char **argv)
     }
     screen.dock();
     std::printf("start %.1f\n", since(start));
-    std::this_thread::sleep_for(3s); // the mouse has been read
+    std::this_thread::sleep_for(2500ms); // the mouse has been read
     std::printf("memory-before %ld\n", proportionalKilobytes(process));
     std::printf("first-opening %.1f\n", timeOpening(screen));
     for (int i = 0; i < laterOpenings; ++i) {
