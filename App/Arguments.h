@@ -15,7 +15,7 @@ struct Arguments {
     bool show = false;
     /// End the copy that runs instead of starting one.
     bool quit = false;
-    /// Write every diagnostic line, not just those that matter to somebody who does not look for a fault.
+    /// Write every diagnostic line, those about the reports on the wire as well.
     bool verbose = false;
     /// List of simulated models, unchecked; the real mice when absent.
     std::optional<std::string> simulate;

@@ -10,8 +10,8 @@ TerseLog::TerseLog(std::shared_ptr<Log> sink) : m_sink(std::move(sink)) {}
 
 void TerseLog::write(std::string_view line)
 {
-    static constexpr std::array<std::string_view, 3> beginnings{"Kelmoth", "❌", "⚠️"};
-    if (std::ranges::any_of(beginnings, [line](auto beginning) { return line.starts_with(beginning); })) {
+    static constexpr std::array<std::string_view, 2> wire{"📤", "📥"};
+    if (std::ranges::none_of(wire, [line](auto beginning) { return line.starts_with(beginning); })) {
         m_sink->write(line);
     }
 }

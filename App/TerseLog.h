@@ -6,8 +6,7 @@
 
 namespace kelmoth {
 
-/// Passes on the lines that tell of trouble or of the program as a whole, and drops those about each
-/// transfer. Any thread.
+/// Passes on every line but those about the reports on the wire. Any thread.
 class TerseLog final : public Log {
 public:
     explicit TerseLog(std::shared_ptr<Log> sink);

@@ -95,11 +95,12 @@ TEST(ProgramTest, SaysOnlyWhatMatters)
 {
     const auto recorded = std::make_shared<RecordedLog>();
     TerseLog log(recorded);
-    for (const auto *line :
-         {"Kelmoth v1 started", "📤 USB Report sent: 00", "⚠️ Lost", "📥 USB Response: 02", "❌ Failed"}) {
+    for (const auto *line : {"Kelmoth v1 started", "📤 USB Report sent: 00", "⚠️ Lost", "📥 USB Response: 02",
+                             "❌ Failed", "🔵 setZone"}) {
         log.write(line);
     }
-    EXPECT_THAT(recorded->takeLines(), testing::ElementsAre("Kelmoth v1 started", "⚠️ Lost", "❌ Failed"));
+    EXPECT_THAT(recorded->takeLines(),
+                testing::ElementsAre("Kelmoth v1 started", "⚠️ Lost", "❌ Failed", "🔵 setZone"));
 }
 
 } // namespace
