@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <system_error>
 #include <unistd.h>
 #include <vector>
@@ -97,7 +98,8 @@ LoginItemStatus AutostartLoginItem::status() const
         return LoginItemStatus::notRegistered;
     }
     const auto entry = DesktopEntry::read(entryPath());
-    if (!entry || !entry->startsAProgram()) {
+    // An entry that only switches off needs no program.
+    if (!entry || (!entry->startsAProgram() && (entry->namesAProgram() || !entry->isSwitchedOff()))) {
         return LoginItemStatus::notFound;
     }
     return entry->isSwitchedOff() ? LoginItemStatus::requiresApproval : LoginItemStatus::enabled;
@@ -105,11 +107,13 @@ LoginItemStatus AutostartLoginItem::status() const
 
 std::optional<std::string> AutostartLoginItem::registerItem()
 {
-    if (!QFileInfo(m_programPath).isExecutable()) {
-        return errorText(ENOENT);
+    if (::access(QFile::encodeName(m_programPath).constData(), X_OK) != 0) {
+        return errorText(errno);
     }
-    if (!QDir().mkpath(autostartDirectory())) {
-        return errorText(ENOTDIR);
+    std::error_code failure;
+    std::filesystem::create_directories(QFile::encodeName(autostartDirectory()).toStdString(), failure);
+    if (failure) {
+        return failure.message();
     }
     // Not QSaveFile: that waits for the disk.
     QTemporaryFile file(autostartDirectory() + QStringLiteral("/.com.kelmoth.app.XXXXXX"));

@@ -140,6 +140,11 @@ std::optional<bool> DesktopEntry::truth(const char *key) const
     return value;
 }
 
+bool DesktopEntry::namesAProgram() const
+{
+    return text("Exec") || text("TryExec");
+}
+
 bool DesktopEntry::startsAProgram() const
 {
     const auto exec = text("Exec");

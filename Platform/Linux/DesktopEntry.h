@@ -21,6 +21,9 @@ public:
     /// The text of an entry that starts a program at login.
     static QByteArray autostarting(const QString &programPath);
 
+    /// Whether it says anything of a program to start.
+    bool namesAProgram() const;
+
     /// Whether there is a program to start, and it is there.
     bool startsAProgram() const;
 

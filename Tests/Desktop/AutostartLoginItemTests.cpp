@@ -94,6 +94,7 @@ TEST_F(AutostartLoginItemTest, StatusIsWhatTheEntrySays)
         {sound + "X-GNOME-Autostart-enabled=false\n", LoginItemStatus::requiresApproval},
         {sound + "X-MATE-Autostart-enabled=false\n", LoginItemStatus::requiresApproval},
         {sound + "TryExec=/bin/nothing\nHidden=true\n", LoginItemStatus::notFound},
+        {"[Desktop Entry]\nHidden=true\n", LoginItemStatus::requiresApproval},
         {"[Desktop Entry]\nType=Application\n", LoginItemStatus::notFound},
         {"[Desktop Entry]\nType=Link\nExec=/bin/sh\n", LoginItemStatus::notFound},
         {"[Desktop Entry]\nType=Application\nExec=\"/bin/sh\n", LoginItemStatus::notFound},
