@@ -14,7 +14,6 @@ namespace kelmoth {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 struct FakeSession : UserSession {
     std::vector<RunningApplication> running;
@@ -42,7 +41,6 @@ struct FakeSession : UserSession {
 struct Screen {
     std::optional<bool> hosted = true;
     std::function<void()> click, hostChanged;
-    std::vector<MenuEntry> menu;
     std::string toolTip;
     double alpha = 1.0;
     bool isShown = false;
@@ -55,7 +53,7 @@ class FakeStatusItem : public StatusItem {
 public:
     explicit FakeStatusItem(Screen &screen) : m_screen(screen) {}
     void setClickHandler(std::function<void()> handler) override { m_screen.click = std::move(handler); }
-    void setMenu(std::vector<MenuEntry> entries) override { m_screen.menu = std::move(entries); }
+    void setMenu(std::vector<MenuEntry>) override {}
     void setToolTip(const std::string &text) override { m_screen.toolTip = text; }
     void setAlphaValue(double alpha) override { m_screen.alpha = alpha; }
     std::optional<bool> isHosted() const override { return m_screen.hosted; }
@@ -150,15 +148,6 @@ protected:
         return isHeld;
     }
 
-    std::vector<std::string> titles() const
-    {
-        std::vector<std::string> all;
-        for (const auto &entry : screen.menu) {
-            all.push_back(entry.action ? entry.title + entry.keyEquivalent : "-");
-        }
-        return all;
-    }
-
     QTemporaryDir home;
     Screen screen;
     std::shared_ptr<FakeSession> session = std::make_shared<FakeSession>();
@@ -219,17 +208,6 @@ TEST_F(AppDelegateTest, HandsOverToTheCopyThatRuns)
     }
 }
 
-TEST_F(AppDelegateTest, RunsUnguardedWithoutAPlaceForTheLock)
-{
-    for (const auto &directory : {std::string(), home.path().toStdString() + "/missing"}) {
-        session->directory = directory;
-        launch();
-        EXPECT_TRUE(screen.click) << directory;
-        delegate->applicationWillTerminate();
-        screen = {};
-    }
-}
-
 TEST_F(AppDelegateTest, ClicksToggleThePopover)
 {
     launch();
@@ -281,40 +259,6 @@ TEST_F(AppDelegateTest, EachOpeningAsksTheMouseOnce)
         }
     }
     EXPECT_THAT(commands, testing::UnorderedElementsAre(0x0486, 0x0780, 0x0784));
-}
-
-TEST_F(AppDelegateTest, TheMenuSpeaksTheUsersLanguage)
-{
-    launch();
-    EXPECT_THAT(titles(), ElementsAre("Open Kelmoth", "-", "About Kelmoth", "-", "Quitq"));
-    preferences.chooseLanguage(1);
-    EXPECT_THAT(titles(), ElementsAre("Otwórz Kelmoth", "-", "O programie Kelmoth", "-", "Zakończq"));
-
-    screen.menu.at(0).action();
-    screen.menu.at(0).action();
-    EXPECT_THAT(screen.takeCalls(),
-                ElementsAre("animated", "at item", "front", "animated", "at item", "front"));
-    screen.click();
-    QSignalSpy about(delegate.get(), &AppDelegate::kelmothShowAbout);
-    screen.menu.at(2).action();
-    EXPECT_TRUE(screen.isShown);
-    EXPECT_THAT(about, IsEmpty()); // once the panel is there
-    EXPECT_TRUE(about.wait());
-    screen.menu.at(4).action();
-    EXPECT_EQ(ends, 1);
-}
-
-TEST_F(AppDelegateTest, ASecondStartBringsThePanelToTheFront)
-{
-    launch();
-    for (int start = 0; start < 2; ++start) {
-        (void)screen.takeCalls();
-        session->handler();
-        QCoreApplication::processEvents();
-        EXPECT_TRUE(screen.isShown);
-        EXPECT_EQ(screen.takeCalls().back(), "front");
-    }
-    EXPECT_THAT(takeLines(), testing::Contains("Kelmoth: reopen request received").Times(2));
 }
 
 TEST_F(AppDelegateTest, IsAWindowWhereNothingShowsTheItem)
