@@ -79,7 +79,7 @@ TEST_F(ViewTest, AStripTakesItsWholeWidthAndNoMore)
     panel->selectTab(ContentModel::rgb);
     drag("Hue", slider, 0.5, 1.04);
     finishAll();
-    const auto &light = mouse().state().lights.at(RGBZone::scrollWheel);
+    const auto light = mouse().state().lights.at(RGBZone::scrollWheel);
     EXPECT_THAT((std::vector<int>{light.parameters[3], light.parameters[4], light.parameters[5]}),
                 ElementsAre(229, 22, 22));
     for (const auto &[end, brightness] : {std::pair(-0.04, 0), std::pair(0.05, 12)}) {
