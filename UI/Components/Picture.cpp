@@ -9,7 +9,8 @@ namespace kelmoth {
 
 Picture cachedPicture(const QByteArray &key, const std::function<Picture()> &paint)
 {
-    constexpr int capacity = 12 << 20; // bytes; the panel with all its pages needs less at scale factor 2
+    // Bytes. Items hold on to what they show; colours that fade leave pictures behind that nobody needs again.
+    constexpr int capacity = 3 << 20;
     static QCache<QByteArray, Picture> cache(capacity);
     if (const Picture *known = cache.object(key)) {
         return *known;
