@@ -122,6 +122,7 @@ Item {
         id: drawer
 
         clip: true
+        enabled: root.expanded // what is closing is not picked from any more
         height: root.expanded ? picker.height : 0
         width: parent.width
         y: header.height
