@@ -9,7 +9,7 @@ namespace kelmoth {
 
 Picture cachedPicture(const QByteArray &key, const std::function<Picture()> &paint)
 {
-    // Bytes. Items hold on to what they show; colours that fade leave pictures behind that nobody needs again.
+    // Bytes. Items hold on to what they show; fading colours leave pictures behind that nobody needs again.
     constexpr int capacity = 3 << 20;
     static QCache<QByteArray, Picture> cache(capacity);
     if (const Picture *known = cache.object(key)) {
