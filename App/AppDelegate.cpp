@@ -123,7 +123,9 @@ void AppDelegate::reopenRunningInstance()
     QMetaObject::invokeMethod(
         this,
         [this] {
-            openApp();
+            if (!m_popover->isShown()) {
+                openApp();
+            }
             m_popover->makeKeyAndOrderFront();
         },
         Qt::QueuedConnection);
@@ -207,7 +209,7 @@ void AppDelegate::showPopover(Popover::Place place)
     dimStatusItem();
     m_popover->show(place, m_statusItem->frame());
     m_popover->makeKeyAndOrderFront();
-    m_parts.platform.eventMonitor->setNeeded(place != Popover::Place::asWindow);
+    m_parts.platform.eventMonitor->setNeeded(!m_popover->isWindow());
 }
 
 /// What the item answers a click with.

@@ -39,9 +39,9 @@ PanelPopover::PanelPopover(ContentModel &model, PanelTranslator &translator,
 {
 }
 
-PanelWindow::Kind PanelPopover::kindAt(Place place) const
+PanelWindow::Kind PanelPopover::kind() const
 {
-    if (place == Place::asWindow) {
+    if (m_isWindow) {
         return PanelWindow::Kind::window;
     }
     return m_screen->canShowShadows() ? PanelWindow::Kind::shadowedPopover : PanelWindow::Kind::plainPopover;
@@ -69,12 +69,13 @@ void PanelPopover::show(Place place, const std::optional<ScreenRect> &item)
     if (!m_window) {
         build();
     }
-    m_window->become(kindAt(place));
-    if (place != Place::asWindow) {
+    m_isWindow = place == Place::asWindow || !m_screen->canPlaceWindows();
+    m_window->become(kind());
+    if (!m_isWindow) {
         m_screen->keepOutOfLists(*m_window);
         put(place, item);
     }
-    m_window->appear(m_animates && place != Place::asWindow);
+    m_window->appear(m_animates && !m_isWindow);
 }
 
 void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)

@@ -21,6 +21,7 @@ public:
                  std::shared_ptr<const PopoverScreen> screen);
 
     bool isShown() const override { return m_window && m_window->isVisible(); }
+    bool isWindow() const override { return m_isWindow; }
     void setAnimates(bool animates) override { m_animates = animates; }
     void show(Place place, const std::optional<ScreenRect> &item) override;
     void performClose() override;
@@ -28,13 +29,14 @@ public:
 
 private:
     void build();
-    PanelWindow::Kind kindAt(Place place) const;
+    PanelWindow::Kind kind() const;
     void put(Place place, const std::optional<ScreenRect> &item);
 
     ContentModel &m_model;
     PanelTranslator &m_translator;
     const std::shared_ptr<const PopoverScreen> m_screen;
     bool m_animates = true;
+    bool m_isWindow = false;
     std::unique_ptr<PanelWindow> m_window; ///< none before it is first shown
 };
 

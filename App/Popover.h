@@ -18,10 +18,13 @@ public:
     enum class Place {
         atItem,    ///< beside the status item, wherever that is
         atPointer, ///< beside the status item, which the pointer is on
-        asWindow,  ///< there is no status item
+        asWindow,  ///< on its own
     };
 
     virtual bool isShown() const = 0;
+
+    /// Whether it was last shown as a window like any other: it then stays until it is closed.
+    virtual bool isWindow() const = 0;
 
     /// Whether it comes and goes gradually.
     virtual void setAnimates(bool animates) = 0;

@@ -9,10 +9,14 @@ namespace kelmoth {
 
 PopoverScreen::PopoverScreen(std::shared_ptr<XConnection> connection) : m_connection(std::move(connection)) {}
 
+bool PopoverScreen::canPlaceWindows() const
+{
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
 bool PopoverScreen::canShowShadows() const
 {
-    return m_connection ? m_connection->isComposited()
-                        : QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    return m_connection && m_connection->isComposited();
 }
 
 /// Window managers take the state of a window away when it is hidden; the toolkit adds its own to what it

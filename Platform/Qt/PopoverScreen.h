@@ -14,6 +14,9 @@ public:
     /// `connection` may be absent.
     explicit PopoverScreen(std::shared_ptr<XConnection> connection);
 
+    /// Whether a program has a say in where its windows lie.
+    bool canPlaceWindows() const;
+
     /// Whether windows may shine through on screen now.
     bool canShowShadows() const;
 

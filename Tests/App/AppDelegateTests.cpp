@@ -44,6 +44,7 @@ struct Screen {
     std::string toolTip;
     double alpha = 1.0;
     bool isShown = false;
+    Popover::Place place = {};
     std::vector<std::string> popoverCalls;
 
     std::vector<std::string> takeCalls() { return std::exchange(popoverCalls, {}); }
@@ -77,6 +78,7 @@ class FakePopover : public Popover {
 public:
     explicit FakePopover(Screen &screen) : m_screen(screen) {}
     bool isShown() const override { return m_screen.isShown; }
+    bool isWindow() const override { return m_screen.place == Place::asWindow; }
     void setAnimates(bool animates) override
     {
         m_screen.popoverCalls.emplace_back(animates ? "animated" : "still");
@@ -86,6 +88,7 @@ public:
         static constexpr std::array names{"at item", "at pointer", "as window"};
         m_screen.popoverCalls.emplace_back(names.at(static_cast<std::size_t>(place)));
         if (!std::exchange(m_screen.isShown, true)) {
+            m_screen.place = place;
             Q_EMIT willShow();
         }
     }
@@ -270,8 +273,11 @@ TEST_F(AppDelegateTest, IsAWindowWhereNothingShowsTheItem)
     screen.hosted = false;
     screen.hostChanged();
     EXPECT_THAT(screen.takeCalls(), ElementsAre("animated", "as window", "front"));
-    EXPECT_FALSE(presses->isNeeded);
+    screen.hosted = true;
+    delegate->openApp();
+    EXPECT_FALSE(presses->isNeeded); // it is still a window
 
+    screen.hosted = false;
     // By itself too, when the desktop has had its time.
     screen.isShown = false;
     EXPECT_TRUE(QTest::qWaitFor([this] { return screen.isShown; }));
