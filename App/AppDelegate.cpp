@@ -3,6 +3,7 @@
 #include "Core/Services/Application.h"
 #include "Core/Services/L10n.h"
 
+#include <cerrno>
 #include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -110,8 +111,9 @@ bool AppDelegate::lockInstance(const std::string &path)
         return true;
     }
     if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        const bool isHeld = errno == EWOULDBLOCK; // else the file system knows no locks
         ::close(fd);
-        return false;
+        return !isHeld;
     }
     m_instanceLockFD = fd;
     return true;
