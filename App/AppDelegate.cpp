@@ -20,6 +20,7 @@ using namespace std::chrono_literals;
 constexpr auto hostPatience = 2s;
 
 constexpr auto feedback = 150ms;
+constexpr double dimmed = 0.5;
 
 std::string title(std::string_view key)
 {
@@ -157,6 +158,9 @@ void AppDelegate::setupMenuBar()
     m_statusItem->setClickHandler([this] { handleClick(); });
     m_statusItem->setHostHandler([this] { hostDidChange(); });
     m_statusItem->setMenu(m_contextMenu);
+    // The bar takes part in the desktop's scheme.
+    connect(&m_parts.appearance, &Appearance::changed, this,
+            [this] { m_statusItem->setAlphaValue(m_untilStatusItemIsBright.isActive() ? dimmed : 1.0); });
     connect(&m_parts.deviceManager, &DeviceManager::connectedDeviceChanged, this,
             &AppDelegate::updateToolTip);
     updateToolTip();
@@ -221,7 +225,7 @@ void AppDelegate::dimStatusItem()
         m_statusItem->setAlphaValue(1.0);
         return;
     }
-    m_statusItem->setAlphaValue(0.5);
+    m_statusItem->setAlphaValue(dimmed);
     m_untilStatusItemIsBright.start();
 }
 

@@ -40,7 +40,7 @@ public:
     /// The text shown while the pointer rests on the item.
     virtual void setToolTip(const std::string &text) = 0;
 
-    /// How opaque the picture is, 0 to 1.
+    /// How opaque the picture is, 0 to 1. Draws it anew, for the scheme that the desktop has now.
     virtual void setAlphaValue(double alpha) = 0;
 
     /// Whether a host shows the item now; none while that is not known.

@@ -83,7 +83,8 @@ void TrayStatusItem::setToolTip(const std::string &text)
 
 void TrayStatusItem::setAlphaValue(double alpha)
 {
-    if (std::exchange(m_alpha, alpha) != alpha && m_icon) {
+    m_alpha = alpha;
+    if (m_icon) {
         m_icon->setIcon(m_picture(alpha));
     }
 }

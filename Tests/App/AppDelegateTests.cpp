@@ -238,8 +238,10 @@ TEST_F(AppDelegateTest, ClicksToggleThePopover)
     screen.click();
     EXPECT_TRUE(screen.isShown);
 
+    screen.alpha = 0;
     desktop->isMotionReduced = true;
     desktop->handler();
+    EXPECT_NE(screen.alpha, 0); // drawn anew for what the desktop has become
     screen.click();
     (void)screen.takeCalls();
     screen.alpha = 0;
