@@ -1,11 +1,34 @@
 #include "Platform/Qt/TrayStatusBar.h"
 
 #include <QAction>
+#include <QKeyEvent>
 #include <QKeySequence>
 
 #include <utility>
 
 namespace kelmoth {
+
+namespace {
+
+/// A menu that answers to its key equivalents while it is open: the toolkit's own does so only as part of a
+/// window.
+class ItemMenu : public QMenu {
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        const auto entries = actions();
+        for (auto *entry : entries) {
+            if (entry->shortcut() == QKeySequence(event->keyCombination())) {
+                close();
+                entry->trigger();
+                return;
+            }
+        }
+        QMenu::keyPressEvent(event);
+    }
+};
+
+} // namespace
 
 TrayStatusItem::TrayStatusItem(std::shared_ptr<XConnection> connection, StatusPicture picture)
     : m_picture(std::move(picture)), m_hosts(std::move(connection))
@@ -48,7 +71,7 @@ void TrayStatusItem::click(QSystemTrayIcon::ActivationReason reason)
 
 void TrayStatusItem::setMenu(std::vector<MenuEntry> entries)
 {
-    auto menu = std::make_unique<QMenu>();
+    std::unique_ptr<QMenu> menu = std::make_unique<ItemMenu>();
     for (auto &entry : entries) {
         if (!entry.action) {
             menu->addSeparator();

@@ -3,7 +3,7 @@
 import contextlib
 from typing import NamedTuple
 
-from Xlib import X, Xutil, display, error
+from Xlib import X, XK, Xutil, display, error
 from Xlib.ext import xtest
 from Xlib.protocol import event
 
@@ -85,6 +85,13 @@ class Screen:
         xtest.fake_input(self._display, X.MotionNotify, x=point[0], y=point[1])
         xtest.fake_input(self._display, X.ButtonPress, button)
         xtest.fake_input(self._display, X.ButtonRelease, button)
+        self._display.sync()
+
+    def press_command(self, letter):
+        """With the modifier for commands."""
+        codes = [self._display.keysym_to_keycode(XK.string_to_keysym(name)) for name in ("Control_L", letter)]
+        for kind, code in [*((X.KeyPress, code) for code in codes), *((X.KeyRelease, code) for code in codes)]:
+            xtest.fake_input(self._display, kind, code)
         self._display.sync()
 
     def open_window(self, area, is_managed=True):

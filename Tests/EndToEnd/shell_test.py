@@ -266,6 +266,12 @@ class InASystemTray(HostTest, ShellTest):
         self.open_window()
         self.hidden()
 
+    def test_the_menu_answers_to_its_keys(self):
+        self.launch()
+        self.host.menu()
+        SCREEN.press_command("q")
+        self.ended(self.program)
+
 
 class InANotifierHost(HostTest, ShellTest):
     Host = NotifierHost
