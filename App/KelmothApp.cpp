@@ -54,6 +54,13 @@ void preferX()
     }
 }
 
+/// Without one the toolkit would not end the process but crash it.
+bool namesDisplay()
+{
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
 /// Draws pictures of the panel, with nothing of this machine in them.
 int runScreenshots(int argc, char **argv, const Arguments &arguments)
 {
@@ -99,6 +106,9 @@ int quitRunningInstance(int argc, char **argv)
 
 int runApplication(int argc, char **argv, const Arguments &arguments)
 {
+    if (!namesDisplay()) {
+        return fail("there is no display; kelmothctl needs none");
+    }
     preferX();
     int status = failed;
     {
