@@ -11,6 +11,7 @@
 #include "Platform/Qt/QtPlatform.h"
 
 #include <QApplication>
+#include <QSessionManager>
 
 #include <cerrno>
 #include <chrono>
@@ -185,6 +186,11 @@ int KelmothApp::run(bool opensPanel)
         log("Kelmoth: the session has ended");
         QCoreApplication::quit();
     });
+    // A session that is restored would start a second copy beside the one that is launched at login.
+    QObject::connect(
+        qApp, &QGuiApplication::saveStateRequest, qApp,
+        [](QSessionManager &manager) { manager.setRestartHint(QSessionManager::RestartNever); },
+        Qt::DirectConnection);
     QCoreApplication::installTranslator(&m_translator);
     QObject::connect(&Appearance::shared(), &Appearance::changed, &m_appDelegate,
                      [] { applyToToolkit(Appearance::shared().mode()); });
