@@ -16,6 +16,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/file.h>
 
@@ -124,7 +125,6 @@ int runApplication(int argc, char **argv, const Arguments &arguments)
         }
         Platform::setCurrent(composition->platform);
         status = KelmothApp(*composition).run(arguments.show);
-        composition->platform.userDefaults->flush();
     }
     // What is left of it would outlive the libraries that it is made of.
     Platform::setCurrent({});
@@ -178,8 +178,12 @@ std::unique_ptr<Popover> KelmothApp::makePopover()
     return std::make_unique<PanelPopover>(*m_model, m_translator, m_composition.screen);
 }
 
+KelmothApp *KelmothApp::running = nullptr;
+
 int KelmothApp::run(bool opensPanel)
 {
+    running = this;
+    std::atexit(finishWithoutDisplay);
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
     m_composition.platform.session->setEndHandler([] {
@@ -199,9 +203,26 @@ int KelmothApp::run(bool opensPanel)
         m_appDelegate.openApp();
     }
     const int status = QCoreApplication::exec();
+    finish();
+    return status;
+}
+
+void KelmothApp::finish()
+{
     m_appDelegate.applicationWillTerminate();
     m_composition.platform.session->setEndHandler(nullptr);
-    return status;
+    m_composition.platform.userDefaults->flush();
+    running = nullptr;
+}
+
+/// Without its display the toolkit calls for the process's end from wherever it notices.
+void KelmothApp::finishWithoutDisplay()
+{
+    if (running != nullptr) {
+        log("Kelmoth: the display has gone");
+        running->finish();
+        std::_Exit(EXIT_SUCCESS); // what else there is stands on the toolkit
+    }
 }
 
 } // namespace kelmoth

@@ -21,12 +21,17 @@ public:
     /// The composition's platform is installed.
     explicit KelmothApp(const Composition &composition);
 
-    /// Runs until the user, the session or a signal ends it. `opensPanel` shows the panel at once.
+    /// Runs until the user, the session or a signal ends it. `opensPanel` shows the panel at once. Does not
+    /// return when the display goes: the process then ends as well as it otherwise would.
     int run(bool opensPanel);
 
 private:
     std::unique_ptr<Popover> makePopover();
     AppDelegate::Parts parts();
+    void finish();
+    static void finishWithoutDisplay();
+
+    static KelmothApp *running; ///< none outside `run`
 
     const Composition &m_composition;
     PanelTranslator m_translator;

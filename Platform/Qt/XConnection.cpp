@@ -76,9 +76,8 @@ void XConnection::dispatch(NextEvent nextEvent)
     while (const XReply<xcb_generic_event_t> next{nextEvent(m_connection)}) {
         Q_EMIT event(*next);
     }
-    if (xcb_connection_has_error(m_connection) != 0 && m_notifier.isEnabled()) {
-        m_notifier.setEnabled(false);
-        Q_EMIT lost();
+    if (xcb_connection_has_error(m_connection) != 0) {
+        m_notifier.setEnabled(false); // the server is gone, which the toolkit does not survive
     }
 }
 

@@ -42,8 +42,6 @@ public:
 
 Q_SIGNALS:
     void event(const xcb_generic_event_t &event);
-    /// The server is gone.
-    void lost();
 
 private:
     using NextEvent = xcb_generic_event_t *(*)(xcb_connection_t *);

@@ -25,8 +25,7 @@ class Desktop:
                           XDG_CONFIG_HOME=os.path.join(self.home, "config"),
                           QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         try:
-            os.environ["DISPLAY"] = ":" + self._announced(
-                ["Xvfb", "-displayfd", "{fd}", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"])[0]
+            os.environ["DISPLAY"] = self.start_display()[0]
             os.environ["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus()[0]
             self.start(["openbox", "--sm-disable"])
             # The first question on a fresh bus starts the accessibility bus; a program's would be answered too late.
@@ -52,6 +51,12 @@ class Desktop:
         child = subprocess.Popen(command, stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options)
         self._children.append(child)
         return child
+
+    def start_display(self):
+        """The name and the process of another X server."""
+        number, server = self._announced(
+            ["Xvfb", "-displayfd", "{fd}", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"])
+        return ":" + number, server
 
     def start_bus(self):
         """The address and the process of another session bus."""

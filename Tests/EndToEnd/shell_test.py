@@ -362,6 +362,11 @@ class OneInstance(ShellTest):
             **{way.name: lambda program, way=way: program.process.send_signal(way)
                for way in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)},
         }
+        display, server = DESKTOP.start_display()
+        elsewhere = self.start("--show", DISPLAY=display)
+        wait_for("the start", lambda: "started" in elsewhere.log())
+        server.kill()
+        self.ended(elsewhere)
         for name, end in ways.items():
             with self.subTest(name):
                 program = self.first(**({"DBUS_SESSION_BUS_ADDRESS": address} if name == "bus lost" else {}))
