@@ -79,21 +79,6 @@ TEST(SurfacePicture, AShadowDoesNotShineThroughItsSurface)
     EXPECT_GT(alphaAt(picture, 100, 122, 1), 0.2);
 }
 
-TEST(SurfacePicture, BordersLieInsideAndGradientsRunTheirWay)
-{
-    SurfaceLook look = card();
-    look.fill = {{0.0, Qt::red}, {1.0, Qt::blue}};
-    look.direction = SurfaceLook::LeadingToTrailing;
-    look.borderColor = Qt::green;
-    look.borderWidth = 2;
-    const Picture picture = paintSurface(look, 1);
-    EXPECT_EQ(picture.image.size(), QSize(200, 120));
-    EXPECT_EQ(picture.image.pixelColor(0, 60), QColor(Qt::green));
-    EXPECT_EQ(picture.image.pixelColor(1, 60), QColor(Qt::green));
-    EXPECT_GT(picture.image.pixelColor(3, 60).red(), 245);
-    EXPECT_GT(picture.image.pixelColor(196, 60).blue(), 245);
-}
-
 TEST(SurfacePicture, CornersAreContinuousButNoLargerThanTheyMayBe)
 {
     SurfaceLook look = card();

@@ -3,7 +3,6 @@
 #include "UI/Components/SymbolLook.h"
 #include "UI/Components/SymbolTable.h"
 
-#include <QTemporaryFile>
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -88,34 +87,6 @@ TEST(Symbols, EveryIconIsThereAndLikeNoOther)
         EXPECT_TRUE(isNew) << symbol.name << " looks like " << known->second;
     }
     EXPECT_EQ(ink(paint("no.such.symbol")), 0);
-}
-
-TEST(Symbols, GlowIsColoredAndReachesBeyondTheIcon)
-{
-    SymbolLook look;
-    look.size = {20, 20};
-    look.side = 20;
-    look.name = QStringLiteral("circle.fill");
-    look.fill = {{0.0, Qt::white}};
-    look.shadows = {{{QColor(255, 0, 0, 204), 8}, {Qt::transparent, 0}}};
-    Picture picture = paintSymbol(look, 2);
-    const auto at = [&](int x, int y) { return picture.image.pixelColor(picture.origin + QPoint(x, y)); };
-    EXPECT_GT(at(-4, 20).alpha(), 30);
-    EXPECT_GT(at(-4, 20).red(), 250);
-    EXPECT_EQ(at(-4, 20).blue(), 0);
-    EXPECT_EQ(at(20, 20), QColor(Qt::white));
-
-    QTemporaryFile file; // a picture keeps its colours and loses its corners
-    ASSERT_TRUE(file.open());
-    file.write(
-        "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 1 1'><path d='M0 0h1v1z' fill='blue'/></svg>");
-    file.close();
-    look.file = file.fileName();
-    look.radius = 6;
-    picture = paintSymbol(look, 2);
-    EXPECT_EQ(at(38, 20), QColor(Qt::blue));
-    EXPECT_EQ(at(39, 0).blue(), 0);
-    EXPECT_GT(at(44, 20).red(), 250);
 }
 
 } // namespace
