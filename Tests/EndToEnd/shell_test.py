@@ -377,6 +377,29 @@ class OneInstance(ShellTest):
         self.second("--quit")  # where none runs
 
 
+class ALongSession(ShellTest):
+    """Of a program whose mouse each SIGUSR1 pulls out or puts back. Built with sanitizers, it ends badly when it
+    leaks or misuses anything."""
+
+    def test_leaves_nothing_behind(self):
+        tray = self.open(SystemTray())
+        program = self.start()
+        wait_for("the item", tray.item)
+        for turn in range(100):
+            program.process.send_signal(signal.SIGUSR1)
+            wait_for("the mouse to go", lambda: program.log().count("device disconnected") > turn)
+            tray.click(1)
+            (self.hidden if turn % 2 else self.in_front)()
+            program.process.send_signal(signal.SIGUSR1)
+            if turn % 10 == 0:
+                program.press("Settings" if turn % 20 == 0 else "Ustawienia")
+                program.press("PL · Polski" if turn % 20 == 0 else "EN · English")
+            wait_for("the mouse", lambda: program.log().count("device connected") > turn + 1)
+        tray.click(1)
+        program.find("Razer Basilisk V3 Pro (Wired)")
+        self.assertEqual(program.quit(), 0, program.log())
+
+
 if __name__ == "__main__":
     with Desktop() as DESKTOP:
         from gi.repository import Gio, GLib
