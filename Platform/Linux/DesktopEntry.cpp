@@ -4,7 +4,9 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <glib.h>
+#include <vector>
 
 namespace kelmoth {
 
@@ -27,6 +29,13 @@ std::string quoted(const std::string &argument)
         }
     }
     return text + '"';
+}
+
+/// The Exec line that starts a program. Some launchers look for its first word before they make "%%" one
+/// sign.
+std::string command(const std::string &program)
+{
+    return (program.find('%') == std::string::npos ? "" : "env ") + quoted(program);
 }
 
 /// A text as the file holds it. (GLib leaves tabs in a text's middle as they are; the rules do not.)
@@ -54,7 +63,8 @@ std::string escaped(const std::string &text)
     return result;
 }
 
-/// The program of an Exec line: its first argument, unquoted; none when the line makes no sense.
+/// The program of an Exec line, unquoted: its first word, or the one that "env" starts. None when the line
+/// makes no sense.
 std::optional<QString> programOf(const std::string &exec)
 {
     int count = 0;
@@ -62,8 +72,17 @@ std::optional<QString> programOf(const std::string &exec)
     if (g_shell_parse_argv(exec.c_str(), &count, &words, nullptr) == FALSE) {
         return std::nullopt;
     }
-    auto program = QFile::decodeName(words[0]);
+    const std::vector<std::string> arguments(words, words + count);
     g_strfreev(words);
+    auto word = arguments.begin();
+    if (*word == "env") {
+        const auto isVariable = [](const auto &each) { return each.find('=') != std::string::npos; };
+        word = std::find_if_not(word + 1, arguments.end(), isVariable);
+    }
+    if (word == arguments.end()) {
+        return std::nullopt;
+    }
+    auto program = QFile::decodeName(word->c_str());
     return program.replace(QStringLiteral("%%"), QStringLiteral("%"));
 }
 
@@ -107,7 +126,7 @@ QByteArray DesktopEntry::autostarting(const QString &programPath)
     set("Comment", "Configures mice of the Razer Basilisk V3 family");
     set("Comment[pl]", "Konfiguruje myszy z rodziny Razer Basilisk V3");
     set("Icon", "com.kelmoth.app");
-    set("Exec", quoted(QFile::encodeName(programPath).toStdString()));
+    set("Exec", command(QFile::encodeName(programPath).toStdString()));
     set("Terminal", "false");
     set("StartupNotify", "false");
     set("X-GNOME-Autostart-enabled", "true"); // some desktops switch off no entry without it

@@ -1,4 +1,6 @@
+#include "Core/Services/LoginItem.h"
 #include "Platform/Linux/AutostartLoginItem.h"
+#include "Platform/Simulated/MemoryDefaults.h"
 
 #include <QDir>
 #include <QFile>
@@ -66,11 +68,17 @@ TEST_F(AutostartLoginItemTest, AnyPathSurvivesTheEntry)
     for (const auto &name :
          {"plain", "with space/kelmoth", "a\"b", "c'd", "100%/%U", "back\\slash\\\\", "$HOME `id`",
           "zażółć gęślą", "tab\there", "line\nbreak", "return\r", "a=b", "#;&|<>()*?~!", " "}) {
-        const auto path = program(QStringLiteral("apps/") + QString::fromUtf8(name));
+        const auto path = program(QStringLiteral("apps/") + QString::fromUtf8(name),
+                                  "#!/bin/sh\nprintf %s \"$0\" > $HOME/new\nmv $HOME/new $HOME/started\n");
         AutostartLoginItem item(path);
         ASSERT_EQ(item.registerItem(), std::nullopt) << name;
         EXPECT_EQ(item.status(), LoginItemStatus::enabled) << name;
         EXPECT_EQ(complaints(), "") << name;
+        EXPECT_EQ(QProcess::execute(QStringLiteral("gio"), {QStringLiteral("launch"), entryPath()}), 0);
+        QFile started(home.filePath(QStringLiteral("started")));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return started.open(QIODevice::ReadOnly); })) << name;
+        EXPECT_EQ(QString::fromUtf8(started.readAll()), path);
+        started.remove();
 
         // The entry holds on to that very program: without it there is none to start.
         QFile::remove(path);
@@ -91,6 +99,8 @@ TEST_F(AutostartLoginItemTest, StatusIsWhatTheEntrySays)
         {sound, LoginItemStatus::enabled},
         {"# by hand\n\n" + sound + "Hidden = false\n[Other]\nHidden=true\n", LoginItemStatus::enabled},
         {sound + "Hidden=true\n", LoginItemStatus::requiresApproval},
+        {"[Desktop Entry]\nType=Application\nExec=env A=b sh\n", LoginItemStatus::enabled},
+        {"[Desktop Entry]\nType=Application\nExec=env A=b\n", LoginItemStatus::notFound},
         {sound + "X-GNOME-Autostart-enabled=false\n", LoginItemStatus::requiresApproval},
         {sound + "X-MATE-Autostart-enabled=false\n", LoginItemStatus::requiresApproval},
         {sound + "TryExec=/bin/nothing\nHidden=true\n", LoginItemStatus::notFound},
@@ -119,6 +129,44 @@ TEST_F(AutostartLoginItemTest, StatusIsWhatTheEntrySays)
     EXPECT_EQ(item.status(), LoginItemStatus::notFound);
     EXPECT_EQ(item.unregisterItem(), std::nullopt);
     EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
+}
+
+TEST_F(AutostartLoginItemTest, TheEntryFollowsTheProgramOnlyWhereItHasTo)
+{
+    const auto installed = program(QStringLiteral(".local/opt/a b/kelmoth"));
+    const auto link = home.filePath(QStringLiteral("link"));
+    QFile::link(installed, link);
+    const auto defaults = std::make_shared<MemoryDefaults>();
+    const auto at = [&](const QString &path) {
+        return LoginItem(std::make_shared<AutostartLoginItem>(path), defaults);
+    };
+    const auto stored = [&] { return defaults->dataForKey(LoginItem::registeredPathKey); };
+    // Whether the entry was left as it is since the last question.
+    const auto isKept = [&] {
+        QFile entry(entryPath());
+        const bool isMarked = entry.open(QIODevice::ReadWrite) && entry.readAll().endsWith("# kept\n");
+        return entry.write("# kept\n") > 0 && isMarked;
+    };
+    defaults->setData(LoginItem::registeredPathKey, "/old");
+    EXPECT_FALSE(at(link).setEnabled(false));
+    EXPECT_EQ(stored(), std::nullopt);
+
+    EXPECT_FALSE(at(link).setEnabled(true));
+    EXPECT_EQ(stored(), link.toStdString());
+    EXPECT_FALSE(isKept());
+    defaults->removeObject(LoginItem::registeredPathKey);
+    EXPECT_FALSE(at(link).setEnabled(true));
+    EXPECT_EQ(stored(), link.toStdString());
+    EXPECT_TRUE(isKept());
+    at(link).repairIfNeeded();
+    at(program(QStringLiteral("build/kelmoth"))).repairIfNeeded();
+    EXPECT_TRUE(isKept());
+    for (const auto *before : {"/old", ""}) {
+        defaults->setData(LoginItem::registeredPathKey, before);
+        at(installed).repairIfNeeded();
+        EXPECT_EQ(stored(), installed.toStdString());
+        EXPECT_FALSE(isKept());
+    }
 }
 
 TEST_F(AutostartLoginItemTest, SaysWhatStandsInTheWay)
