@@ -117,6 +117,7 @@ int runApplication(int argc, char **argv, const Arguments &arguments)
         const char *firstArgument = argc > 0 ? argv[0] : "";
         const QApplication application(argc, argv);
         QApplication::setQuitOnLastWindowClosed(false);
+        QGuiApplication::setApplicationDisplayName(QStringLiteral("Kelmoth")); // what assistive tools call it
         QGuiApplication::setDesktopFileName(QStringLiteral("com.kelmoth.app"));
         std::string failure;
         const auto composition = compose(arguments, firstArgument, &failure);

@@ -44,7 +44,8 @@ class Screen:
         return Area(-origin.x, -origin.y, size.width, size.height)
 
     def _panel(self):
-        return next((window for window in self._windows() if window.get_wm_name() == "Kelmoth"), None)
+        # The item and its menu are smaller.
+        return next((window for window in self._windows() if window.get_geometry().height > 400), None)
 
     def panel(self):
         """The area of the panel's window; none while it is hidden."""
