@@ -2,7 +2,6 @@
 
 #include "App/StatusPicture.h"
 #include "App/TerseLog.h"
-#include "Platform/Linux/AutostartLoginItem.h"
 #include "Platform/Linux/DBusSession.h"
 #include "Platform/Linux/LinuxPlatform.h"
 #include "Platform/Linux/PortalDesktopSettings.h"
@@ -34,7 +33,7 @@ std::shared_ptr<UserSession> joinSession()
 }
 
 std::optional<Composition> compose(const Arguments &arguments, const char *firstArgument,
-                                   std::string *failure)
+                                   std::string *failure, std::function<void()> openLoginItemsSettings)
 {
     auto platform = linuxPlatform();
     fillQtPlatform(platform);
@@ -46,7 +45,8 @@ std::optional<Composition> compose(const Arguments &arguments, const char *first
     }
     const auto desktop = std::make_shared<PortalDesktopSettings>(sessionBusAddress());
     platform.desktopSettings = desktop;
-    platform.loginItemService = std::make_shared<AutostartLoginItem>(startedProgramPath(firstArgument));
+    platform.loginItemService = std::make_shared<AutostartLoginItem>(startedProgramPath(firstArgument),
+                                                                     std::move(openLoginItemsSettings));
     platform.session = joinSession();
     const std::shared_ptr<XConnection> connection = XConnection::connectToServer();
     platform.statusBar = std::make_shared<TrayStatusBar>(connection, pictureFor(desktop));

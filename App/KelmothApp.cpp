@@ -2,6 +2,7 @@
 
 #include "App/PanelPopover.h"
 #include "App/PanelStage.h"
+#include "App/Sandbox.h"
 #include "App/Screenshots.h"
 #include "App/ToolkitLooks.h"
 #include "Core/Services/ToastManager.h"
@@ -112,6 +113,7 @@ int runApplication(int argc, char **argv, const Arguments &arguments)
         return fail("there is no display; kelmothctl needs none");
     }
     preferX();
+    const Sandbox sandbox(AppDelegate::lockFileName(resourceMainBundle()->identifier()));
     int status = failed;
     {
         const char *firstArgument = argc > 0 ? argv[0] : "";
@@ -120,11 +122,15 @@ int runApplication(int argc, char **argv, const Arguments &arguments)
         QGuiApplication::setApplicationDisplayName(QStringLiteral("Kelmoth")); // what assistive tools call it
         QGuiApplication::setDesktopFileName(QStringLiteral("com.kelmoth.app"));
         std::string failure;
-        const auto composition = compose(arguments, firstArgument, &failure);
+        const auto composition =
+            compose(arguments, firstArgument, &failure, [&sandbox] { sandbox.openLoginItemsSettings(); });
         if (!composition) {
             return rejectUsage(failure);
         }
         Platform::setCurrent(composition->platform);
+        if (sandbox.failure()) {
+            log("⚠️ Not confined to its own files: %s", sandbox.failure()->c_str());
+        }
         status = KelmothApp(*composition).run(arguments.show);
     }
     // What is left of it would outlive the libraries that it is made of.

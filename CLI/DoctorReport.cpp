@@ -106,6 +106,13 @@ std::string renderProblems(const Examination &examination, const Terminal &termi
     return text.empty() ? text : text + '\n';
 }
 
+std::string confinementText(int landlockVersion)
+{
+    return landlockVersion > 0 ? "The panel confines itself to its own files (Landlock " +
+                                     std::to_string(landlockVersion) + ")."
+                               : "The panel runs with all of your rights: this kernel has no Landlock.";
+}
+
 std::string_view verdictText(ExitStatus status)
 {
     switch (status) {
@@ -180,6 +187,7 @@ std::string renderExamination(const Examination &examination, const Terminal &te
         text += renderFacts(examination, terminal);
     }
     text += renderProblems(examination, terminal);
+    text += terminal.styled(confinementText(examination.landlockVersion), Style::plain) + '\n';
     return text +
            terminal.styled(verdictText(status), status == ExitStatus::done ? Style::good : Style::bad) + '\n';
 }
@@ -190,6 +198,7 @@ nlohmann::ordered_json examinationJSON(const Examination &examination)
     json["simulated"] = false;
     json["canConfigure"] = verdict(examination) == ExitStatus::done;
     json["rulesFile"] = orNull(examination.rulesFile);
+    json["landlockVersion"] = examination.landlockVersion;
     json["usbDevices"] = nlohmann::ordered_json::array();
     for (const auto &device : examination.usbDevices) {
         json["usbDevices"].push_back(usbJSON(device));

@@ -89,7 +89,28 @@ bool start(const QString &name, const QStringList &arguments)
 
 } // namespace
 
-AutostartLoginItem::AutostartLoginItem(QString programPath) : m_programPath(std::move(programPath)) {}
+void openAutostartSettings()
+{
+    const auto desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
+    for (const auto &desktop : desktops) {
+        for (const auto &row : settingsOfDesktops) {
+            auto words = QString::fromLatin1(row.command).split(QLatin1Char(' '));
+            const auto name = words.takeFirst();
+            if (desktop == QLatin1String(row.desktop) && start(name, words)) {
+                return;
+            }
+        }
+    }
+    QDir().mkpath(autostartDirectory());
+    if (!start(QStringLiteral("xdg-open"), {autostartDirectory()})) {
+        log("⚠️ Nothing here can open %s", qUtf8Printable(autostartDirectory()));
+    }
+}
+
+AutostartLoginItem::AutostartLoginItem(QString programPath, std::function<void()> openSettings)
+    : m_programPath(std::move(programPath)), m_openSettings(std::move(openSettings))
+{
+}
 
 LoginItemStatus AutostartLoginItem::status() const
 {
@@ -138,24 +159,6 @@ std::optional<std::string> AutostartLoginItem::unregisterItem()
         return errorText(errno);
     }
     return std::nullopt;
-}
-
-void AutostartLoginItem::openLoginItemsSettings()
-{
-    const auto desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
-    for (const auto &desktop : desktops) {
-        for (const auto &row : settingsOfDesktops) {
-            auto words = QString::fromLatin1(row.command).split(QLatin1Char(' '));
-            const auto name = words.takeFirst();
-            if (desktop == QLatin1String(row.desktop) && start(name, words)) {
-                return;
-            }
-        }
-    }
-    QDir().mkpath(autostartDirectory());
-    if (!start(QStringLiteral("xdg-open"), {autostartDirectory()})) {
-        log("⚠️ Nothing here can open %s", qUtf8Printable(autostartDirectory()));
-    }
 }
 
 bool AutostartLoginItem::isInApplicationsFolder() const

@@ -4,7 +4,13 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace kelmoth {
+
+/// Opens the settings of the desktop that runs for what starts at login; where none are known, the folder.
+/// Needs no application object.
+void openAutostartSettings();
 
 /// Launch at login by an XDG autostart entry, "com.kelmoth.app.desktop" in `autostart` of the user's
 /// configuration directory. The entry is looked at anew each time: the user and the desktop change it too.
@@ -12,7 +18,9 @@ namespace kelmoth {
 class AutostartLoginItem : public LoginItemService {
 public:
     /// `programPath` is the absolute path by which the program is to be started, links and all.
-    explicit AutostartLoginItem(QString programPath);
+    /// `openSettings` does what `openLoginItemsSettings` is asked for.
+    explicit AutostartLoginItem(QString programPath,
+                                std::function<void()> openSettings = openAutostartSettings);
 
     /// `enabled` for an entry that starts a program, `requiresApproval` for one that is switched off in the
     /// desktop's own settings, `notFound` for one that cannot be read or starts nothing.
@@ -22,8 +30,7 @@ public:
     std::optional<std::string> registerItem() override;
     std::optional<std::string> unregisterItem() override;
 
-    /// The settings of the desktop that runs; where none are known, the folder.
-    void openLoginItemsSettings() override;
+    void openLoginItemsSettings() override { m_openSettings(); }
 
     /// Whether the program, links resolved, lies where programs are installed (/Applications, /usr, /opt,
     /// ~/.local) and not in a directory in which it is built.
@@ -33,6 +40,7 @@ public:
 
 private:
     QString m_programPath;
+    std::function<void()> m_openSettings;
 };
 
 /// The path by which the running program was started, links not resolved: from its first argument, where

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Doctor.h"
 
+#include "Platform/Linux/Confinement.h"
 #include "Platform/Linux/FileDescriptor.h"
 #include "Platform/Linux/Udev.h"
 
@@ -199,6 +200,7 @@ Examination examine(const std::vector<std::string> &rulesDirectories)
 {
     Examination examination;
     examination.rulesFile = findRules(rulesDirectories);
+    examination.landlockVersion = landlockVersion();
     if (const UdevPtr<udev> context(udev_new()); context) {
         examination.usbDevices = examineUSBDevices(context.get());
         examination.hidNodes = examineHIDNodes(context.get());

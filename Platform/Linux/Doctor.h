@@ -60,6 +60,7 @@ struct Examination {
     std::vector<HIDNodeFact> hidNodes;    ///< by path
     std::optional<std::string> rulesFile; ///< path of the installed udev rules; none when not installed
     std::vector<DoctorProblem> problems;  ///< empty: nothing stands in the way
+    int landlockVersion = 0;              ///< with which programs can confine themselves here; 0: they cannot
 };
 
 /// Where udev looks for rules, first found wins.

@@ -41,7 +41,6 @@ int main(int argc, char **argv)
         });
         hand.start(std::chrono::milliseconds(5));
         status = KelmothApp(*composition).run(false);
-        composition->platform.userDefaults->flush();
     }
     Platform::setCurrent({});
     return status;

@@ -354,6 +354,21 @@ class OneInstance(ShellTest):
         program.process.terminate()
         self.ended(program)
 
+    def test_writes_nowhere_else(self):
+        first = self.first()
+        settings, elsewhere = (os.path.join(os.environ[name], place) for name, place in (
+            ("XDG_CONFIG_HOME", "com.kelmoth.app"), ("HOME", "elsewhere")))
+        os.mkdir(elsewhere)
+        shutil.rmtree(settings)
+        os.symlink(elsewhere, settings)  # what the program writes by this path would land there
+        self.host.click(1)
+        first.press("Settings")
+        first.press("PL · Polski")
+        first.find("Ustawienia")
+        self.assertEqual(first.quit(), 0)
+        if "Not confined" not in first.log():  # the kernel's fault, if so
+            self.assertEqual(os.listdir(elsewhere), [])
+
     def test_ends(self):
         address, bus = DESKTOP.start_bus()
         ways = {

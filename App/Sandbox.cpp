@@ -1,0 +1,135 @@
+#include "App/Sandbox.h"
+
+#include "Platform/Linux/AutostartLoginItem.h"
+#include "Platform/Linux/Confinement.h"
+
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <unistd.h>
+
+namespace kelmoth {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char *ownName = "com.kelmoth.app";
+
+/// Where people keep what is theirs, and everybody's temporary files; the rest of the system is no secret.
+constexpr std::array<std::string_view, 8> notOfTheSystem{"/home", "/root", "/media", "/mnt",
+                                                         "/srv",  "/tmp",  "/dev",   "/lost+found"};
+
+/// In the user's home: looks, and the keys to the display and the session manager.
+constexpr std::array looks{".fonts",
+                           ".fonts.conf",
+                           ".icons",
+                           ".themes",
+                           ".gtkrc-2.0",
+                           ".Xauthority",
+                           ".XCompose",
+                           ".Xdefaults",
+                           ".ICEauthority",
+                           ".local/share/fonts",
+                           ".local/share/icons"};
+constexpr std::array looksOfTheDataDirectory{"fonts", "icons", "themes", "color-schemes", "mime"};
+
+/// Paths, or lists of them with colons between, that say where else the toolkit and its libraries look.
+constexpr std::array variables{
+    "XAUTHORITY",      "ICEAUTHORITY",     "QT_PLUGIN_PATH",  "QT_QPA_PLATFORM_PLUGIN_PATH",
+    "QML_IMPORT_PATH", "QML2_IMPORT_PATH", "LD_LIBRARY_PATH", "XDG_DATA_DIRS",
+    "XDG_CONFIG_DIRS", "XCURSOR_PATH",     "FONTCONFIG_PATH", "FONTCONFIG_FILE"};
+
+std::string_view variable(const char *name)
+{
+    const char *value = std::getenv(name);
+    return value ? value : "";
+}
+
+fs::path location(QStandardPaths::StandardLocation which)
+{
+    return QStandardPaths::writableLocation(which).toStdString();
+}
+
+/// Makes a directory of this user's, unless it is there or cannot be.
+std::string made(const fs::path &directory)
+{
+    std::error_code ignored;
+    fs::create_directories(directory.parent_path(), ignored);
+    if (fs::create_directory(directory, ignored)) {
+        fs::permissions(directory, fs::perms::owner_all, ignored);
+    }
+    return directory;
+}
+
+std::vector<std::string> readablePaths()
+{
+    std::vector<std::string> paths;
+    std::error_code ignored;
+    for (const auto &entry : fs::directory_iterator("/", ignored)) {
+        if (std::ranges::find(notOfTheSystem, entry.path().native()) == notOfTheSystem.end()) {
+            paths.push_back(entry.path());
+        }
+    }
+    const auto home = location(QStandardPaths::HomeLocation);
+    for (const auto *name : looks) {
+        paths.push_back(home / name);
+    }
+    for (const auto *name : looksOfTheDataDirectory) {
+        paths.push_back(location(QStandardPaths::GenericDataLocation) / name);
+    }
+    paths.push_back(location(QStandardPaths::GenericConfigLocation));
+    paths.push_back(fs::read_symlink("/proc/self/exe", ignored).parent_path());
+    for (const auto *name : variables) {
+        const auto list = variable(name);
+        for (std::size_t begin = 0; begin < list.size();) {
+            const auto end = std::min(list.find(':', begin), list.size());
+            paths.emplace_back(list.substr(begin, end - begin));
+            begin = end + 1;
+        }
+    }
+    return paths;
+}
+
+FileRights rightsOfTheProgram(const std::string &lockFileName)
+{
+    const auto config = location(QStandardPaths::GenericConfigLocation);
+    const auto lock = location(QStandardPaths::GenericDataLocation) / lockFileName;
+    made(lock.parent_path());
+    // A right to make this file would be one to make any in a directory that is everybody's.
+    const FileDescriptor lockFile(::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    FileRights rights{.readable = readablePaths(),
+                      .usable = {"/dev", lock},
+                      .own = {made(config / ownName), made(config / "autostart"),
+                              location(QStandardPaths::GenericCacheLocation) / "fontconfig"}};
+    if (!variable("XDG_RUNTIME_DIR").empty()) {
+        const auto temporary = made(fs::path(variable("XDG_RUNTIME_DIR")) / ownName);
+        rights.own.push_back(temporary);
+        ::setenv("TMPDIR", temporary.c_str(), 1);
+    }
+    return rights;
+}
+
+/// Whether the display or the session bus is reached across the network.
+bool usesNetwork()
+{
+    const auto display = variable("DISPLAY");
+    const bool isDisplayHere = display.empty() || display.starts_with(':') || display.starts_with("unix") ||
+                               display.starts_with('/');
+    return !isDisplayHere || variable("DBUS_SESSION_BUS_ADDRESS").find("tcp:") != std::string_view::npos;
+}
+
+} // namespace
+
+Sandbox::Sandbox(const std::string &lockFileName)
+    : m_helper(openAutostartSettings), m_failure(confine(rightsOfTheProgram(lockFileName), usesNetwork()))
+{
+}
+
+} // namespace kelmoth
