@@ -54,7 +54,7 @@ QString AboutModel::versionText() const
     return panelText(L10n::formatted("Version %@", application::version()));
 }
 
-QString AboutModel::appIcon() const
+QString AboutModel::appIcon()
 {
     const auto file = QStringLiteral(":/kelmoth/AppIcon.svg");
     return QFile::exists(file) ? file : QString();

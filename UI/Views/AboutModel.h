@@ -34,8 +34,8 @@ public:
 
     /// "Version 0.1.0", in the interface language.
     QString versionText() const;
-    /// The program's icon among its resources.
-    QString appIcon() const;
+    /// The program's icon among its resources; empty: it has none.
+    static QString appIcon();
     QVariantList features() const;
     QVariantList devices() const;
 

@@ -1,7 +1,9 @@
 #include "UI/Views/PanelWindow.h"
 
+#include "UI/Views/AboutModel.h"
 #include "UI/Views/Views.h"
 
+#include <QIcon>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainterPath>
@@ -61,6 +63,9 @@ void PanelWindow::become(Kind kind)
     if (flags() != wanted) {
         destroy(); // window managers look once
         setFlags(wanted);
+    }
+    if (kind == Kind::window && icon().isNull()) { // others are in no list of windows
+        setIcon(QIcon(AboutModel::appIcon()));
     }
     setMargin(kind == Kind::shadowedPopover ? shadowMargin : 0, kind == Kind::window ? 0 : cornerRadius);
     setMask(kind == Kind::plainPopover ? roundedPanel() : QRegion());
