@@ -24,7 +24,7 @@ add_library(kelmoth_options INTERFACE)
 target_include_directories(kelmoth_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(kelmoth_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
-    -fstack-protector-strong)
+    -fstack-protector-strong $<$<CONFIG:Release,RelWithDebInfo>:-fstack-clash-protection>)
 # g++ 12 takes every std::string put before another for an overlapping copy once it optimises.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     target_compile_options(kelmoth_options INTERFACE -Wno-restrict)
@@ -40,7 +40,7 @@ target_compile_definitions(kelmoth_options INTERFACE
 # The sanitizers do not see into the checked variants of the C library's functions.
 if(NOT KELMOTH_SANITIZE)
     target_compile_options(kelmoth_options INTERFACE
-        $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+        $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3>)
 endif()
 if(KELMOTH_SANITIZE)
     target_compile_options(kelmoth_options INTERFACE
