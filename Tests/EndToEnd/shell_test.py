@@ -6,6 +6,7 @@ shell_test.py PROGRAM CASE, with CASE one of the classes below.
 
 import fcntl
 import os
+import re
 import shutil
 import signal
 import sys
@@ -368,6 +369,22 @@ class OneInstance(ShellTest):
         self.assertEqual(first.quit(), 0)
         if "Not confined" not in first.log():  # the kernel's fault, if so
             self.assertEqual(os.listdir(elsewhere), [])
+
+    def test_talks_to_this_machine_alone(self):
+        calls = os.path.join(os.environ["HOME"], "calls")
+        program = Panel(["strace", "-f", "-qq", "-e", "trace=socket", "-e", "signal=none", "-o", calls, PROGRAM])
+        self.addCleanup(program.quit)
+        wait_for("the item", self.host.item)
+        self.host.click(1)
+        program.press("Settings")
+        program.press("PL · Polski")
+        program.find("Ustawienia")
+        self.second("--quit")
+        self.assertEqual(program.process.wait(PATIENCE), 0)
+        with open(calls, encoding="utf-8") as lines:
+            families = set(re.findall(r"socket\((\w+)", lines.read()))
+        self.assertLessEqual({"AF_UNIX"}, families)
+        self.assertLessEqual(families, {"AF_UNIX", "AF_NETLINK"})  # the latter is udev's
 
     def test_ends(self):
         address, bus = DESKTOP.start_bus()
