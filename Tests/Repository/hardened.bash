@@ -19,8 +19,8 @@ for program in "$@"; do
     grep -q __stack_chk_fail <<<"$symbols" || missing "stack protector"
     grep -qE '__[a-z]+_chk(@|$| )' <<<"$(grep -v __stack_chk <<<"$symbols")" || missing "_FORTIFY_SOURCE"
     grep -qE 'R(UN)?PATH' <<<"$dynamic" && missing "freedom from paths of the build"
-    # Debian's start files are not marked for CET, so neither is what is linked with them: look at the code. Most
-    # functions of a C++ program can be called through pointers, and then begin with a landing mark.
+    # Debian's start files are not marked for CET, so neither is what is linked with them: look at the code. What can
+    # be reached through a pointer, as most of a C++ program's functions and handlers, begins with a landing mark.
     if grep -q 'X86-64' <<<"$header"; then
         functions=$(readelf --wide --debug-dump=frames "$program" 2>/dev/null | grep -c ' FDE ') || true
         marks=$(objdump -d --no-show-raw-insn "$program" | grep -c endbr64) || true
