@@ -195,10 +195,12 @@ void AppDelegate::handleClick()
 void AppDelegate::openApp()
 {
     if (m_popover && m_statusItem->isHosted().has_value()) {
-        m_opensOnceHostIsKnown = false;
         showPopover(*m_statusItem->isHosted() ? Popover::Place::atItem : Popover::Place::asWindow);
-    } else {
-        m_opensOnceHostIsKnown = true;
+        return;
+    }
+    m_opensOnceHostIsKnown = true;
+    if (m_popover) {
+        m_untilHostIsMissed.start();
     }
 }
 
@@ -206,11 +208,14 @@ void AppDelegate::hostDidChange()
 {
     if (m_opensOnceHostIsKnown) {
         openApp();
+    } else if (const auto frame = m_statusItem->frame()) {
+        m_popover->follow(*frame);
     }
 }
 
 void AppDelegate::showPopover(Popover::Place place)
 {
+    m_opensOnceHostIsKnown = false;
     m_popover->setAnimates(!m_parts.appearance.reduceMotion());
     dimStatusItem();
     m_popover->show(place, m_statusItem->frame());

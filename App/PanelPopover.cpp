@@ -89,6 +89,13 @@ void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
         PanelWindow::panelSize));
 }
 
+void PanelPopover::follow(const ScreenRect &item)
+{
+    if (isShown() && !m_isWindow) {
+        put(Place::atItem, item);
+    }
+}
+
 void PanelPopover::performClose()
 {
     if (m_window) {

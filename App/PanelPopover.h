@@ -24,6 +24,7 @@ public:
     bool isWindow() const override { return m_isWindow; }
     void setAnimates(bool animates) override { m_animates = animates; }
     void show(Place place, const std::optional<ScreenRect> &item) override;
+    void follow(const ScreenRect &item) override;
     void performClose() override;
     void makeKeyAndOrderFront() override;
 

@@ -32,6 +32,9 @@ public:
     /// Shows it; where it is shown already it stays. `item` is the status item's frame, where known.
     virtual void show(Place place, const std::optional<ScreenRect> &item) = 0;
 
+    /// Moves it, where it is shown beside the item, to the place that the item has now.
+    virtual void follow(const ScreenRect &item) = 0;
+
     virtual void performClose() = 0;
 
     /// Makes its window the one that has the keyboard, in front of all others.

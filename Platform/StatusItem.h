@@ -46,7 +46,7 @@ public:
     /// Whether a host shows the item now; none while that is not known.
     virtual std::optional<bool> isHosted() const = 0;
 
-    /// Called whenever that has changed.
+    /// Called whenever that or the frame has changed, and maybe when neither has.
     virtual void setHostHandler(std::function<void()> handler) = 0;
 
     /// Where the item is; none when its host does not tell.

@@ -1,6 +1,7 @@
 #include "Platform/Qt/TrayStatusBar.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
 
@@ -31,7 +32,7 @@ protected:
 } // namespace
 
 TrayStatusItem::TrayStatusItem(std::shared_ptr<XConnection> connection, StatusPicture picture)
-    : m_picture(std::move(picture)), m_hosts(std::move(connection))
+    : m_connection(std::move(connection)), m_picture(std::move(picture)), m_hosts(m_connection)
 {
     connect(&m_hosts, &TrayHosts::changed, this, &TrayStatusItem::followHosts);
     if (m_hosts.isAny().value_or(false)) {
@@ -57,6 +58,44 @@ void TrayStatusItem::show()
     m_icon->setContextMenu(m_menu.get());
     connect(m_icon.get(), &QSystemTrayIcon::activated, this, &TrayStatusItem::click);
     m_icon->show();
+    followWindow();
+}
+
+/// Where the item is a window, the toolkit does not tell when it has come to its place.
+void TrayStatusItem::followWindow()
+{
+    const auto widgets = QApplication::topLevelWidgets();
+    for (auto *widget : widgets) {
+        if (m_connection && widget->inherits("QSystemTrayIconSys")) {
+            m_window = widget;
+            widget->installEventFilter(this);
+        }
+    }
+}
+
+bool TrayStatusItem::eventFilter(QObject *watched, QEvent *event)
+{
+    const auto type = event->type();
+    if (type == QEvent::Move || type == QEvent::Resize || type == QEvent::Paint) {
+        QMetaObject::invokeMethod(this, &TrayStatusItem::followHosts, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+/// Whether the item waits for its tray to take it in: until then it is nowhere.
+bool TrayStatusItem::isDocking() const
+{
+    if (!m_window) {
+        return false;
+    }
+    const auto id = static_cast<xcb_window_t>(m_window->internalWinId());
+    return id == XCB_NONE || m_connection->parentOf(id) == m_connection->root();
+}
+
+std::optional<bool> TrayStatusItem::isHosted() const
+{
+    const auto isAny = m_hosts.isAny();
+    return isAny == true && isDocking() ? std::nullopt : isAny;
 }
 
 /// The second click of a double one counts like any other. The right button's menu is the toolkit's business;
@@ -114,7 +153,7 @@ void TrayStatusItem::setAlphaValue(double alpha)
 
 std::optional<ScreenRect> TrayStatusItem::frame() const
 {
-    const auto area = m_icon ? m_icon->geometry() : QRect();
+    const auto area = m_icon && !isDocking() ? m_icon->geometry() : QRect();
     return area.isEmpty() ? std::nullopt
                           : std::optional(ScreenRect{area.x(), area.y(), area.width(), area.height()});
 }

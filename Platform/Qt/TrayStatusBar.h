@@ -7,6 +7,7 @@
 #include <QIcon>
 #include <QMenu>
 #include <QObject>
+#include <QPointer>
 #include <QSystemTrayIcon>
 #include <QTimer>
 
@@ -31,20 +32,25 @@ public:
     void setMenu(std::vector<MenuEntry> entries) override;
     void setToolTip(const std::string &text) override;
     void setAlphaValue(double alpha) override;
-    std::optional<bool> isHosted() const override { return m_hosts.isAny(); }
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    std::optional<bool> isHosted() const override;
     std::optional<ScreenRect> frame() const override;
 
 private:
     void followHosts();
     void show();
+    void followWindow();
+    bool isDocking() const;
     void click(QSystemTrayIcon::ActivationReason reason);
 
+    const std::shared_ptr<XConnection> m_connection;
     const StatusPicture m_picture;
     TrayHosts m_hosts;
     QString m_toolTip;
     double m_alpha = 1.0;
     std::unique_ptr<QMenu> m_menu;
     std::unique_ptr<QSystemTrayIcon> m_icon; ///< none before the first host came
+    QPointer<QWidget> m_window;              ///< the item's own, in a system tray of the X server
     std::function<void()> m_clickHandler;
     std::function<void()> m_hostHandler;
 };

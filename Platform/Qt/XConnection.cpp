@@ -59,6 +59,13 @@ xcb_window_t XConnection::selectionOwner(xcb_atom_t selection) const
     return reply ? reply->owner : XCB_NONE;
 }
 
+xcb_window_t XConnection::parentOf(xcb_window_t window) const
+{
+    const auto cookie = xcb_query_tree(m_connection, window);
+    const XReply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(m_connection, cookie, nullptr));
+    return reply ? reply->parent : XCB_NONE;
+}
+
 bool XConnection::isComposited() const
 {
     return selectionOwner(atom("_NET_WM_CM_S" + std::to_string(m_screenNumber))) != XCB_NONE;

@@ -34,6 +34,9 @@ public:
     /// The window that owns a selection; none when nobody does.
     xcb_window_t selectionOwner(xcb_atom_t selection) const;
 
+    /// The window that another lies in; none when that is gone.
+    xcb_window_t parentOf(xcb_window_t window) const;
+
     /// Whether a compositor shows windows that others shine through.
     bool isComposited() const;
 

@@ -92,6 +92,7 @@ public:
             Q_EMIT willShow();
         }
     }
+    void follow(const ScreenRect &) override {}
     void performClose() override
     {
         m_screen.isShown = false;

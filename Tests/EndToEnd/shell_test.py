@@ -267,6 +267,13 @@ class InASystemTray(HostTest, ShellTest):
         self.open_window()
         self.hidden()
 
+    def test_opens_beside_the_item_from_the_start(self):
+        self.host = self.open(self.Host())
+        self.start("--show")
+        self.in_front()
+        wait_for("the panel beside the item", lambda: (item := self.host.item()) and (panel := SCREEN.panel())
+                 and 0 <= item.y - panel.y - panel.height <= 12 and panel.x <= item.centre[0] < panel.x + panel.width)
+
     def test_the_menu_answers_to_its_keys(self):
         self.launch()
         self.host.menu()
