@@ -113,7 +113,8 @@ int runApplication(int argc, char **argv, const Arguments &arguments)
         return fail("there is no display; kelmothctl needs none");
     }
     preferX();
-    const Sandbox sandbox(AppDelegate::lockFileName(resourceMainBundle()->identifier()));
+    const auto identifier = resourceMainBundle()->identifier();
+    const Sandbox sandbox(identifier, AppDelegate::lockFileName(identifier));
     int status = failed;
     {
         const char *firstArgument = argc > 0 ? argv[0] : "";

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/AutostartLoginItem.h"
 #include "Platform/Linux/Confinement.h"
+#include "Platform/Qt/QtPlatform.h"
 
 #include <QStandardPaths>
 
@@ -19,8 +20,6 @@ namespace kelmoth {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char *ownName = "com.kelmoth.app";
 
 /// Where people keep what is theirs, and everybody's temporary files; the rest of the system is no secret.
 constexpr std::array<std::string_view, 8> notOfTheSystem{"/home", "/root", "/media", "/mnt",
@@ -97,19 +96,19 @@ std::vector<std::string> readablePaths()
     return paths;
 }
 
-FileRights rightsOfTheProgram(const std::string &lockFileName)
+FileRights rightsOfTheProgram(const std::string &identifier, const std::string &lockFileName)
 {
-    const auto config = location(QStandardPaths::GenericConfigLocation);
     const auto lock = location(QStandardPaths::GenericDataLocation) / lockFileName;
     made(lock.parent_path());
     // A right to make this file would be one to make any in a directory that is everybody's.
     const FileDescriptor lockFile(::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     FileRights rights{.readable = readablePaths(),
                       .usable = {"/dev", lock},
-                      .own = {made(config / ownName), made(config / "autostart"),
+                      .own = {made(settingsDirectory().toStdString()),
+                              made(autostartDirectory().toStdString()),
                               location(QStandardPaths::GenericCacheLocation) / "fontconfig"}};
     if (!variable("XDG_RUNTIME_DIR").empty()) {
-        const auto temporary = made(fs::path(variable("XDG_RUNTIME_DIR")) / ownName);
+        const auto temporary = made(fs::path(variable("XDG_RUNTIME_DIR")) / identifier);
         rights.own.push_back(temporary);
         ::setenv("TMPDIR", temporary.c_str(), 1);
     }
@@ -127,8 +126,9 @@ bool usesNetwork()
 
 } // namespace
 
-Sandbox::Sandbox(const std::string &lockFileName)
-    : m_helper(openAutostartSettings), m_failure(confine(rightsOfTheProgram(lockFileName), usesNetwork()))
+Sandbox::Sandbox(const std::string &identifier, const std::string &lockFileName)
+    : m_helper(openAutostartSettings),
+      m_failure(confine(rightsOfTheProgram(identifier, lockFileName), usesNetwork()))
 {
 }
 

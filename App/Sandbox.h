@@ -17,7 +17,8 @@ namespace kelmoth {
 /// confine, everything works unconfined.
 class Sandbox {
 public:
-    explicit Sandbox(const std::string &lockFileName);
+    /// `identifier` is the program's, `lockFileName` that of its lock in the user's data directory.
+    Sandbox(const std::string &identifier, const std::string &lockFileName);
 
     /// Opens the desktop's settings for what starts at login, from outside.
     void openLoginItemsSettings() const { m_helper.ask(); }

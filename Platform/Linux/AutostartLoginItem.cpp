@@ -22,12 +22,6 @@ namespace kelmoth {
 
 namespace {
 
-QString autostartDirectory()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/autostart");
-}
-
 QString entryPath()
 {
     return autostartDirectory() + QStringLiteral("/com.kelmoth.app.desktop");
@@ -88,6 +82,12 @@ bool start(const QString &name, const QStringList &arguments)
 }
 
 } // namespace
+
+QString autostartDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/autostart");
+}
 
 void openAutostartSettings()
 {

@@ -8,13 +8,15 @@
 
 namespace kelmoth {
 
+/// Where the entries of what starts at login are: `autostart` in the user's configuration directory.
+QString autostartDirectory();
+
 /// Opens the settings of the desktop that runs for what starts at login; where none are known, the folder.
 /// Needs no application object.
 void openAutostartSettings();
 
-/// Launch at login by an XDG autostart entry, "com.kelmoth.app.desktop" in `autostart` of the user's
-/// configuration directory. The entry is looked at anew each time: the user and the desktop change it too.
-/// Main thread.
+/// Launch at login by an XDG autostart entry, "com.kelmoth.app.desktop" in that directory. The entry is
+/// looked at anew each time: the user and the desktop change it too. Main thread.
 class AutostartLoginItem : public LoginItemService {
 public:
     /// `programPath` is the absolute path by which the program is to be started, links and all.

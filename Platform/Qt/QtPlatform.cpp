@@ -14,11 +14,15 @@ const auto bundleIdentifier = QStringLiteral("com.kelmoth.app");
 
 } // namespace
 
+QString settingsDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QLatin1Char('/') +
+           bundleIdentifier;
+}
+
 std::shared_ptr<UserDefaults> settingsUserDefaults()
 {
-    const auto directory = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return std::make_shared<SettingsUserDefaults>(directory + QLatin1Char('/') + bundleIdentifier +
-                                                  QStringLiteral("/defaults.ini"));
+    return std::make_shared<SettingsUserDefaults>(settingsDirectory() + QStringLiteral("/defaults.ini"));
 }
 
 std::shared_ptr<const Bundle> resourceMainBundle()

@@ -3,13 +3,18 @@
 #include "Platform/Bundle.h"
 #include "Platform/UserDefaults.h"
 
+#include <QString>
+
 #include <memory>
 
 namespace kelmoth {
 
 struct Platform;
 
-/// The user's preferences, in `com.kelmoth.app/defaults.ini` of the user's configuration directory.
+/// Where the program's settings are: `com.kelmoth.app` in the user's configuration directory.
+QString settingsDirectory();
+
+/// The user's preferences, in `defaults.ini` of that directory.
 std::shared_ptr<UserDefaults> settingsUserDefaults();
 
 /// The program's identity and the resources that are built into it, its language folders among them.

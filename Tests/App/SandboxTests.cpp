@@ -47,7 +47,7 @@ int running(const char *program)
 /// they should.
 int attemptsThatFail(const std::string &home)
 {
-    const Sandbox sandbox("com.kelmoth.app.lock");
+    const Sandbox sandbox("com.kelmoth.app", "com.kelmoth.app.lock");
     int failures = sandbox.failure() ? 1 : 0;
     const auto expect = [&](const char *what, int outcome, int wanted) {
         if (outcome != wanted) {
