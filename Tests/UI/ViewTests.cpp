@@ -237,18 +237,6 @@ TEST_F(ViewTest, AMouseThatCannotBeConfiguredIsExplained)
     EXPECT_TRUE(find("Not set", caption));
 }
 
-TEST_F(ViewTest, AnotherLanguageShowsAtOnce)
-{
-    show({pro});
-    panel->selectTab(ContentModel::settings);
-    click("PL · Polski", radio);
-    EXPECT_TRUE(find("Przyciski", QAccessible::PageTab));
-    EXPECT_TRUE(find("Odbiornik 2,4\u00a0GHz", caption));
-    EXPECT_TRUE(find("Wysokość odrywania", QAccessible::Heading));
-    panel->selectTab(ContentModel::dpi);
-    EXPECT_TRUE(find("Poziom 1", caption));
-}
-
 TEST_F(ViewTest, AfterATransitionOnePageIsThere)
 {
     show({pro});
