@@ -9,6 +9,7 @@
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QQmlEngine>
 #include <QTimer>
 
 namespace kelmoth {
@@ -100,6 +101,9 @@ PanelWindow &PanelStage::show()
 {
     if (!m_window) {
         m_window.emplace(m_panel, m_translator);
+        m_isWhole = m_window->status() == QQuickView::Ready;
+        QObject::connect(m_window->engine(), &QQmlEngine::warnings, &*m_window,
+                         [this] { m_isWhole = false; });
     }
     m_window->show();
     return *m_window;
@@ -127,7 +131,7 @@ QImage PanelStage::settle()
             last = image;
             sinceChange.start();
         } else if (sinceChange.hasExpired(stillness)) {
-            return last;
+            return m_isWhole ? last : QImage();
         }
     }
     return {};

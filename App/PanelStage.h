@@ -39,7 +39,7 @@ public:
     ToastManager &toasts() { return m_toasts; }
 
     /// Draws the panel until nothing moves any more, and gives the last picture; a null image when it does
-    /// not come to rest.
+    /// not come to rest or a part of it cannot be loaded.
     QImage settle();
 
 private:
@@ -56,6 +56,7 @@ private:
     ContentModel m_panel;
     PanelTranslator &m_translator;
     std::optional<PanelWindow> m_window;
+    bool m_isWhole = false; ///< nothing of the panel has failed so far
 };
 
 } // namespace kelmoth
