@@ -108,8 +108,10 @@ FileRights rightsOfTheProgram(const std::string &identifier, const std::string &
                               made(autostartDirectory().toStdString()),
                               location(QStandardPaths::GenericCacheLocation) / "fontconfig"}};
     if (!variable("XDG_RUNTIME_DIR").empty()) {
-        const auto temporary = made(fs::path(variable("XDG_RUNTIME_DIR")) / identifier);
+        const fs::path runtime(variable("XDG_RUNTIME_DIR"));
+        const auto temporary = made(runtime / identifier);
         rights.own.push_back(temporary);
+        rights.own.push_back(runtime / "dconf"); // where the toolkit, under GNOME, hears of changed settings
         ::setenv("TMPDIR", temporary.c_str(), 1);
     }
     return rights;

@@ -1,6 +1,7 @@
 // mock_mouse_host MODEL WIRE-LOG PROGRAM [ARGUMENT...]: runs a program beside a mouse that is mocked at the
 // kernel's side, and leaves every request that reached the mouse in WIRE-LOG, a line of hexadecimal digits
-// each. Ends as the program ends. Runs under umockdev-wrapper.
+// each. A SIGUSR1 pulls the mouse out or plugs it in again. Ends as the program ends. Runs under
+// umockdev-wrapper.
 
 #include "Tests/Hardware/MockMouse.h"
 
@@ -46,7 +47,13 @@ int main(int argc, char **argv)
     }
     programID = program.processId();
     std::signal(SIGTERM, [](int) { kill(static_cast<pid_t>(programID), SIGTERM); });
-    program.waitForFinished(-1);
+    static volatile std::sig_atomic_t moves = 0;
+    std::signal(SIGUSR1, [](int) { moves = moves + 1; });
+    for (int done = 0; !program.waitForFinished(20) && program.state() != QProcess::NotRunning;) {
+        if (done < moves) {
+            done++ % 2 == 0 ? mouse.detach() : mouse.attach();
+        }
+    }
     for (const auto &transfer : mouse.mouse().takeTransfers()) {
         if (transfer.isSet) {
             const QByteArray report(reinterpret_cast<const char *>(transfer.bytes.data()),

@@ -6,6 +6,7 @@ wire itself is read; without it a simulated mouse, and what the program logs of 
 """
 
 import os
+import signal
 import sys
 import unittest
 
@@ -38,6 +39,9 @@ class PanelTest(unittest.TestCase):
         self.wire = os.path.join(os.environ["HOME"], "wire")
         if HOST:
             command = ["umockdev-wrapper", HOST, MODEL, self.wire, PROGRAM, "--show"]
+            # The mock's monitor is a socket among its files, which the confined program may make only here.
+            os.environ["TMPDIR"] = os.path.join(os.environ["XDG_RUNTIME_DIR"], "com.kelmoth.app")
+            os.makedirs(os.environ["TMPDIR"])
         else:
             command = [PROGRAM, "--verbose", "--show", "--simulate", MODEL]
         self.panel = Panel(command)
@@ -72,6 +76,12 @@ class PanelTest(unittest.TestCase):
         panel.press("12K")
         panel.find("12 000")
         self.expect(stages(3, 400, 800, 12000, 3200, 6400))
+
+    def go_and_come_back(self):
+        self.panel.process.send_signal(signal.SIGUSR1)
+        self.panel.find("No Device Connected")
+        self.panel.process.send_signal(signal.SIGUSR1)
+        self.panel.find("12 000")
 
     def change_light(self):
         panel = self.panel
@@ -122,6 +132,8 @@ class PanelTest(unittest.TestCase):
 
     def test_every_setting_reaches_the_mouse(self):
         self.change_dpi()
+        if HOST:
+            self.go_and_come_back()
         self.change_light()
         self.change_buttons()
         self.change_settings()
