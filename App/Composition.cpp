@@ -28,8 +28,15 @@ StatusPicture pictureFor(std::shared_ptr<const DesktopSettings> desktop)
 
 std::shared_ptr<UserSession> joinSession()
 {
-    const auto identifier = QString::fromStdString(resourceMainBundle()->identifier());
-    return std::make_shared<DBusSession>(sessionBusAddress(), identifier);
+    const auto address = sessionBusAddress();
+    auto bus = QDBusConnection(QString());
+    if (!address.isEmpty()) {
+        // The toolkit's own connection, so that the bus greets the program once for both. It shall look
+        // nowhere else.
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
+        bus = QDBusConnection::sessionBus();
+    }
+    return std::make_shared<DBusSession>(bus, QString::fromStdString(resourceMainBundle()->identifier()));
 }
 
 std::optional<Composition> compose(const Arguments &arguments, const char *firstArgument,
@@ -43,11 +50,11 @@ std::optional<Composition> compose(const Arguments &arguments, const char *first
     if (arguments.simulate && !simulateMice(*arguments.simulate, platform, failure)) {
         return std::nullopt;
     }
+    platform.session = joinSession(); // before others queue at the bus
     const auto desktop = std::make_shared<PortalDesktopSettings>(sessionBusAddress());
     platform.desktopSettings = desktop;
     platform.loginItemService = std::make_shared<AutostartLoginItem>(startedProgramPath(firstArgument),
                                                                      std::move(openLoginItemsSettings));
-    platform.session = joinSession();
     const std::shared_ptr<XConnection> connection = XConnection::connectToServer();
     platform.statusBar = std::make_shared<TrayStatusBar>(connection, pictureFor(desktop));
     platform.eventMonitor = std::make_shared<PressMonitor>(connection);

@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
-#include <QUuid>
 
 #include <cerrno>
 #include <csignal>
@@ -55,12 +54,8 @@ bool hasTerminated(std::int64_t process)
 
 } // namespace
 
-DBusSession::DBusSession(const QString &busAddress, const QString &bundleIdentifier)
-    : m_bundleIdentifier(bundleIdentifier),
-      m_connectionName(QStringLiteral("com.kelmoth.session.") +
-                       QUuid::createUuid().toString(QUuid::WithoutBraces)),
-      m_bus(busAddress.isEmpty() ? QDBusConnection(m_connectionName)
-                                 : QDBusConnection::connectToBus(busAddress, m_connectionName))
+DBusSession::DBusSession(const QDBusConnection &bus, const QString &bundleIdentifier)
+    : m_bundleIdentifier(bundleIdentifier), m_bus(bus)
 {
     // Before anybody can know that this process is there: what is posted to it from then on is not missed.
     m_bus.connect(QString(), pathOf(bundleIdentifier), bundleIdentifier, QString(), this,
@@ -73,7 +68,6 @@ DBusSession::DBusSession(const QString &busAddress, const QString &bundleIdentif
 DBusSession::~DBusSession()
 {
     m_endHandler = nullptr;
-    QDBusConnection::disconnectFromBus(m_connectionName);
 }
 
 std::vector<RunningApplication> DBusSession::runningApplications(std::string_view bundleIdentifier) const

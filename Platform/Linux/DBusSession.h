@@ -14,14 +14,14 @@ namespace kelmoth {
 
 /// The session as its bus knows it. A process is known by the bus name that is its bundle identifier, a
 /// notification is a signal: its name without the last word is the interface, the last word the member, and
-/// the object its one argument. Joining and asking wait for the bus, which is a local socket. Main thread.
+/// the object its one argument. Asking waits for the bus, which is a local socket. Main thread.
 class DBusSession : public QObject, public UserSession {
     Q_OBJECT
 
 public:
-    /// `busAddress` is that of the session bus, in D-Bus's own notation; empty where there is none.
-    /// Notifications are about programs with this identifier.
-    DBusSession(const QString &busAddress, const QString &bundleIdentifier);
+    /// `bus` is the session bus, or a connection that is none where there is no bus. Notifications are about
+    /// programs with this identifier.
+    DBusSession(const QDBusConnection &bus, const QString &bundleIdentifier);
     ~DBusSession() override;
     DBusSession(const DBusSession &) = delete;
     DBusSession &operator=(const DBusSession &) = delete;
@@ -39,7 +39,6 @@ private:
     void callBus(const QString &method, const QVariantList &arguments);
 
     const QString m_bundleIdentifier;
-    const QString m_connectionName;
     QDBusConnection m_bus;
     Notification m_early; ///< the last one that came while nobody observed; empty when none did
     Notification m_observed;

@@ -31,7 +31,7 @@ protected:
     DBusSession &other()
     {
         if (!m_other) {
-            m_other.emplace(bus.address(), identifier);
+            m_other.emplace(bus.connect(), identifier);
         }
         return *m_other;
     }
@@ -45,7 +45,7 @@ private:
 
 TEST_F(DBusSessionTest, CopiesFindAndHearEachOther)
 {
-    DBusSession session(bus.address(), identifier);
+    DBusSession session(bus.connect(), identifier);
     EXPECT_TRUE(session.runningApplications(about).empty());
     observe(session);
     const auto running = other().runningApplications(about);
@@ -64,7 +64,7 @@ TEST_F(DBusSessionTest, CopiesFindAndHearEachOther)
 
 TEST_F(DBusSessionTest, WhatComesBeforeAnybodyListensIsNotMissed)
 {
-    DBusSession session(bus.address(), identifier);
+    DBusSession session(bus.connect(), identifier);
     EXPECT_TRUE(session.runningApplications(about).empty()); // the bus has heard of it
     other().post(reopen, about);
     QTest::qWait(0);
@@ -74,7 +74,7 @@ TEST_F(DBusSessionTest, WhatComesBeforeAnybodyListensIsNotMissed)
 
 TEST_F(DBusSessionTest, StrangersAreNotHeard)
 {
-    DBusSession session(bus.address(), identifier);
+    DBusSession session(bus.connect(), identifier);
     observe(session);
     auto stranger = QDBusConnection::connectToBus(bus.address(), QStringLiteral("stranger"));
     const auto send = [&](const char *member, const QVariantList &arguments) {
@@ -99,18 +99,16 @@ TEST_F(DBusSessionTest, TellsOfItsEndAndDoesWithoutABus)
 {
     {
         auto dying = std::make_unique<PrivateBus>();
-        DBusSession session(dying->address(), identifier);
+        DBusSession session(dying->connect(), identifier);
         bool hasEnded = false;
         session.setEndHandler([&] { hasEnded = true; });
         dying.reset();
         EXPECT_TRUE(QTest::qWaitFor([&] { return hasEnded; }));
     }
-    for (const auto &address : {QString(), QStringLiteral("unix:path=/nowhere")}) {
-        DBusSession session(address, identifier);
-        session.observe(reopen, about, [] {});
-        session.post(reopen, about);
-        EXPECT_TRUE(session.runningApplications(about).empty());
-    }
+    DBusSession session(QDBusConnection(QString()), identifier);
+    session.observe(reopen, about, [] {});
+    session.post(reopen, about);
+    EXPECT_TRUE(session.runningApplications(about).empty());
 }
 
 TEST(RunningProcessTest, EndsAsAskedOrIsGivenUp)

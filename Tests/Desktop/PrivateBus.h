@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QFile>
 #include <QProcess>
 #include <QString>
@@ -37,6 +38,13 @@ public:
     PrivateBus &operator=(const PrivateBus &) = delete;
 
     QString address() const { return m_address; }
+
+    /// Another connection each time.
+    QDBusConnection connect() const
+    {
+        static int count = 0;
+        return QDBusConnection::connectToBus(m_address, QString::number(++count));
+    }
 
 private:
     QTemporaryDir m_directory;
