@@ -23,11 +23,15 @@ Examples:
 
 "kelmothctl COMMAND --help" says more about a command.)";
 
-/// "0x00aa" or "170"; none for anything that is not one 16-bit number.
+/// "0x00aa", "170" or, as lists of USB devices have it, "00aa"; none for anything that is not one 16-bit
+/// number.
 std::optional<std::uint16_t> productIDFromText(const std::string &text)
 {
-    const bool isHex = text.starts_with("0x") || text.starts_with("0X");
-    const char *begin = text.c_str() + (isHex ? 2 : 0);
+    const bool isPrefixed = text.starts_with("0x") || text.starts_with("0X");
+    const bool isHex =
+        isPrefixed || (text.size() == 4 &&
+                       (text.starts_with('0') || text.find_first_of("abcdefABCDEF") != std::string::npos));
+    const char *begin = text.c_str() + (isPrefixed ? 2 : 0);
     const char *end = text.c_str() + text.size();
     std::uint16_t value = 0;
     const auto result = std::from_chars(begin, end, value, isHex ? 16 : 10);

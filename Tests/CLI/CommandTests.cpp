@@ -121,7 +121,9 @@ TEST_F(CommandTest, AreOfTheFirstMouseThatIsMeant)
     EXPECT_THAT(run("list --json").json()[0]["reason"].get<std::string>(), HasSubstr("no permission"));
     EXPECT_EQ(run("set stage 1").status, ExitStatus::noPermission);
     EXPECT_THAT(run("read").complaints, HasSubstr("\"--product 0x0099\" chooses the Razer Basilisk V3"));
-    EXPECT_EQ(run("read --json --product 0x99").json()["device"]["productID"], 0x0099);
+    for (const auto *product : {"0x99", "0099", "153"}) {
+        EXPECT_EQ(run(std::string("read --json --product ") + product).json()["device"]["productID"], 0x0099);
+    }
 }
 
 TEST_F(CommandTest, SayWhyAMouseCannotBeConfigured)
