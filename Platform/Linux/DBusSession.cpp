@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <utility>
 
 namespace kelmoth {
 
@@ -54,8 +55,8 @@ bool hasTerminated(std::int64_t process)
 
 } // namespace
 
-DBusSession::DBusSession(const QDBusConnection &bus, const QString &bundleIdentifier)
-    : m_bundleIdentifier(bundleIdentifier), m_bus(bus)
+DBusSession::DBusSession(QDBusConnection bus, const QString &bundleIdentifier)
+    : m_bundleIdentifier(bundleIdentifier), m_bus(std::move(bus))
 {
     // Before anybody can know that this process is there: what is posted to it from then on is not missed.
     m_bus.connect(QString(), pathOf(bundleIdentifier), bundleIdentifier, QString(), this,

@@ -21,7 +21,7 @@ class DBusSession : public QObject, public UserSession {
 public:
     /// `bus` is the session bus, or a connection that is none where there is no bus. Notifications are about
     /// programs with this identifier.
-    DBusSession(const QDBusConnection &bus, const QString &bundleIdentifier);
+    DBusSession(QDBusConnection bus, const QString &bundleIdentifier);
     ~DBusSession() override;
     DBusSession(const DBusSession &) = delete;
     DBusSession &operator=(const DBusSession &) = delete;

@@ -49,7 +49,7 @@ PressMonitor::PressMonitor(std::shared_ptr<XConnection> connection)
     if (m_connection) {
         if (const auto extension = rawEventsOf(*m_connection)) {
             m_extension = *extension;
-            connect(m_connection.get(), &XConnection::event, this, &PressMonitor::take);
+            connect(m_connection.get(), &XConnection::received, this, &PressMonitor::take);
         } else {
             m_connection = nullptr;
             m_followsFocus = true;

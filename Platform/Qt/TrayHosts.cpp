@@ -25,7 +25,7 @@ TrayHosts::TrayHosts(std::shared_ptr<XConnection> connection)
         const std::uint32_t structure = XCB_EVENT_MASK_STRUCTURE_NOTIFY; // a new tray tells the root window
         xcb_change_window_attributes(m_connection->get(), m_connection->root(), XCB_CW_EVENT_MASK,
                                      &structure);
-        connect(m_connection.get(), &XConnection::event, this, &TrayHosts::take);
+        connect(m_connection.get(), &XConnection::received, this, &TrayHosts::take);
         findTray();
     }
     for (const auto *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {

@@ -81,7 +81,7 @@ void XConnection::catchUp()
 void XConnection::dispatch(NextEvent nextEvent)
 {
     while (const XReply<xcb_generic_event_t> next{nextEvent(m_connection)}) {
-        Q_EMIT event(*next);
+        Q_EMIT received(*next);
     }
     if (xcb_connection_has_error(m_connection) != 0) {
         m_notifier.setEnabled(false); // the server is gone, which the toolkit does not survive

@@ -44,7 +44,7 @@ public:
     void catchUp();
 
 Q_SIGNALS:
-    void event(const xcb_generic_event_t &event);
+    void received(const xcb_generic_event_t &event);
 
 private:
     using NextEvent = xcb_generic_event_t *(*)(xcb_connection_t *);
