@@ -174,6 +174,7 @@ std::optional<SimulatedFault> SimulatedMouse::nextFault(std::initializer_list<Ki
         if (fault.times > 0) {
             --fault.times;
         }
+        ++m_metFaults[fault.kind];
         return fault;
     }
     return std::nullopt;
@@ -198,6 +199,12 @@ void SimulatedMouse::clearFaults()
 {
     const std::lock_guard lock(m_mutex);
     m_faults.clear();
+}
+
+std::map<Kind, int> SimulatedMouse::metFaults() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_metFaults;
 }
 
 bool SimulatedMouse::isAttached() const

@@ -96,6 +96,8 @@ public:
     /// Adds a fault; those added first are looked at first, and a transfer meets at most one.
     void addFault(SimulatedFault fault);
     void clearFaults();
+    /// How many transfers, and attempts to open the mouse, have met a fault of each kind.
+    std::map<SimulatedFault::Kind, int> metFaults() const;
 
     bool isAttached() const;
     /// Counts the attaches: 1 at first, one more at each replug. What was opened in one attach is gone for
@@ -169,6 +171,7 @@ private:
     std::optional<Report> m_lastRequest; ///< as it reached the mouse, heard or not
     std::optional<Exchange> m_exchange;
     std::vector<SimulatedFault> m_faults;
+    std::map<SimulatedFault::Kind, int> m_metFaults;
     std::deque<Transfer> m_transfers;
     std::function<void(bool)> m_attachmentCallback;
     bool m_isAttached = true;
