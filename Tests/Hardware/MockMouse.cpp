@@ -2,8 +2,26 @@
 
 #include <QString>
 
+#include <chrono>
+#include <dlfcn.h>
 #include <filesystem>
 #include <linux/usbdevice_fs.h>
+#include <sys/socket.h>
+#include <thread>
+
+/// The mock of udev sends through this, and gives up when a program that listens has not read the last ten
+/// events yet. The kernel's own queue is longer: wait instead.
+extern "C" ssize_t sendmsg(int fd, const msghdr *message, int flags)
+{
+    using namespace std::chrono;
+    static auto *const send = reinterpret_cast<decltype(&sendmsg)>(::dlsym(RTLD_NEXT, "sendmsg"));
+    ssize_t sent = send(fd, message, flags);
+    for (int tries = 0; sent < 0 && errno == EAGAIN && tries < 5000; ++tries) {
+        std::this_thread::sleep_for(1ms); // a program that listens has events to read
+        sent = send(fd, message, flags);
+    }
+    return sent;
+}
 
 namespace kelmoth {
 
@@ -136,8 +154,13 @@ void MockMouse::attach()
     } else {
         addUSB();
     }
+    tell("add");
+}
+
+void MockMouse::tell(const char *action) const
+{
     for (const auto &syspath : m_devices) {
-        umockdev_testbed_uevent(m_testbed->get(), syspath.c_str(), "add");
+        umockdev_testbed_uevent(m_testbed->get(), syspath.c_str(), action);
     }
 }
 

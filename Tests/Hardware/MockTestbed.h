@@ -8,6 +8,7 @@
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,9 @@ public:
     /// Creates a device node with these contents, open to everyone.
     void addNode(const std::string &node, const std::vector<std::uint8_t> &contents, Handler handler)
     {
+        if (m_removed.erase(node) > 0) {
+            umockdev_testbed_detach_ioctl(get(), node.c_str(), nullptr);
+        }
         const GObjectPtr<UMockdevIoctlBase> ioctls(umockdev_ioctl_base_new());
         const auto handle = [](UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer data) -> gboolean {
             const int result = (*static_cast<Handler *>(data))(client);
@@ -62,8 +66,10 @@ public:
     /// handler.
     void removeNode(const std::string &node)
     {
+        // Its handler stays until the name is used again: a program that is just opening it would be ended by
+        // the mock if it found nobody there.
         if (std::filesystem::remove(path(node))) {
-            umockdev_testbed_detach_ioctl(get(), node.c_str(), nullptr);
+            m_removed.insert(node);
         }
     }
 
@@ -76,6 +82,7 @@ public:
 private:
     const GObjectPtr<UMockdevTestbed> m_testbed{umockdev_testbed_new()};
     const std::string m_root = take(umockdev_testbed_get_root_dir(get()));
+    std::set<std::string> m_removed; ///< nodes that are gone
 };
 
 /// A test on a machine whose devices are mocked.
