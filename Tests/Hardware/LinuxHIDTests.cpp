@@ -4,9 +4,12 @@
 #include "Platform/Linux/ReportDescriptor.h"
 #include "Tests/Hardware/HardwareTest.h"
 
+#include <QEventLoop>
+
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <unistd.h>
 
 namespace kelmoth {
@@ -172,6 +175,31 @@ TEST_F(HotplugTest, MissesNothingBetweenTheListAndTheWatch)
     ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 4 && removed.size() == 4; }, patience));
     EXPECT_EQ(listed[0]->beginExchange(), ENODEV);
     EXPECT_EQ(listed[0]->integerProperty("MaxFeatureReportSize"), std::nullopt) << "too late to ask";
+}
+
+/// A thousand times within ten seconds it is gone and there again.
+TEST_F(HotplugTest, FollowsAStorm)
+{
+    const auto mouse = attachMouse("basilisk-v3");
+    watch();
+    QEventLoop loop;
+    const auto begin = std::chrono::steady_clock::now();
+    const auto storm = std::async(std::launch::async, [&] {
+        for (int attach = 0; attach < 1000; ++attach) {
+            mouse->tell("remove");
+            mouse->tell("add");
+        }
+        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+    });
+    loop.exec();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == removed.size() + 4; }, patience));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    EXPECT_GE(removed.size(), 3996U); // the first may come before the mouse has been listed
+    for (std::size_t interface = 0; interface < 4; ++interface) {
+        const auto &device = attached[attached.size() - 4 + interface];
+        EXPECT_EQ(device->path(), mouse->hidrawNode(interface));
+        EXPECT_EQ(device->probeAccess(), 0);
+    }
 }
 
 TEST_F(HotplugTest, ACallbackMayEndTheManager)

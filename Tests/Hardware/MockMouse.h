@@ -41,6 +41,8 @@ public:
     void detach() { remove(true); }
     /// As `detach`, without a word to the monitors.
     void vanish() { remove(false); }
+    /// Sends an event of each of its devices, whatever has become of them. Any thread.
+    void tell(const char *action) const;
     /// Gives or takes the right to open the nodes, from users who are not root.
     void permit(bool isPermitted);
 
