@@ -8,12 +8,26 @@
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <csignal>
+#include <dlfcn.h>
 #include <fstream>
 #include <random>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+/// Whether the file system has lost the renaming of files. What the toolkit calls is this.
+static bool isRenameLost = false;
+
+extern "C" int rename(const char *from, const char *to) noexcept
+{
+    static auto *const real =
+        reinterpret_cast<int (*)(const char *, const char *)>(::dlsym(RTLD_NEXT, "rename"));
+    errno = EIO;
+    return isRenameLost ? -1 : real(from, to);
+}
 
 namespace kelmoth {
 namespace {
@@ -137,6 +151,21 @@ TEST_F(SettingsUserDefaultsTest, SaysThatItCouldNotSaveAndLeavesTheOldFileWhole)
     defaults.flush();
     EXPECT_THAT(contents(), AllOf(HasSubstr("languageMode=1"), HasSubstr("appearanceMode=2")));
     log->takeLines();
+    isRenameLost = true;
+    expectUnsaved();
+    isRenameLost = false;
+    // A directory that this user may only read.
+    const auto user = ::geteuid();
+    const uid_t nobody = 65534;
+    for (const auto &place : {home.path(), QFileInfo(path).path(), path}) {
+        EXPECT_EQ(::chmod(qUtf8Printable(place), place == path ? 0600 : 0555), 0);
+        EXPECT_EQ(user == 0 ? ::chown(qUtf8Printable(place), nobody, nobody) : 0, 0);
+    }
+    EXPECT_EQ(::seteuid(user == 0 ? nobody : user), 0);
+    expectUnsaved();
+    EXPECT_EQ(::seteuid(user), 0);
+    EXPECT_EQ(::chmod(qUtf8Printable(home.path()), 0755), 0);
+    EXPECT_EQ(::chmod(qUtf8Printable(QFileInfo(path).path()), 0755), 0);
     // A place where no file can be made.
     path += QStringLiteral("/below/a/file.ini");
     expectUnsaved();
