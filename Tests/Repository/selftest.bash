@@ -48,7 +48,7 @@ echo '#include "Core/Device/A.h"' >"$sound/Core/HID/A.cpp"
 for header in Core/Device/A.h Platform/A.h Platform/Linux/A.h Platform/Simulated/A.h CLI/A.h UI/A.h; do
     echo '#include <vector>' >"$sound/$header"
 done
-for check in dependencies words version sources changelog; do
+for check in dependencies words version sources clock changelog; do
     fine "$check" Core/HID/A.cpp '// nothing'
 done
 
@@ -80,6 +80,9 @@ fine version UI/A.h 'constexpr auto address = "17.8.9";'
 fault sources Core/HID/B.cpp '// forgotten'
 fault sources CLI/A.cpp '// a room without a list'
 fine sources Core/HID/A.h '// a header'
+fault clock Core/HID/A.cpp 'auto now = std::chrono::system_clock::now();'
+fault clock CLI/A.h 'auto now = time(nullptr);'
+fine clock UI/A.h 'auto now = std::chrono::steady_clock::now();'
 sed -i s/7.8.9/7.8.8/ "$sound/CHANGELOG.md"
 fault changelog CHANGELOG.md ''
 

@@ -52,6 +52,17 @@ check_sources() {
     return $bad
 }
 
+# The wall clock jumps: nothing may be timed by it.
+check_clock() {
+    local clocks='system_clock|high_resolution_clock|(QDateTime|QTime|QDate)::current|CLOCK_REALTIME|gettimeofday'
+    local found
+    found=$(cd "$1" && project_files_matching . '^(App|CLI|Core|Platform|Program|UI)/.*\.(h|cpp|qml)$' |
+        tr '\n' '\0' | xargs -0 -r grep -nIE -- "\<($clocks|time\((NULL|nullptr|0)\))|Date\.now") || true
+    [[ -z $found ]] && return 0
+    printf '%s\n' "$found"
+    return 1
+}
+
 check_changelog() {
     local version
     version=$(version_of "$1")
@@ -61,9 +72,9 @@ check_changelog() {
 }
 
 case ${1-} in
-words | version | sources | changelog) "check_$1" "${2:-.}" ;;
+words | version | sources | clock | changelog) "check_$1" "${2:-.}" ;;
 *)
-    echo "Usage: tree.bash words|version|sources|changelog [ROOT]" >&2
+    echo "Usage: tree.bash words|version|sources|clock|changelog [ROOT]" >&2
     exit 2
     ;;
 esac
