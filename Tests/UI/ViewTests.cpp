@@ -275,4 +275,37 @@ TEST_F(ViewTest, APageThatWasLeftIsFoundAtItsTopWithNothingOpen)
     EXPECT_EQ(top(), atRest);
 }
 
+/// It has fewer effects, and the tiles of the others go while nothing is drawn.
+TEST_F(ViewTest, AnotherMouseMayComeWhileThePanelIsHidden)
+{
+    show({"basilisk-v3", "basilisk-v3-x-hyperspeed"});
+    panel->selectTab(ContentModel::rgb);
+    mice[0]->unplug();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return find("Breathe", radio); }));
+    (void)view->grabWindow();
+    view->hide();
+    mice[1]->unplug();
+    mice[0]->replug();
+    settle();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    view->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(view.get()));
+    EXPECT_FALSE(view->grabWindow().isNull());
+    EXPECT_TRUE(find("Wave", radio));
+    EXPECT_FALSE(find("Breathe", radio));
+}
+
+TEST_F(ViewTest, ARowMayGoWithItsPickerOpen)
+{
+    show({"basilisk-v3", "basilisk-v3-x-hyperspeed"});
+    panel->selectTab(ContentModel::buttons);
+    press("Bottom Button", button);
+    EXPECT_TRUE(find("Wheel Mode Toggle", radio));
+    mice[0]->unplug();
+    settle();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(find("DPI Button", button));
+    EXPECT_FALSE(find("Bottom Button", button)) << "this mouse has none";
+}
+
 } // namespace kelmoth

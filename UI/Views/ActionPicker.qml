@@ -8,7 +8,11 @@ import Kelmoth.Components
 Column {
     id: root
 
-    required property var row ///< ButtonRow
+    required property int button ///< as in a row of the model
+    required property var model ///< ButtonsTabModel
+    required property int selectedAction
+    required property bool showsKeyInput
+    required property bool showsProfilePicker
 
     bottomPadding: 10
     leftPadding: 6
@@ -21,7 +25,7 @@ Column {
         width: root.width - 12
 
         Repeater {
-            model: root.row.model.actions
+            model: root.model.actions
 
             PressArea {
                 id: action
@@ -37,11 +41,11 @@ Column {
                 focusRadius: 6
                 implicitHeight: 28
                 role: Accessible.RadioButton
-                selected: index === root?.row.selectedAction // which can change while the picker goes
+                selected: index === root?.selectedAction // which can change while the picker goes
                 text: qsTr(label)
-                usable: root?.row.model.isEnabled ?? false
+                usable: root?.model.isEnabled ?? false
 
-                onTriggered: root.row.model.handleActionSelection(root.row.button, index)
+                onTriggered: root.model.handleActionSelection(root.button, index)
 
                 Surface {
                     anchors.fill: parent
@@ -90,19 +94,19 @@ Column {
     }
 
     Repeater {
-        model: root?.row.showsKeyInput ? 1 : 0
+        model: root.showsKeyInput ? 1 : 0
 
         KeyInput {
-            model: root.row.model
+            model: root.model
             width: root.width - 12
         }
     }
 
     Repeater {
-        model: root?.row.showsProfilePicker ? 1 : 0
+        model: root.showsProfilePicker ? 1 : 0
 
         ProfilePicker {
-            model: root.row.model
+            model: root.model
             width: root.width - 12
         }
     }

@@ -145,7 +145,11 @@ Item {
                 model: root.expanded || drawer.height > 0 ? 1 : 0
 
                 ActionPicker {
-                    row: root
+                    button: root.button
+                    model: root.model
+                    selectedAction: root.selectedAction
+                    showsKeyInput: root.showsKeyInput
+                    showsProfilePicker: root.showsProfilePicker
                     width: picker.width
                 }
             }

@@ -6,6 +6,8 @@ import Kelmoth.Components
 GridLayout {
     id: root
 
+    property int tiles: 0
+
     Keys.onDownPressed: FocusGuide.move(root, root.columns)
     Keys.onLeftPressed: FocusGuide.move(root, -1)
     Keys.onRightPressed: FocusGuide.move(root, 1)
@@ -13,4 +15,8 @@ GridLayout {
 
     columnSpacing: 4
     rowSpacing: 4
+
+    // The layout forgets a tile that goes only when it is polished, which is too late for one that is moved before:
+    // it would still ask the tile, which is destroyed by then.
+    onChildrenChanged: if (tiles > (tiles = children.length)) ensurePolished()
 }
