@@ -23,6 +23,7 @@ Platform/Simulated/ Platform/Simulated/ Platform/* Core/Device/ Core/HID/RazerPr
 Tests/              Tests/ App/ CLI/ Program/ UI/ Core/ Platform/
 Fuzz/               Fuzz/ Core/ Platform/
 Bench/              Bench/ App/ UI/ Core/ Platform/
+Soak/               Soak/ Tests/Hardware/ App/ UI/ Core/ Platform/
 '
 
 # Files, and the foreign headers that they must do without: the interfaces show no library, Core knows no

@@ -10,7 +10,6 @@
 #include "Core/HID/DeviceManager.h"
 #include "Core/Services/ToastManager.h"
 #include "Platform/Platform.h"
-#include "Tests/Soak/SoakBounds.h"
 #include "UI/Views/ContentModel.h"
 
 #include <QGuiApplication>
@@ -26,6 +25,8 @@
 #include <random>
 #include <string_view>
 #include <unistd.h>
+
+#include "Soak/SoakBounds.h"
 
 /// The mock of the kernel would lose a socket at each attempt to open a node that has gone.
 extern "C" int open(const char *path, int flags, ...)
@@ -150,7 +151,8 @@ void SoakUser::connectOnce()
         auto *view = qobject_cast<QQuickView *>(window);
         auto *model =
             view && view->rootObject() ? view->rootObject()->property("model").value<QObject *>() : nullptr;
-        if ((m_panel = qobject_cast<ContentModel *>(model))) {
+        m_panel = qobject_cast<ContentModel *>(model);
+        if (m_panel) {
             m_window = view;
             auto &manager = DeviceManager::shared();
             connect(&manager, &DeviceManager::connectedDeviceChanged, this, &SoakUser::followDevice);

@@ -1,4 +1,4 @@
-#include "Tests/Soak/SoakMouse.h"
+#include "Soak/SoakMouse.h"
 
 #include "Core/Device/DeviceDefaults.h"
 #include "Core/HID/RazerProtocol.h"

@@ -3,10 +3,6 @@
 // compared. Prints what it saw; status 1 when something was wrong. Runs under umockdev-wrapper, with a
 // screen, a session bus and a home of its own.
 
-#include "Tests/Soak/SoakBounds.h"
-#include "Tests/Soak/SoakErrands.h"
-#include "Tests/Soak/SoakMouse.h"
-
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QSettings>
@@ -15,6 +11,10 @@
 
 #include <fstream>
 #include <iostream>
+
+#include "Soak/SoakBounds.h"
+#include "Soak/SoakErrands.h"
+#include "Soak/SoakMouse.h"
 
 namespace kelmoth {
 

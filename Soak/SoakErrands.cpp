@@ -1,10 +1,10 @@
-#include "Tests/Soak/SoakErrands.h"
-
-#include "Tests/Soak/SoakBounds.h"
+#include "Soak/SoakErrands.h"
 
 #include <QCoreApplication>
 
 #include <unistd.h>
+
+#include "Soak/SoakBounds.h"
 
 namespace kelmoth {
 
