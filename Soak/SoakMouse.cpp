@@ -265,7 +265,7 @@ std::string SoakMouse::wireOf(const std::string &name) const
     int lines = 0;
     for (auto line = m_wire.rbegin(); line != m_wire.rend() && lines < 40; ++line) {
         if (line->first == name) {
-            text = '\n' + line->second + text;
+            text.insert(0, '\n' + line->second);
             ++lines;
         }
     }

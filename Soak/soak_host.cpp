@@ -84,7 +84,8 @@ void Soak::wrong(const std::string &what)
 {
     ++m_faults;
     std::cout << "  WRONG, round " << m_rounds << ", " << mouse().model().commandLineName << ": " << what
-              << std::endl;
+              << '\n'
+              << std::flush;
 }
 
 void Soak::wait(milliseconds duration)
@@ -390,13 +391,14 @@ void Soak::print(seconds duration)
             wrong("memory grows");
         }
     }
-    std::cout << "  wrong: " << m_faults << std::endl;
+    std::cout << "  wrong: " << m_faults << '\n' << std::flush;
 }
 
 } // namespace
 
 } // namespace kelmoth
 
+// NOLINTNEXTLINE(bugprone-exception-escape): what nobody expects ends the run, and fails it
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
