@@ -76,6 +76,10 @@ class Screen:
         self._root.send_event(message, X.SubstructureRedirectMask | X.SubstructureNotifyMask)
         self._display.sync()
 
+    def has_tray(self):
+        """Whether a system tray takes items in."""
+        return self._display.get_selection_owner(self._display.intern_atom("_NET_SYSTEM_TRAY_S0")) != X.NONE
+
     def item(self):
         """The area of the program's window in a system tray."""
         areas = map(self._area, self._windows())

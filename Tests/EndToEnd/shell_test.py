@@ -31,6 +31,7 @@ class SystemTray:
         self._process = DESKTOP.start(["trayer", "--edge", edge, "--align", "right", "--widthtype", "request",
                                        "--heighttype", "pixel", "--height", "28", "--SetDockType", "true",
                                        "--SetPartialStrut", "true"])
+        wait_for("the tray", SCREEN.has_tray)
         self._area, self._since, self._opened = None, 0, []
         self._listener = Atspi.EventListener.new(lambda event: self._opened.append(event))
         self._listener.register("object:state-changed:showing")
@@ -39,6 +40,7 @@ class SystemTray:
         self._listener.deregister("object:state-changed:showing")
         self._process.terminate()
         self._process.wait()
+        wait_for("the tray to go", lambda: not SCREEN.has_tray())
 
     def item(self):
         """Its area; none while it is not there, or has only just come: trays lay themselves out several times."""
