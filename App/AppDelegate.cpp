@@ -206,6 +206,9 @@ void AppDelegate::openApp()
 
 void AppDelegate::hostDidChange()
 {
+    if (m_statusItem->isHosted().value_or(false)) {
+        m_untilHostIsMissed.stop(); // a tray that goes again soon after is being replaced, not missing
+    }
     if (m_opensOnceHostIsKnown) {
         openApp();
     } else if (const auto frame = m_statusItem->frame()) {

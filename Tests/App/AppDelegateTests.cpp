@@ -286,6 +286,17 @@ TEST_F(AppDelegateTest, IsAWindowWhereNothingShowsTheItem)
     EXPECT_TRUE(QTest::qWaitFor([this] { return screen.isShown; }));
 }
 
+TEST_F(AppDelegateTest, ATrayThatIsReplacedIsNotMissed)
+{
+    screen.hosted.reset();
+    launch();
+    screen.hosted = true;
+    screen.hostChanged();
+    screen.hosted = false;
+    screen.hostChanged();
+    EXPECT_FALSE(QTest::qWaitFor([this] { return screen.isShown; }, 2500));
+}
+
 TEST_F(AppDelegateTest, TheToolTipNamesTheMouseAndItsCharge)
 {
     launch({"basilisk-v3-pro-wired"});
