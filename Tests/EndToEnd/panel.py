@@ -113,6 +113,9 @@ class Panel(Program):
         return wait_for(f"{name!r} to be {state.value_nick}", lambda: (node := self.look(name))
                         and node.get_state_set().contains(state))
 
+    def is_active(self):
+        return any(node.get_state_set().contains(Atspi.StateType.ACTIVE) for node in self)
+
     def reports(self):
         """The requests that the program says it sent: their first sixteen bytes."""
         return [bytes.fromhex(found) for found in re.findall("Report sent: ([0-9A-F ]+)", self.log())]

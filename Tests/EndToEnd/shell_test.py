@@ -262,10 +262,11 @@ class InASystemTray(HostTest, ShellTest):
 
     def test_losing_the_focus_stands_in_for_presses(self):
         self.host = self.open(self.Host())
-        self.start(WAYLAND_DISPLAY="none", QT_QPA_PLATFORM="xcb")
+        program = self.start(WAYLAND_DISPLAY="none", QT_QPA_PLATFORM="xcb")
         wait_for("the item", self.host.item)
         self.toggle()
         self.in_front()
+        wait_for("the program to know it has the focus", program.is_active)  # till then it may ask for it once more
         self.open_window()
         self.hidden()
 
