@@ -23,8 +23,6 @@ template <> struct RawValues<DoctorProblem::Kind> {
 
 namespace {
 
-constexpr std::size_t indent = 2;
-
 /// Whether a node is the one through which a mouse is configured, access aside.
 bool takesCommands(const HIDNodeFact &node)
 {
@@ -88,8 +86,7 @@ std::string renderFacts(const Examination &examination, const Terminal &terminal
     }
     const auto rules =
         examination.rulesFile ? "udev rule: " + *examination.rulesFile : "udev rule: not installed";
-    return terminal.styled("Devices", Style::heading) + '\n' + table.render(terminal, indent) + '\n' +
-           terminal.styled(rules, Style::plain) + "\n\n";
+    return underHeading("Devices", table, terminal) + '\n' + terminal.styled(rules, Style::plain) + "\n\n";
 }
 
 std::string renderProblems(const Examination &examination, const Terminal &terminal)
@@ -100,7 +97,7 @@ std::string renderProblems(const Examination &examination, const Terminal &termi
         text += terminal.styled(problem->what, Style::warning) + '\n';
         // Several nodes often have one remedy in common.
         if (const auto next = problem + 1; next == problems.end() || next->remedy != problem->remedy) {
-            text += std::string(indent, ' ') + terminal.styled(problem->remedy, Style::plain) + '\n';
+            text += "  " + terminal.styled(problem->remedy, Style::plain) + '\n';
         }
     }
     return text.empty() ? text : text + '\n';

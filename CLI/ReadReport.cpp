@@ -11,8 +11,6 @@ namespace kelmoth {
 
 namespace {
 
-constexpr std::size_t indent = 2;
-
 const Table::Cell noAnswer{"no answer", Style::warning};
 
 std::string zoneName(RGBZone zone)
@@ -39,9 +37,8 @@ std::string renderMouse(const MouseSummary &mouse, const DeviceReading &reading,
             {{"Battery"}, mouse.device.batteryLevel ? Table::Cell{batteryText(mouse.device)} : noAnswer});
     }
     table.addRow({{"Lift-off"}, liftOffCell(reading.liftOffLevel)});
-    return terminal.styled(mouse.device.name() + " (" + productIDText(mouse.device.productID) + ")",
-                           Style::heading) +
-           '\n' + table.render(terminal, indent);
+    return underHeading(mouse.device.name() + " (" + productIDText(mouse.device.productID) + ")", table,
+                        terminal);
 }
 
 std::string renderStages(const DeviceState &state, const Terminal &terminal)
@@ -58,7 +55,7 @@ std::string renderStages(const DeviceState &state, const Terminal &terminal)
     if (state.dpiStages.empty()) {
         table.addRow({noAnswer});
     }
-    return terminal.styled("DPI stages", Style::heading) + '\n' + table.render(terminal, indent);
+    return underHeading("DPI stages", table, terminal);
 }
 
 std::string renderLighting(const MouseSummary &mouse, const DeviceState &state, const Terminal &terminal)
@@ -79,7 +76,7 @@ std::string renderLighting(const MouseSummary &mouse, const DeviceState &state, 
                        isColored ? std::optional(setting.color) : std::nullopt},
                       {std::to_string(percent) + " %", Style::plain, true}});
     }
-    return terminal.styled("Lighting", Style::heading) + '\n' + table.render(terminal, indent);
+    return underHeading("Lighting", table, terminal);
 }
 
 std::string renderButtons(const MouseSummary &mouse, const DeviceState &state, const Terminal &terminal)
@@ -91,7 +88,7 @@ std::string renderButtons(const MouseSummary &mouse, const DeviceState &state, c
             {{std::string(label(button))},
              entry == state.buttonMappings.end() ? noAnswer : Table::Cell{actionName(entry->second)}});
     }
-    return terminal.styled("Buttons", Style::heading) + '\n' + table.render(terminal, indent);
+    return underHeading("Buttons", table, terminal);
 }
 
 } // namespace

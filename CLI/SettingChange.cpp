@@ -12,7 +12,6 @@ namespace kelmoth {
 namespace {
 
 constexpr Int mostStages = 5;
-constexpr Int highestProfile = 5;
 
 /// Reads a whole number within a range into `target`.
 template <class Target>

@@ -16,7 +16,6 @@ using Case = ButtonAction::Case;
 using ValueType = ButtonAction::ValueType;
 
 constexpr Int highestDPIChange = 6;
-constexpr Int highestProfile = 5;
 
 std::optional<Data> bytesFromHex(std::string_view text)
 {

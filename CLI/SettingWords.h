@@ -16,6 +16,9 @@ namespace kelmoth {
 /// The lift-off levels, in the order of their numbers.
 inline constexpr std::array<std::string_view, 3> liftOffWords{"low", "medium", "high"};
 
+/// The greatest number of an on-board profile that a user may name.
+inline constexpr Int highestProfile = 5;
+
 /// The words for the cases of a closed set.
 template <class Cases> std::vector<std::string_view> rawWords(const Cases &cases)
 {

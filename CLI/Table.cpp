@@ -56,4 +56,9 @@ std::string Table::render(const Terminal &terminal, std::size_t indent) const
     return text;
 }
 
+std::string underHeading(const std::string &heading, const Table &table, const Terminal &terminal)
+{
+    return terminal.styled(heading, Style::heading) + '\n' + table.render(terminal, 2);
+}
+
 } // namespace kelmoth

@@ -27,4 +27,7 @@ private:
     std::vector<std::vector<Cell>> m_rows;
 };
 
+/// The heading on a line of its own, then the rows, set in under it.
+std::string underHeading(const std::string &heading, const Table &table, const Terminal &terminal);
+
 } // namespace kelmoth
