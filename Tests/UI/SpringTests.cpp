@@ -45,17 +45,17 @@ QEasingCurve easing(const QVariantList &spline)
     return curve;
 }
 
-struct Case {
+struct Motion {
     double response;
     double damping;
 };
 
-void PrintTo(const Case &value, std::ostream *out)
+void PrintTo(const Motion &value, std::ostream *out)
 {
     *out << "response " << value.response << ", damping " << value.damping;
 }
 
-class SpringTest : public testing::TestWithParam<Case> {};
+class SpringTest : public testing::TestWithParam<Motion> {};
 
 TEST_P(SpringTest, AnimatesWithTheMotionOfAMassOnASpring)
 {
@@ -75,8 +75,9 @@ TEST_P(SpringTest, AnimatesWithTheMotionOfAMassOnASpring)
 }
 
 INSTANTIATE_TEST_SUITE_P(UsedInThePanel, SpringTest,
-                         testing::Values(Case{0.2, 0.7}, Case{0.25, 0.8}, Case{0.3, 0.7}, Case{0.4, 0.8},
-                                         Case{0.6, 0.6}, Case{0.3, 0.96}, Case{0.3, 1.0}));
+                         testing::Values(Motion{0.2, 0.7}, Motion{0.25, 0.8}, Motion{0.3, 0.7},
+                                         Motion{0.4, 0.8}, Motion{0.6, 0.6}, Motion{0.3, 0.96},
+                                         Motion{0.3, 1.0}));
 
 TEST(Spring, TakesNonsenseForTheNearestThatMakesSense)
 {

@@ -43,15 +43,6 @@ constexpr std::array batterySymbols{
 constexpr std::string_view orange = "orange";
 constexpr std::string_view secondary = "secondaryLabel";
 
-/// A line of a notice under its title.
-struct Line {
-    std::string_view label; ///< English, a translation key
-    int size = 12;
-    bool isMedium = false;
-    std::string_view colorName = secondary;
-    int gap = 0;
-};
-
 bool isHyperSpeed(const RazerDevice &device)
 {
     const auto model = device.model();
@@ -63,6 +54,15 @@ bool isHyperSpeed(const RazerDevice &device)
 
 /// Why a page cannot be used.
 struct ContentModel::Notice {
+    /// A line under the title.
+    struct Line {
+        std::string_view label; ///< English, a translation key
+        int size = 12;
+        bool isMedium = false;
+        std::string_view colorName = secondary;
+        int gap = 0;
+    };
+
     std::string_view icon;
     std::string_view colorName;
     std::string_view
