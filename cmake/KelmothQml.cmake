@@ -16,8 +16,18 @@ function(kelmoth_qml_module name)
         SOURCES ${ARG_SOURCES}
         QML_FILES ${ARG_QML_FILES})
     target_link_libraries(${name} PUBLIC kelmoth_options Qt6::Qml Qt6::Quick ${ARG_LINKS})
-    # What Qt's own tools write is not held to our warnings.
+    # What Qt's own tools write is not held to our warnings. A file of it for each view is a few lines under many
+    # headers: they are compiled together.
     get_target_property(sources ${name} SOURCES)
     list(FILTER sources INCLUDE REGEX "^${CMAKE_CURRENT_BINARY_DIR}/.*[.]cpp$")
     set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
+    set(views ${sources})
+    list(FILTER views INCLUDE REGEX "_qml[.]cpp$")
+    set_source_files_properties(${views} PROPERTIES HEADER_FILE_ONLY ON)
+    list(TRANSFORM views REPLACE "(.+)" "#include \"\\1\"\n" OUTPUT_VARIABLE includes)
+    string(CONCAT includes ${includes})
+    set(together ${CMAKE_CURRENT_BINARY_DIR}/${name}_qml.cpp)
+    file(CONFIGURE OUTPUT ${together} CONTENT "${includes}" @ONLY)
+    set_source_files_properties(${together} PROPERTIES COMPILE_OPTIONS -w SKIP_AUTOGEN ON OBJECT_DEPENDS "${views}")
+    target_sources(${name} PRIVATE ${together})
 endfunction()

@@ -127,9 +127,9 @@ std::optional<std::string> shortcutString(std::uint8_t modifier, std::uint8_t ke
 std::uint8_t keyToHIDCode(std::string_view name)
 {
     const auto lower = lowercased(name);
-    for (const auto table : {std::span<const Key>(keys), std::span<const Key>(aliases)}) {
-        const auto found = std::ranges::find(table, lower, &Key::name);
-        if (found != table.end()) {
+    for (const auto names : {std::span<const Key>(keys), std::span<const Key>(aliases)}) {
+        const auto found = std::ranges::find(names, lower, &Key::name);
+        if (found != names.end()) {
             return found->usage;
         }
     }

@@ -16,8 +16,8 @@ namespace {
 const auto busService = QStringLiteral("org.freedesktop.DBus");
 const auto busPath = QStringLiteral("/org/freedesktop/DBus");
 
-constexpr int patience = 2000; // milliseconds
-constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
+constexpr int busPatience = 2000; // milliseconds
+constexpr uint doNotQueue = 4;    // DBUS_NAME_FLAG_DO_NOT_QUEUE
 
 QString text(std::string_view utf8)
 {
@@ -75,7 +75,7 @@ std::vector<RunningApplication> DBusSession::runningApplications(std::string_vie
 {
     const QDBusReply<uint> process =
         m_bus.call(busCall(QStringLiteral("GetConnectionUnixProcessID"), {text(bundleIdentifier)}),
-                   QDBus::Block, patience);
+                   QDBus::Block, busPatience);
     if (!process.isValid() || process.value() == 0) {
         return {};
     }
@@ -108,7 +108,7 @@ void DBusSession::post(std::string_view name, std::string_view object)
     signal << text(object);
     m_bus.send(signal);
     // The bus answers in order: once it has, the signal has arrived there, even if this process ends now.
-    m_bus.call(busCall(QStringLiteral("GetId"), {}), QDBus::Block, patience);
+    m_bus.call(busCall(QStringLiteral("GetId"), {}), QDBus::Block, busPatience);
 }
 
 std::string DBusSession::applicationSupportDirectory() const
