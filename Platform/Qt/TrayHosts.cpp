@@ -39,13 +39,14 @@ TrayHosts::TrayHosts(std::shared_ptr<XConnection> connection)
         askNotifierHost();
     } else {
         m_isKnown = true; // nothing is answered without a bus
-        m_wasAny = isAny();
     }
+    m_wasAny = isAny();
 }
 
 std::optional<bool> TrayHosts::isAny() const
 {
-    return m_isKnown ? std::optional(m_hasNotifierHost || m_tray != XCB_NONE) : std::nullopt;
+    const bool isSeen = m_hasNotifierHost || m_tray != XCB_NONE;
+    return isSeen || m_isKnown ? std::optional(isSeen) : std::nullopt;
 }
 
 void TrayHosts::notifierHostChanged()

@@ -21,7 +21,8 @@ public:
     /// `connection` may be absent.
     explicit TrayHosts(std::shared_ptr<XConnection> connection);
 
-    /// Whether there is one; none until the bus, if there is one, has answered: its hosts are preferred.
+    /// Whether there is one. A tray of the X server is seen at once; without it none until the bus, if there
+    /// is one, has answered. Which of both is used where both are the toolkit asks itself.
     std::optional<bool> isAny() const;
 
 Q_SIGNALS:

@@ -287,6 +287,14 @@ class InASystemTray(HostTest, ShellTest):
 class InANotifierHost(HostTest, ShellTest):
     Host = NotifierHost
 
+    def test_is_preferred_to_a_system_tray(self):
+        self.open(SystemTray())
+        self.launch()
+        self.assertEqual(len(self.host.menu()), 5)
+        self.toggle()
+        self.in_front()
+        self.assertIsNone(SCREEN.item())
+
 
 class WithoutAHost(ShellTest):
     def test_the_panel_is_a_window(self):
