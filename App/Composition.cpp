@@ -24,19 +24,28 @@ StatusPicture pictureFor(std::shared_ptr<const DesktopSettings> desktop)
     };
 }
 
+/// The toolkit's own connection, so that the bus greets the program once for all who use it; one that is none
+/// where there is no bus.
+QDBusConnection sessionBus()
+{
+    const auto address = sessionBusAddress();
+    if (address.isEmpty()) {
+        return QDBusConnection(QString());
+    }
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8()); // the toolkit shall look nowhere else
+    return QDBusConnection::sessionBus();
+}
+
+std::shared_ptr<UserSession> sessionOn(const QDBusConnection &bus)
+{
+    return std::make_shared<DBusSession>(bus, QString::fromStdString(resourceMainBundle()->identifier()));
+}
+
 } // namespace
 
 std::shared_ptr<UserSession> joinSession()
 {
-    const auto address = sessionBusAddress();
-    auto bus = QDBusConnection(QString());
-    if (!address.isEmpty()) {
-        // The toolkit's own connection, so that the bus greets the program once for both. It shall look
-        // nowhere else.
-        qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
-        bus = QDBusConnection::sessionBus();
-    }
-    return std::make_shared<DBusSession>(bus, QString::fromStdString(resourceMainBundle()->identifier()));
+    return sessionOn(sessionBus());
 }
 
 std::optional<Composition> compose(const Arguments &arguments, const char *firstArgument,
@@ -50,8 +59,9 @@ std::optional<Composition> compose(const Arguments &arguments, const char *first
     if (arguments.simulate && !simulateMice(*arguments.simulate, platform, failure)) {
         return std::nullopt;
     }
-    platform.session = joinSession(); // before others queue at the bus
-    const auto desktop = std::make_shared<PortalDesktopSettings>(sessionBusAddress());
+    const auto bus = sessionBus();
+    platform.session = sessionOn(bus);
+    const auto desktop = std::make_shared<PortalDesktopSettings>(bus);
     platform.desktopSettings = desktop;
     platform.loginItemService = std::make_shared<AutostartLoginItem>(startedProgramPath(firstArgument),
                                                                      std::move(openLoginItemsSettings));

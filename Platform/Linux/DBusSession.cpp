@@ -3,6 +3,7 @@
 #include <QDBusReply>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <cerrno>
@@ -54,6 +55,18 @@ bool hasTerminated(std::int64_t process)
 }
 
 } // namespace
+
+QString sessionBusAddress()
+{
+    auto named = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (!named.isEmpty()) {
+        return named;
+    }
+    const auto directory = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    const auto socket = directory + QStringLiteral("/bus");
+    return !directory.isEmpty() && QFileInfo::exists(socket) ? QStringLiteral("unix:path=") + socket
+                                                             : QString();
+}
 
 DBusSession::DBusSession(QDBusConnection bus, const QString &bundleIdentifier)
     : m_bundleIdentifier(bundleIdentifier), m_bus(std::move(bus))

@@ -50,4 +50,8 @@ private Q_SLOTS:
     void end();
 };
 
+/// The address of this session's bus, in D-Bus's own notation; empty when the session has none. None is
+/// started.
+QString sessionBusAddress();
+
 } // namespace kelmoth

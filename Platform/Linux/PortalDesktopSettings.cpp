@@ -3,13 +3,11 @@
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
-#include <QFileInfo>
 #include <QStringList>
-#include <QUuid>
-#include <QtConcurrent>
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace kelmoth {
 
@@ -87,18 +85,6 @@ std::optional<std::uint32_t> color(const QVariant &value)
 
 } // namespace
 
-QString sessionBusAddress()
-{
-    auto named = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!named.isEmpty()) {
-        return named;
-    }
-    const auto directory = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const auto socket = directory + QStringLiteral("/bus");
-    return !directory.isEmpty() && QFileInfo::exists(socket) ? QStringLiteral("unix:path=") + socket
-                                                             : QString();
-}
-
 void PortalDesktopSettings::Taste::applyAppearance(const QString &key, const QVariant &value)
 {
     if (key == QStringLiteral("color-scheme")) {
@@ -157,42 +143,25 @@ PortalDesktopSettings::Taste PortalDesktopSettings::tasteFrom(const QDBusMessage
     return taste;
 }
 
-PortalDesktopSettings::PortalDesktopSettings(const QString &busAddress)
-    : m_connectionName(QStringLiteral("com.kelmoth.desktop-settings.") +
-                       QUuid::createUuid().toString(QUuid::WithoutBraces))
+PortalDesktopSettings::PortalDesktopSettings(QDBusConnection bus) : m_bus(std::move(bus))
 {
-    if (busAddress.isEmpty()) {
-        return;
+    if (m_bus.isConnected()) {
+        // What is made at the start, the status item first of all, shall not queue behind it at the bus.
+        QMetaObject::invokeMethod(this, &PortalDesktopSettings::listen, Qt::QueuedConnection);
     }
-    // A bus greets its clients, and may take its time.
-    connect(&m_connecting, &QFutureWatcher<QDBusConnection>::finished, this,
-            [this] { listen(m_connecting.result()); });
-    m_connecting.setFuture(QtConcurrent::run(
-        [busAddress, name = m_connectionName] { return QDBusConnection::connectToBus(busAddress, name); }));
 }
 
-PortalDesktopSettings::~PortalDesktopSettings()
+void PortalDesktopSettings::listen()
 {
-    m_reading.reset();
-    m_bus.reset();
-    QDBusConnection::disconnectFromBus(m_connectionName);
-}
-
-void PortalDesktopSettings::listen(const QDBusConnection &bus)
-{
-    if (!bus.isConnected()) {
-        return;
-    }
-    m_bus = bus;
     // Without a sender's name, which would have to be looked up and waited for: a signal that somebody else
     // sends makes the portal be asked, no more.
     for (const auto &settingsNamespace : {appearance, gnomeInterface, gnomeAccessibility, plasma}) {
-        m_bus->connect(QString(), portalPath, settingsInterface, QStringLiteral("SettingChanged"),
-                       {settingsNamespace}, QString(), this, SLOT(read()));
+        m_bus.connect(QString(), portalPath, settingsInterface, QStringLiteral("SettingChanged"),
+                      {settingsNamespace}, QString(), this, SLOT(read()));
     }
-    m_bus->connect(QString(), QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
-                   QStringLiteral("NameOwnerChanged"), {portalService}, QString(), this,
-                   SLOT(ownerChanged(QString, QString, QString)));
+    m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
+                  QStringLiteral("NameOwnerChanged"), {portalService}, QString(), this,
+                  SLOT(ownerChanged(QString, QString, QString)));
     read();
 }
 
@@ -214,7 +183,7 @@ void PortalDesktopSettings::read()
     auto call = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface,
                                                QStringLiteral("ReadAll"));
     call << QStringList{appearance, gnomeInterface, gnomeAccessibility, plasma};
-    m_reading = std::make_unique<QDBusPendingCallWatcher>(m_bus->asyncCall(call));
+    m_reading = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
     connect(m_reading.get(), &QDBusPendingCallWatcher::finished, this, [this] {
         const auto reply = m_reading->reply();
         m_reading.release()->deleteLater(); // it is still telling us

@@ -4,7 +4,6 @@
 
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
-#include <QFutureWatcher>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -21,9 +20,10 @@ class PortalDesktopSettings : public QObject, public DesktopSettings {
     Q_OBJECT
 
 public:
-    /// `busAddress` is that of the session bus, in D-Bus's own notation; empty where there is none.
-    explicit PortalDesktopSettings(const QString &busAddress);
-    ~PortalDesktopSettings() override;
+    /// `bus` is the session bus, or a connection that is none where there is no bus. The portal is asked once
+    /// the event loop runs.
+    explicit PortalDesktopSettings(QDBusConnection bus);
+    ~PortalDesktopSettings() override = default;
     PortalDesktopSettings(const PortalDesktopSettings &) = delete;
     PortalDesktopSettings &operator=(const PortalDesktopSettings &) = delete;
 
@@ -50,12 +50,10 @@ private:
 
     static Taste tasteFrom(const QDBusMessage &reply);
 
-    void listen(const QDBusConnection &bus);
+    void listen();
     void take(const QDBusMessage &reply);
 
-    const QString m_connectionName;
-    QFutureWatcher<QDBusConnection> m_connecting;
-    std::optional<QDBusConnection> m_bus; ///< none while it is not known whether there is one
+    QDBusConnection m_bus;
     std::unique_ptr<QDBusPendingCallWatcher> m_reading;
     bool m_isStale = false; ///< something changed since the portal was asked
     Taste m_taste;
@@ -65,8 +63,5 @@ private Q_SLOTS:
     void read();
     void ownerChanged(const QString &name, const QString &before, const QString &now);
 };
-
-/// The address of this session's bus; empty when the session has none. None is started.
-QString sessionBusAddress();
 
 } // namespace kelmoth

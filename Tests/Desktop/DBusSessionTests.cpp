@@ -111,6 +111,19 @@ TEST_F(DBusSessionTest, TellsOfItsEndAndDoesWithoutABus)
     EXPECT_TRUE(session.runningApplications(about).empty());
 }
 
+TEST(SessionBusAddress, IsNamedOrLiesInTheRuntimeDirectory)
+{
+    const QTemporaryDir runtime;
+    ASSERT_TRUE(qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8()));
+    ASSERT_TRUE(qputenv("DBUS_SESSION_BUS_ADDRESS", ""));
+    EXPECT_EQ(sessionBusAddress(), QString());
+    QFile socket(runtime.filePath(QStringLiteral("bus")));
+    ASSERT_TRUE(socket.open(QIODevice::WriteOnly));
+    EXPECT_EQ(sessionBusAddress(), QStringLiteral("unix:path=") + socket.fileName());
+    ASSERT_TRUE(qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/elsewhere"));
+    EXPECT_EQ(sessionBusAddress(), QStringLiteral("unix:path=/elsewhere"));
+}
+
 TEST(RunningProcessTest, EndsAsAskedOrIsGivenUp)
 {
     const auto start = [](const QString &script) {

@@ -132,7 +132,7 @@ TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
         SCOPED_TRACE(row.what);
         portal.answer = row.told;
         portal.calls = 0;
-        PortalDesktopSettings settings(bus.address());
+        PortalDesktopSettings settings(bus.connect());
         int changes = 0;
         settings.setChangeHandler([&changes] { ++changes; });
         // A second round: the answer to the first has been taken by then.
@@ -154,7 +154,7 @@ TEST_F(PortalDesktopSettingsTest, FollowsAPortalThatComesChangesAndGoes)
 {
     const auto dark = one(appearance, "color-scheme", 1U);
     const auto light = one(appearance, "color-scheme", 2U);
-    PortalDesktopSettings settings(bus.address());
+    PortalDesktopSettings settings(bus.connect());
     int changes = 0;
     settings.setChangeHandler([&changes] { ++changes; });
     EXPECT_EQ(settings.colorScheme(), ColorScheme::noPreference);
@@ -181,7 +181,7 @@ TEST_F(PortalDesktopSettingsTest, AsksOnceMoreHoweverManyChangesAreTold)
 {
     portal.appear();
     portal.answer.reset();
-    PortalDesktopSettings settings(bus.address());
+    PortalDesktopSettings settings(bus.connect());
     bool isChanged = false;
     settings.setChangeHandler([&isChanged] { isChanged = true; });
     ASSERT_TRUE(QTest::qWaitFor([&] { return portal.calls == 1; }));
@@ -197,13 +197,9 @@ TEST_F(PortalDesktopSettingsTest, AsksOnceMoreHoweverManyChangesAreTold)
 
 TEST(PortalWithoutABus, SaysNothing)
 {
-    for (const auto *address : {"", "unix:path=/nowhere/at/all", "no address"}) {
-        const PortalDesktopSettings settings(QString::fromLatin1(address));
-        EXPECT_EQ(settings.colorScheme(), ColorScheme::noPreference);
-    }
-    EXPECT_TRUE(qputenv("DBUS_SESSION_BUS_ADDRESS", ""));
-    EXPECT_TRUE(qputenv("XDG_RUNTIME_DIR", "/nowhere"));
-    EXPECT_EQ(sessionBusAddress(), QString());
+    const PortalDesktopSettings settings{QDBusConnection(QString())};
+    QCoreApplication::processEvents();
+    EXPECT_EQ(settings.colorScheme(), ColorScheme::noPreference);
 }
 
 } // namespace
