@@ -13,12 +13,16 @@ namespace kelmoth {
 
 namespace {
 
-/// Puts the text in place of the file as a whole. None when it is there, else why not.
-std::optional<std::string> replaceFile(const std::string &path, const std::string &text)
+/// Puts the text in place of the file as a whole; without one only tries whether that can be done. None when
+/// it can, else why not.
+std::optional<std::string> replaceFile(const std::string &path, const std::optional<std::string> &text)
 {
     QSaveFile file(QFile::decodeName(path.c_str()));
     if (file.open(QIODevice::WriteOnly)) {
-        file.write(text.data(), static_cast<qint64>(text.size()));
+        if (!text) {
+            return std::nullopt;
+        }
+        file.write(text->data(), static_cast<qint64>(text->size()));
         if (file.commit()) {
             return std::nullopt;
         }
@@ -50,6 +54,12 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
         output.complain(none->message);
         co_return none->status;
     }
+    const bool isStandardOutput = m_file == "-";
+    // Not after a second of reading.
+    if (const auto obstacle = isStandardOutput ? std::nullopt : replaceFile(m_file, std::nullopt)) {
+        output.complain(*obstacle);
+        co_return ExitStatus::failed;
+    }
     const RazerDevice device = std::get<MouseSummary>(choice).device;
     const auto failure = co_await readFully(session, device);
     if (failure) {
@@ -63,7 +73,7 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
         co_return ExitStatus::failed;
     }
     const auto text = encode(manager.deviceState()) + '\n';
-    if (m_file == "-") {
+    if (isStandardOutput) {
         output.print(text);
         co_return ExitStatus::done;
     }

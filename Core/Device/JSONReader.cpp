@@ -91,7 +91,10 @@ public:
     }
     bool parse_error(std::size_t, const std::string &, const json::exception &error) override
     {
-        throw DecodingError(error.what());
+        const std::string_view message =
+            error.what(); // "[json.exception.parse_error.101] parse error at line …"
+        const auto name = message.find("] ");
+        throw DecodingError(std::string(message.substr(name == std::string_view::npos ? 0 : name + 2)));
     }
 
 private:

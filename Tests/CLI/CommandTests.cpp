@@ -330,10 +330,12 @@ TEST_F(ChangeTest, NothingComesOfAnUnusableFile)
         EXPECT_EQ(run("import " + name).status, ExitStatus::usage);
         EXPECT_THAT(run("import " + name).complaints, HasSubstr(complaint));
     }
-    EXPECT_THAT(mouse.takeTransfers(), IsEmpty());
+    write("{\n}}");
+    EXPECT_THAT(run("import " + path).complaints, HasSubstr(path + ": parse error at line 2, column 2: "));
 
     write("older");
     EXPECT_THAT(run("export /nonexistent/file").complaints, HasSubstr("No such file"));
+    EXPECT_THAT(mouse.takeTransfers(), IsEmpty());
     mouse.addFault({Kind::rejected, 0x04});
     EXPECT_THAT(run("export " + path).complaints, HasSubstr("did not answer for DPI stages: nothing was"));
     EXPECT_EQ(contents(), "older");
