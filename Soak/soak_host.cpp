@@ -14,6 +14,7 @@
 
 #include "Soak/SoakBounds.h"
 #include "Soak/SoakErrands.h"
+#include "Soak/SoakFigures.h"
 #include "Soak/SoakMouse.h"
 
 namespace kelmoth {
@@ -22,7 +23,6 @@ namespace {
 
 using namespace std::chrono;
 using JSON = nlohmann::ordered_json;
-using Kind = SimulatedFault::Kind;
 
 class Soak {
 public:
@@ -41,8 +41,6 @@ private:
     void collectErrands();
     void wait(milliseconds duration);
     void wrong(const std::string &what);
-    void readMemory();
-    void print(seconds duration);
 
     int upTo(int last) { return std::uniform_int_distribution(0, last)(m_random); }
     SoakMouse &mouse() { return *m_mice.at(m_first); }
@@ -57,15 +55,7 @@ private:
     bool m_hasChangesBeside = false; ///< kelmothctl may change settings in this storm, unseen by the panel
     std::set<std::string> m_changedBeside;
     JSON m_last;
-    int m_rounds = 0;
-    int m_storms = 0;
-    int m_attaches = 0;
-    int m_openings = 0;
-    int m_compared = 0;
-    int m_excused = 0;
-    int m_disagreements = 0;
-    int m_faults = 0;                            ///< of the program: whatever is wrong, disagreements too
-    std::vector<std::pair<long, long>> m_memory; ///< RSS and PSS of the panel in KB, after each round
+    SoakFigures m_figures;
 };
 
 Soak::Soak(const std::shared_ptr<MockTestbed> &testbed, unsigned seed) : m_random(seed)
@@ -82,9 +72,9 @@ Soak::Soak(const std::shared_ptr<MockTestbed> &testbed, unsigned seed) : m_rando
 
 void Soak::wrong(const std::string &what)
 {
-    ++m_faults;
-    std::cout << "  WRONG, round " << m_rounds << ", " << mouse().model().commandLineName << ": " << what
-              << '\n'
+    ++m_figures.faults;
+    std::cout << "  WRONG, round " << m_figures.rounds << ", " << mouse().model().commandLineName << ": "
+              << what << '\n'
               << std::flush;
 }
 
@@ -99,7 +89,7 @@ int Soak::run(seconds duration)
 {
     const auto end = soakTime() + duration;
     while (soakTime() < end && m_panel.state() == QProcess::Running) {
-        ++m_rounds;
+        ++m_figures.rounds;
         for (const auto &each : m_mice) {
             each->forget();
         }
@@ -129,8 +119,11 @@ int Soak::run(seconds duration)
             wrong(line);
         }
     }
-    print(duration);
-    return m_faults == 0 ? 0 : 1;
+    if (m_figures.memoryGrows()) {
+        wrong("memory grows");
+    }
+    m_figures.print(duration, m_mice, m_errands, m_last);
+    return m_figures.faults == 0 ? 0 : 1;
 }
 
 void Soak::storm(milliseconds duration)
@@ -167,7 +160,7 @@ void Soak::stir()
         m_errands.send((upTo(3) == 0 ? other() : mouse()).device(), m_hasChangesBeside, m_changedBeside);
     }
     if (upTo(25) == 0) { // opens the panel of the copy that runs
-        ++m_openings;
+        ++m_figures.openings;
         auto *copy = new QProcess;
         QObject::connect(copy, &QProcess::finished, copy, &QObject::deleteLater);
         copy->start(soakProgram("kelmoth"), {});
@@ -181,7 +174,7 @@ void Soak::plug()
     if (each.isAttached()) {
         each.detach();
     } else {
-        ++m_attaches;
+        ++m_figures.attaches;
         each.attach(&each == &mouse() ? 1 : 4);
     }
 }
@@ -198,7 +191,7 @@ void Soak::collectErrands()
 bool Soak::runRound()
 {
     for (int storms = 0; storms < 4; ++storms) {
-        ++m_storms;
+        ++m_figures.storms;
         storm(milliseconds(1500 + upTo(3000)));
         calm();
         if (!compareAtRest(false)) {
@@ -213,7 +206,7 @@ bool Soak::runRound()
         return false;
     }
     compareWithCommandLine();
-    readMemory();
+    m_figures.readMemory(m_panel.processId());
     mouse().detach();
     return true;
 }
@@ -287,11 +280,11 @@ bool Soak::compareAtRest(bool isReadAnew)
     }
     const int all = commandsOfFullRead(mouse().device()) -
                     static_cast<int>(mouse().device().capabilities().rgbZones.size());
-    m_compared += all - static_cast<int>(excused.size());
-    m_excused += static_cast<int>(excused.size());
+    m_figures.compared += all - static_cast<int>(excused.size());
+    m_figures.excused += static_cast<int>(excused.size());
     std::erase_if(names, [&](const auto &name) { return excused.contains(name); });
     if (!names.empty()) {
-        m_disagreements += static_cast<int>(names.size());
+        m_figures.disagreements += static_cast<int>(names.size());
         wrong("the panel shows, and the mouse holds not, " + joined(names) +
               (isReadAnew ? " (read anew)" : "") + "; " + m_last["state"].dump() +
               mouse().wireOf(*names.begin()));
@@ -299,7 +292,7 @@ bool Soak::compareAtRest(bool isReadAnew)
     const auto &battery = m_last["batteryLevel"];
     if (isReadAnew && !mouse().isBattery(battery.is_null() ? std::nullopt : std::optional(battery.get<Int>()),
                                          m_last["isCharging"])) {
-        ++m_disagreements;
+        ++m_figures.disagreements;
         wrong("the battery is shown at " + battery.dump());
     }
     const QSettings saved(qEnvironmentVariable("XDG_CONFIG_HOME") +
@@ -308,7 +301,7 @@ bool Soak::compareAtRest(bool isReadAnew)
     const auto key = QStringLiteral("com.kelmoth.deviceState.%1").arg(mouse().device().productID);
     const auto record = decodeDeviceState(saved.value(key).toString().toStdString());
     if (isReadAnew && record != state) {
-        ++m_disagreements;
+        ++m_figures.disagreements;
         wrong("the saved record is not what is published");
     }
     return true;
@@ -327,71 +320,9 @@ void Soak::compareWithCommandLine()
             ? mouse().differences(*state, read["liftOffLevel"].get<Int>())
             : std::set<std::string>{"anything: " + process.readAllStandardError().toStdString()};
     if (process.exitCode() != 0 || !names.empty()) {
-        m_disagreements += static_cast<int>(names.size());
+        m_figures.disagreements += static_cast<int>(names.size());
         wrong("kelmothctl does not read as the mouse holds: " + joined(names));
     }
-}
-
-void Soak::readMemory()
-{
-    std::ifstream rollup("/proc/" + std::to_string(m_panel.processId()) + "/smaps_rollup");
-    std::pair<long, long> memory;
-    for (std::string word; rollup >> word;) {
-        if (word == "Rss:") {
-            rollup >> memory.first;
-        } else if (word == "Pss:") {
-            rollup >> memory.second;
-        }
-    }
-    m_memory.push_back(memory);
-}
-
-void Soak::print(seconds duration)
-{
-    constexpr std::array kinds{std::pair{Kind::noAnswer, "no answer"},
-                               std::pair{Kind::notReady, "late answer"},
-                               std::pair{Kind::rejected, "rejected"},
-                               std::pair{Kind::otherCommand, "answer to another command"},
-                               std::pair{Kind::failedTransfer, "failed transfer"},
-                               std::pair{Kind::shortRead, "short answer"},
-                               std::pair{Kind::unplug, "pulled out in a transfer"}};
-    std::map<Kind, int> met;
-    int requests = 0;
-    for (const auto &each : m_mice) {
-        requests += each->requests();
-        for (const auto &[kind, times] : each->metFaults()) {
-            met[kind] += times;
-        }
-    }
-    const auto number = [this](const char *name) { return m_last.value(name, 0); };
-    std::cout << duration.count() << " s, " << m_storms << " storms with quiet after each, " << m_rounds
-              << " times everything read anew\n"
-              << "  operations: " << number("begun") << " changes in the panel (" << number("taken")
-              << " taken), " << m_openings << " openings of it; kelmothctl:";
-    for (const auto &[status, times] : m_errands.exits()) {
-        std::cout << ' ' << times << " with status " << status;
-    }
-    std::cout << "\n  on the wire: " << requests << " requests; " << m_attaches
-              << " times plugged in within a storm\n"
-              << "  faults met:";
-    for (const auto &[kind, name] : kinds) {
-        std::cout << ' ' << met[kind] << ' ' << name << (kind == Kind::unplug ? "\n" : ",");
-    }
-    std::cout << "  compared: " << m_compared << " settings (" << m_excused
-              << " whose state nobody can know left out), " << m_disagreements << " disagreements\n"
-              << "  slowest operation of the panel: " << number("slowest")
-              << " ms; longest stall of its main thread: " << number("stall") << " ms\n";
-    // The first rounds build what is built once.
-    if (!m_memory.empty()) {
-        const auto &warm = m_memory.at(std::min<std::size_t>(2, m_memory.size() - 1));
-        const auto &[rss, pss] = m_memory.back();
-        std::cout << "  memory of the panel: RSS " << warm.first << " KB after three rounds, " << rss
-                  << " KB at the end; PSS " << warm.second << " and " << pss << " KB\n";
-        if (rss > warm.first + warm.first / 10) {
-            wrong("memory grows");
-        }
-    }
-    std::cout << "  wrong: " << m_faults << '\n' << std::flush;
 }
 
 } // namespace

@@ -22,11 +22,11 @@
 #include <cstdio>
 #include <dlfcn.h>
 #include <iostream>
-#include <random>
 #include <string_view>
 #include <unistd.h>
 
 #include "Soak/SoakBounds.h"
+#include "Soak/SoakGestures.h"
 
 /// The mock of the kernel would lose a socket at each attempt to open a node that has gone.
 extern "C" int open(const char *path, int flags, ...)
@@ -71,25 +71,20 @@ private:
     void step();
     void report();
     void connectOnce();
-    void beginOperation(const TabModel &page, const char *what, int commands);
+    void beginOperation(const SoakGestures::Gesture &gesture);
     void endOperation();
     void followDevice();
     void followReading();
-    void useDPI();
-    void useLight();
-    void useButtons();
-    void useSettings();
     void turnPages();
 
-    int upTo(int last) { return std::uniform_int_distribution(0, std::max(last, 0))(m_random); }
-    double fraction() { return std::uniform_real_distribution(0.0, 1.0)(m_random); }
+    int upTo(int last) { return m_gestures.upTo(last); }
     milliseconds bound(int commands) const;
     void hold(const char *what, milliseconds since, milliseconds longest);
 
     QSocketNotifier m_input{0, QSocketNotifier::Read};
     QTimer m_timer;
     QTimer m_pulse;
-    std::mt19937 m_random;
+    SoakGestures m_gestures;
     QPointer<QQuickView> m_window;
     ContentModel *m_panel = nullptr;
     bool m_isRunning = false;
@@ -133,7 +128,7 @@ void SoakUser::obey()
     if (word == "run") {
         unsigned seed = 0;
         std::cin >> seed;
-        m_random.seed(seed);
+        m_gestures.seed(seed);
         m_isRunning = true;
         m_quietTurns = -1;
     } else if (word == "state" || word == "new") {
@@ -225,14 +220,14 @@ void SoakUser::hold(const char *what, milliseconds since, milliseconds longest)
     }
 }
 
-void SoakUser::beginOperation(const TabModel &page, const char *what, int commands)
+void SoakUser::beginOperation(const SoakGestures::Gesture &gesture)
 {
     const auto &device = DeviceManager::shared().connectedDevice();
-    if (!page.isApplying() || !device) {
+    if (!gesture.page->isApplying() || !device) {
         return; // the control did nothing
     }
     ++m_begun;
-    m_operation = {&page, device->id, what, false, sinceStart(), bound(commands)};
+    m_operation = {gesture.page, device->id, gesture.what, false, sinceStart(), bound(gesture.commands)};
 }
 
 void SoakUser::endOperation()
@@ -270,111 +265,15 @@ void SoakUser::step()
         turnPages();
         return;
     }
-    const std::array use{&SoakUser::useDPI, &SoakUser::useLight, &SoakUser::useButtons,
-                         &SoakUser::useSettings};
-    (this->*use.at(static_cast<std::size_t>(m_panel->selectedTab())))();
+    if (const auto gesture = m_gestures.use(*m_panel)) {
+        beginOperation(*gesture);
+    }
 }
 
 void SoakUser::turnPages()
 {
-    switch (upTo(9)) {
-    case 0:
-        m_panel->openAbout();
-        break;
-    case 1:
-        m_panel->dismiss();
-        break;
-    case 2:
-        m_window->hide();
-        break;
-    default:
+    if (m_gestures.turnPages(*m_panel, *m_window)) {
         m_operation.reset(); // it goes on, but its page no longer tells of its end
-        m_panel->selectTab(upTo(3));
-    }
-}
-
-void SoakUser::useDPI()
-{
-    auto &page = *m_panel->dpiTab();
-    if (!page.isEnabled()) {
-        return;
-    }
-    switch (upTo(2)) {
-    case 0:
-        page.pickStage(upTo(page.stages()->count() - 1));
-        break;
-    case 1:
-        page.startEditing();
-        page.moveSlider(fraction() * page.maxDPI());
-        page.moveSlider(fraction() * page.maxDPI());
-        page.endEditing();
-        break;
-    default:
-        page.pickPreset(page.presets()->value(upTo(page.presets()->count() - 1), "value").toInt());
-    }
-    beginOperation(page, "DPI stages", 1);
-}
-
-void SoakUser::useLight()
-{
-    auto &page = *m_panel->rgbTab();
-    if (!page.isEnabled()) {
-        return;
-    }
-    switch (upTo(4)) {
-    case 0:
-        page.pickZone(upTo(static_cast<int>(page.zoneTitles().size()) - 1));
-        break;
-    case 1:
-        page.pickEffect(upTo(page.effects()->count() - 1));
-        break;
-    case 2:
-        page.pickPreset(upTo(page.presets()->count() - 1));
-        break;
-    case 3:
-        page.dragHue(fraction());
-        page.dragHue(fraction());
-        page.endHueDrag();
-        break;
-    default:
-        page.dragBrightness(fraction());
-        page.endBrightnessDrag();
-    }
-    beginOperation(page, "lighting", 3);
-}
-
-void SoakUser::useButtons()
-{
-    auto &page = *m_panel->buttonsTab();
-    if (!page.isEnabled() || page.buttons()->count() == 0) {
-        return;
-    }
-    const int row = upTo(page.buttons()->count() - 1);
-    const int number = page.buttons()->value(row, "button").toInt();
-    page.toggleButton(number);
-    page.handleActionSelection(number, upTo(page.actions()->count() - 1));
-    if (page.buttons()->value(row, "showsKeyInput").toBool()) {
-        page.toggleModifier(upTo(3));
-        const auto keys = page.pickerKeys();
-        page.commitPickedKey(keys.at(upTo(static_cast<int>(keys.size()) - 1)));
-    } else if (page.buttons()->value(row, "showsProfilePicker").toBool()) {
-        page.pickProfile(1 + upTo(4));
-    }
-    beginOperation(page, "button", 3);
-}
-
-void SoakUser::useSettings()
-{
-    auto &page = *m_panel->settingsTab();
-    const auto any = [this](RowsModel &rows) { return rows.value(upTo(rows.count() - 1), "value").toInt(); };
-    const int choice = upTo(9);
-    if (choice == 0) {
-        page.pickAppearance(any(*page.appearanceChoices()));
-    } else if (choice == 1) {
-        page.pickLanguage(any(*page.languageChoices()));
-    } else if (page.liftOffEnabled()) {
-        page.pickLiftOff(any(*page.liftOffChoices()));
-        beginOperation(page, "lift-off distance", 3);
     }
 }
 
