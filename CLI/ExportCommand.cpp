@@ -13,21 +13,29 @@ namespace kelmoth {
 
 namespace {
 
-/// Puts the text in place of the file as a whole; without one only tries whether that can be done. None when
-/// it can, else why not.
-std::optional<std::string> replaceFile(const std::string &path, const std::optional<std::string> &text)
+std::string obstacle(const QSaveFile &file, const std::string &path)
+{
+    return path + ": " + file.errorString().toStdString();
+}
+
+/// Why the file could not be replaced; none when it could.
+std::optional<std::string> obstacleTo(const std::string &path)
+{
+    QSaveFile file(QFile::decodeName(path.c_str()));
+    return file.open(QIODevice::WriteOnly) ? std::nullopt : std::optional(obstacle(file, path));
+}
+
+/// Puts the text in place of the file as a whole. None when it is there, else why not.
+std::optional<std::string> replaceFile(const std::string &path, const std::string &text)
 {
     QSaveFile file(QFile::decodeName(path.c_str()));
     if (file.open(QIODevice::WriteOnly)) {
-        if (!text) {
-            return std::nullopt;
-        }
-        file.write(text->data(), static_cast<qint64>(text->size()));
+        file.write(text.data(), static_cast<qint64>(text.size()));
         if (file.commit()) {
             return std::nullopt;
         }
     }
-    return path + ": " + file.errorString().toStdString();
+    return obstacle(file, path);
 }
 
 } // namespace
@@ -56,8 +64,8 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
     }
     const bool isStandardOutput = m_file == "-";
     // Not after a second of reading.
-    if (const auto obstacle = isStandardOutput ? std::nullopt : replaceFile(m_file, std::nullopt)) {
-        output.complain(*obstacle);
+    if (const auto why = isStandardOutput ? std::nullopt : obstacleTo(m_file)) {
+        output.complain(*why);
         co_return ExitStatus::failed;
     }
     const RazerDevice device = std::get<MouseSummary>(choice).device;
@@ -77,8 +85,8 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
         output.print(text);
         co_return ExitStatus::done;
     }
-    if (const auto obstacle = replaceFile(m_file, text)) {
-        output.complain(*obstacle);
+    if (const auto why = replaceFile(m_file, text)) {
+        output.complain(*why);
         co_return ExitStatus::failed;
     }
     co_return ExitStatus::done;

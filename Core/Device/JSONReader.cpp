@@ -91,8 +91,8 @@ public:
     }
     bool parse_error(std::size_t, const std::string &, const json::exception &error) override
     {
-        const std::string_view message =
-            error.what(); // "[json.exception.parse_error.101] parse error at line …"
+        // "[json.exception.parse_error.101] parse error at line …"
+        const std::string_view message = error.what();
         const auto name = message.find("] ");
         throw DecodingError(std::string(message.substr(name == std::string_view::npos ? 0 : name + 2)));
     }
