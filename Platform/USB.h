@@ -44,8 +44,9 @@ public:
     /// Gives back what `open` took. Also called after an `open` that failed.
     virtual void close() = 0;
 
-    /// Performs one control transfer. 0 on success, else errno; a transfer cut short is EIO. Blocks as long
-    /// as the device takes, at most some seconds.
+    /// Performs one control transfer. 0 on success, else errno; a request of which less was sent than was
+    /// given is EIO. An answer may be shorter than `data`, whose other bytes then stay as they are; it never
+    /// exceeds it. Blocks as long as the device takes, at most some seconds.
     virtual int deviceRequest(const USBControlRequest &request) = 0;
 };
 

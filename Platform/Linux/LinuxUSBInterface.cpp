@@ -20,11 +20,7 @@ int requestThrough(Hidraw &node, const USBControlRequest &request)
         return node.setFeatureReport(request.data);
     }
     if (is(typeIn, getReport)) {
-        const auto read = node.getFeatureReport(request.data);
-        if (read.status != 0) {
-            return read.status;
-        }
-        return read.length == request.data.size() ? 0 : EIO;
+        return node.getFeatureReport(request.data).status;
     }
     return ENOTSUP;
 }

@@ -117,7 +117,8 @@ int UsbfsInterface::controlTransfer(const USBControlRequest &request)
     if (moved < 0) {
         return systemError(moved);
     }
-    return moved == length ? 0 : EIO;
+    const bool isRead = (request.bmRequestType & LIBUSB_ENDPOINT_IN) != 0;
+    return isRead || moved == length ? 0 : EIO;
 }
 
 } // namespace kelmoth

@@ -31,7 +31,8 @@ public:
     /// The open device node.
     int fileDescriptor() const { return m_file.get(); }
 
-    /// One control transfer; at most five seconds. 0, or errno; a transfer cut short is EIO.
+    /// One control transfer; at most five seconds. 0, or errno; a request of which less was sent
+    /// than was given is EIO, an answer may be short.
     int controlTransfer(const USBControlRequest &request);
 
 private:

@@ -34,8 +34,7 @@ public:
             return m_connection->setReport(request.wIndex, request.data);
         }
         if (is(typeIn, getReport)) {
-            const auto read = m_connection->getReport(request.wIndex, request.data);
-            return read.status == 0 && read.length < request.data.size() ? EIO : read.status;
+            return m_connection->getReport(request.wIndex, request.data).status;
         }
         return EPIPE;
     }
