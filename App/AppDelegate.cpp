@@ -79,6 +79,7 @@ void AppDelegate::applicationWillTerminate()
         m_parts.platform.session->removeObserver();
         disconnect(&m_parts.preferences, &Preferences::kelmothLanguageDidChange, this, nullptr);
         m_parts.hidMonitor.stopMonitoring();
+        m_parts.hidMonitor.endTransfers(); // from here on a new copy may speak to the mouse
         m_parts.platform.eventMonitor->removeMonitor();
     }
     if (m_instanceLockFD >= 0) {

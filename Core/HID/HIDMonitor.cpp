@@ -2,17 +2,17 @@
 
 #include "Core/HID/HIDTransport.h"
 #include "Core/HID/RazerProtocol.h"
+#include "Core/Services/SharedInstance.h"
 #include "Platform/Log.h"
 
-#include <QCoreApplication>
 #include <QCoroFuture>
-#include <QPointer>
 #include <QtConcurrentRun>
 
 #include <algorithm>
 #include <array>
 #include <limits>
 #include <mutex>
+#include <stop_token>
 
 namespace kelmoth {
 
@@ -57,6 +57,7 @@ struct HIDMonitor::Transports {
     std::mutex devicesLock;
     std::map<QUuid, std::shared_ptr<HIDDevice>> deviceHandles;
     std::map<QUuid, std::shared_ptr<USBRazerDevice>> usbDevices;
+    std::stop_source end; ///< of all transfers
 
     /// The ways to a device; both absent once it has gone.
     std::pair<std::shared_ptr<USBRazerDevice>, std::shared_ptr<HIDDevice>> find(const QUuid &id)
@@ -83,6 +84,7 @@ struct HIDMonitor::Transports {
                                         const Data &report, std::uint32_t waitTimeUs)
     {
         const auto [usb, handle] = transports->find(id);
+        const auto stop = transports->end.get_token();
         if (usb) {
             auto result = usb->transact(report, waitTimeUs);
             if (result.kind == TransactResult::Kind::success) {
@@ -92,17 +94,13 @@ struct HIDMonitor::Transports {
                 return std::nullopt;
             }
         }
-        return handle ? transactViaHID(report, *handle, *sleeper, waitTimeUs) : std::nullopt;
+        return handle ? transactViaHID(report, *handle, *sleeper, waitTimeUs, stop) : std::nullopt;
     }
 };
 
 HIDMonitor &HIDMonitor::shared()
 {
-    static QPointer<HIDMonitor> monitor;
-    if (!monitor) {
-        monitor = new HIDMonitor(Platform::current(), QCoreApplication::instance());
-    }
-    return *monitor;
+    return sharedInstance([] { return std::make_unique<HIDMonitor>(Platform::current()); });
 }
 
 HIDMonitor::HIDMonitor(Platform platform, QObject *parent)
@@ -116,7 +114,13 @@ HIDMonitor::HIDMonitor(Platform platform, QObject *parent)
 HIDMonitor::~HIDMonitor()
 {
     stopMonitoring();
+    endTransfers();
     m_queue.waitForDone();
+}
+
+void HIDMonitor::endTransfers()
+{
+    m_transports->end.request_stop();
 }
 
 void HIDMonitor::startMonitoring()
@@ -203,11 +207,12 @@ void HIDMonitor::deviceConnected(const std::shared_ptr<HIDDevice> &handle)
 void HIDMonitor::openTransport(const RazerDevice &device)
 {
     auto usb = std::make_shared<USBRazerDevice>(m_platform.usb, m_platform.sleeper, device.vendorID,
-                                                device.productID, basiliskModel(*device.model()).reportIndex);
+                                                device.productID, basiliskModel(*device.model()).reportIndex,
+                                                m_transports->end.get_token());
     // Opening a device node can wait for the mouse to wake: not on the main thread. The queue is first in,
     // first served, so every command finds the outcome.
     m_queue.start([transports = m_transports, id = device.id, usb = std::move(usb)] {
-        if (usb->open()) {
+        if (!transports->end.stop_requested() && usb->open()) {
             transports->keep(id, usb);
         }
     });

@@ -28,7 +28,7 @@ public:
     static HIDMonitor &shared();
 
     explicit HIDMonitor(Platform platform, QObject *parent = nullptr);
-    /// Waits for the transfer under way.
+    /// Ends the transfers as `endTransfers` does, and waits for the one under way.
     ~HIDMonitor() override;
 
     /// The accepted devices in attach order. The USB transport of a device is opened on the transfer thread,
@@ -43,6 +43,11 @@ public:
 
     /// Ends watching. The list, the transports and the battery timers stay as they are.
     void stopMonitoring();
+
+    /// Ends all commands for good, for a program that is about to end: those that have not started are
+    /// dropped, and one that has sends nothing more after the transfer under way. What was not answered by
+    /// then counts as unanswered. Returns at once. Any thread.
+    void endTransfers();
 
     /// Sends one command. The answer is a report that the mouse accepted the command with, 90 or 91 bytes;
     /// none when it was rejected, went unanswered, or the device takes no commands. The USB path first; when

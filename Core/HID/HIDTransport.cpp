@@ -1,7 +1,6 @@
 #include "Core/HID/HIDTransport.h"
 
-#include "Core/HID/RazerProtocol.h"
-#include "Core/HID/USBRazerDevice.h"
+#include "Core/HID/TransactLoop.h"
 
 #include <algorithm>
 
@@ -11,15 +10,18 @@ namespace {
 
 constexpr std::size_t readSize = 91;
 
-/// One request and what was read back; none when a transfer failed.
+/// One request and what was read back; none when a transfer failed, or a stop was requested in between.
 std::optional<Data> exchange(std::span<const std::uint8_t> report, HIDDevice &device, Sleeper &sleeper,
-                             std::uint32_t waitTimeUs)
+                             std::uint32_t waitTimeUs, const std::stop_token &stop)
 {
     const ExchangeScope scope(device);
     if (scope.status() != 0 || device.setFeatureReport(report) != 0) {
         return std::nullopt;
     }
     sleeper.sleep(std::chrono::microseconds(waitTimeUs));
+    if (stop.stop_requested()) {
+        return std::nullopt;
+    }
     Data response(readSize, 0);
     const auto read = device.getFeatureReport(response);
     if (read.status != 0) {
@@ -32,20 +34,12 @@ std::optional<Data> exchange(std::span<const std::uint8_t> report, HIDDevice &de
 } // namespace
 
 std::optional<Data> transactViaHID(std::span<const std::uint8_t> report, HIDDevice &device, Sleeper &sleeper,
-                                   std::uint32_t waitTimeUs)
+                                   std::uint32_t waitTimeUs, const std::stop_token &stop)
 {
-    for (int attempt = 1; attempt <= transactAttempts; ++attempt) {
-        auto response = exchange(report, device, sleeper, waitTimeUs);
-        const auto status = response ? RazerProtocol::classify(*response, report) : ResponseStatus::noMatch;
-        if (status == ResponseStatus::success) {
-            return response;
-        }
-        if (status == ResponseStatus::rejected) {
-            return std::nullopt;
-        }
-        sleeper.sleep(transactRetryPause);
-    }
-    return std::nullopt;
+    const auto attempt = [&] { return exchange(report, device, sleeper, waitTimeUs, stop); };
+    auto result = transactLoop(report, attempt, sleeper, stop);
+    return result.kind == TransactResult::Kind::success ? std::optional(std::move(result.response))
+                                                        : std::nullopt;
 }
 
 } // namespace kelmoth

@@ -4,18 +4,20 @@
 #include "Platform/Log.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
+#include <utility>
 
 namespace kelmoth {
 
 USBRazerDevice::USBRazerDevice(std::shared_ptr<USBService> service, std::shared_ptr<Sleeper> sleeper,
-                               std::uint16_t vendorID, std::uint16_t productID, std::uint16_t reportIndex)
+                               std::uint16_t vendorID, std::uint16_t productID, std::uint16_t reportIndex,
+                               std::stop_token stop)
     : m_service(std::move(service)),
       m_sleeper(std::move(sleeper)),
       m_vendorID(vendorID),
       m_productID(productID),
-      m_reportIndex(reportIndex)
+      m_reportIndex(reportIndex),
+      m_stop(std::move(stop))
 {
 }
 
@@ -100,6 +102,9 @@ std::optional<Data> USBRazerDevice::sendReportAndGetResponse(std::span<const std
         return std::nullopt;
     }
     m_sleeper->sleep(std::chrono::microseconds(waitTimeUs));
+    if (m_stop.stop_requested()) {
+        return std::nullopt;
+    }
     Data response(RazerProtocol::reportSize, 0);
     if (const int status = request(hidClassRequest::typeIn, hidClassRequest::getReport, response);
         status != 0) {
@@ -116,22 +121,17 @@ TransactResult USBRazerDevice::transact(std::span<const std::uint8_t> report, st
     const auto byteAt = [&report](std::size_t at) { return at < report.size() ? report[at] : 0; };
     const auto commandClass = static_cast<unsigned>(byteAt(offset::commandClass));
     const auto commandID = static_cast<unsigned>(byteAt(offset::commandID));
-    for (int attempt = 1; attempt <= transactAttempts; ++attempt) {
-        auto response = sendReportAndGetResponse(report, waitTimeUs);
-        const auto status = response ? classify(*response, report) : ResponseStatus::noMatch;
-        if (status == ResponseStatus::success) {
-            return {TransactResult::Kind::success, *std::move(response)};
-        }
-        if (status == ResponseStatus::rejected) {
-            log("❌ USB command 0x%02X/0x%02X rejected (status 0x%02X)", commandClass, commandID,
-                static_cast<unsigned>(response->front()));
-            return {TransactResult::Kind::rejected, {}};
-        }
+    const auto exchange = [&] { return sendReportAndGetResponse(report, waitTimeUs); };
+    const auto logUnanswered = [&](int attempt) {
         log("⚠️ USB command 0x%02X/0x%02X: no matching response (attempt %d/%d)", commandClass, commandID,
             attempt, transactAttempts);
-        m_sleeper->sleep(transactRetryPause);
+    };
+    auto result = transactLoop(report, exchange, *m_sleeper, m_stop, logUnanswered);
+    if (result.kind == TransactResult::Kind::rejected) {
+        log("❌ USB command 0x%02X/0x%02X rejected (status 0x%02X)", commandClass, commandID,
+            static_cast<unsigned>(result.response[offset::status]));
     }
-    return {TransactResult::Kind::noResponse, {}};
+    return result;
 }
 
 } // namespace kelmoth

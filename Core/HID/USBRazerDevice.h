@@ -1,10 +1,8 @@
 #pragma once
 
-#include "Core/Device/Types.h"
-#include "Platform/Sleeper.h"
+#include "Core/HID/TransactLoop.h"
 #include "Platform/USB.h"
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -12,30 +10,16 @@
 
 namespace kelmoth {
 
-/// How often a report is sent before it counts as unanswered, and the pause after each vain attempt; the
-/// same on both paths to the mouse.
-inline constexpr int transactAttempts = 5;
-inline constexpr std::chrono::milliseconds transactRetryPause{10};
-
-/// The outcome of one transaction.
-struct TransactResult {
-    enum class Kind {
-        success,    ///< `response` holds the matching answer
-        rejected,   ///< the mouse answered with a failure status
-        noResponse, ///< five attempts without a matching answer
-    };
-    Kind kind = Kind::noResponse;
-    Data response; ///< 90 bytes on success, else empty
-};
-
 /// The primary path to a mouse: 90-byte reports as class control transfers to its protocol interface.
 /// No lock of its own: every call comes from the transfer thread, which also owns the last reference while
 /// a transfer runs, so the device is never closed under one.
 class USBRazerDevice {
 public:
-    /// A device that is not open yet. `reportIndex` is the wIndex of every request.
+    /// A device that is not open yet. `reportIndex` is the wIndex of every request. Once `stop` is requested
+    /// no further transfer begins.
     USBRazerDevice(std::shared_ptr<USBService> service, std::shared_ptr<Sleeper> sleeper,
-                   std::uint16_t vendorID, std::uint16_t productID, std::uint16_t reportIndex);
+                   std::uint16_t vendorID, std::uint16_t productID, std::uint16_t reportIndex,
+                   std::stop_token stop = {});
     ~USBRazerDevice();
     USBRazerDevice(const USBRazerDevice &) = delete;
     USBRazerDevice &operator=(const USBRazerDevice &) = delete;
@@ -49,12 +33,11 @@ public:
     bool sendRazerReport(std::span<const std::uint8_t> report);
 
     /// Sends a report, waits, and reads 90 bytes back, while no other process may use the mouse; none when a
-    /// transfer failed. `waitTimeUs` in microseconds.
+    /// transfer failed, or a stop was requested in between. `waitTimeUs` in microseconds.
     std::optional<Data> sendReportAndGetResponse(std::span<const std::uint8_t> report,
                                                  std::uint32_t waitTimeUs);
 
-    /// Sends a report until it is answered: at most five attempts, 10 ms apart. A failed transfer and an
-    /// answer that does not match use up an attempt; a rejection is final.
+    /// Sends a report until it is answered, as `transactLoop` does; logs. The response has 90 bytes.
     TransactResult transact(std::span<const std::uint8_t> report, std::uint32_t waitTimeUs);
 
 private:
@@ -66,6 +49,7 @@ private:
     std::uint16_t m_vendorID;
     std::uint16_t m_productID;
     std::uint16_t m_reportIndex;
+    std::stop_token m_stop;
     std::unique_ptr<USBDeviceInterface> m_deviceInterface;
 };
 

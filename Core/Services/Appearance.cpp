@@ -1,9 +1,7 @@
 #include "Core/Services/Appearance.h"
 
+#include "Core/Services/SharedInstance.h"
 #include "Platform/Platform.h"
-
-#include <QCoreApplication>
-#include <QPointer>
 
 namespace kelmoth {
 
@@ -19,12 +17,9 @@ RGBColor colorOf(std::uint32_t rgb)
 
 Appearance &Appearance::shared()
 {
-    static QPointer<Appearance> appearance;
-    if (!appearance) {
-        appearance = new Appearance(Preferences::shared(), Platform::current().desktopSettings,
-                                    QCoreApplication::instance());
-    }
-    return *appearance;
+    return sharedInstance([] {
+        return std::make_unique<Appearance>(Preferences::shared(), Platform::current().desktopSettings);
+    });
 }
 
 Appearance::Appearance(Preferences &preferences, std::shared_ptr<DesktopSettings> desktop, QObject *parent)

@@ -1,20 +1,14 @@
 #include "Core/Services/Preferences.h"
 
 #include "Core/Services/L10n.h"
+#include "Core/Services/SharedInstance.h"
 #include "Platform/Platform.h"
-
-#include <QCoreApplication>
-#include <QPointer>
 
 namespace kelmoth {
 
 Preferences &Preferences::shared()
 {
-    static QPointer<Preferences> preferences;
-    if (!preferences) {
-        preferences = new Preferences(Platform::current().userDefaults, QCoreApplication::instance());
-    }
-    return *preferences;
+    return sharedInstance([] { return std::make_unique<Preferences>(Platform::current().userDefaults); });
 }
 
 Preferences::Preferences(std::shared_ptr<UserDefaults> defaults, QObject *parent)

@@ -1,8 +1,8 @@
 #include "Core/Services/ToastManager.h"
 
-#include <QCoreApplication>
+#include "Core/Services/SharedInstance.h"
+
 #include <QMetaObject>
-#include <QPointer>
 
 #include <chrono>
 
@@ -10,11 +10,7 @@ namespace kelmoth {
 
 ToastManager &ToastManager::shared()
 {
-    static QPointer<ToastManager> manager;
-    if (!manager) {
-        manager = new ToastManager(QCoreApplication::instance());
-    }
-    return *manager;
+    return sharedInstance([] { return std::make_unique<ToastManager>(); });
 }
 
 ToastManager::ToastManager(QObject *parent) : QObject(parent) {}

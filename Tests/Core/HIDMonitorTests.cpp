@@ -148,14 +148,13 @@ TEST_F(HIDMonitorTest, AMousePulledOutAtAnyTransferGivesNoAnswerAndLeavesTheList
     }
 }
 
-TEST_F(HIDMonitorTest, ServesCallersInTheirOrderAndToTheEnd)
+TEST_F(HIDMonitorTest, ServesCallersInTheirOrder)
 {
     plugIn("basilisk-v3");
     std::vector<QCoro::Task<std::optional<Data>>> answers;
     for (const auto zone : {RGBZone::underglow, RGBZone::logo, RGBZone::scrollWheel}) {
         answers.push_back(monitor->send(command::getRGB{zone}, device()));
     }
-    monitor.reset(); // which leaves nothing undone
     for (auto &answer : answers) {
         EXPECT_TRUE(QCoro::waitFor(std::move(answer)));
     }
@@ -164,6 +163,28 @@ TEST_F(HIDMonitorTest, ServesCallersInTheirOrderAndToTheEnd)
         zones.push_back(transfer.bytes[9]);
     }
     EXPECT_THAT(zones, ElementsAre(0x0A, 0x0A, 0x04, 0x04, 0x01, 0x01)); // request and answer
+}
+
+TEST_F(HIDMonitorTest, ItsEndDropsWhatHasNotStartedAndStopsBetweenTwoTransfers)
+{
+    // Each attempt is a request, a pause, a read and a pause; the sixth attempt is the first of the other
+    // path.
+    for (const int pause : {0, 1, 4, 9, 10, 11, 20}) {
+        plugIn("basilisk-v3");
+        mouse().addFault({.kind = Kind::notReady, .times = -1});
+        std::vector<QCoro::Task<std::optional<Data>>> answers;
+        time->duringPause(pause, [this] { monitor->endTransfers(); });
+        for (const auto zone : {RGBZone::logo, RGBZone::scrollWheel}) {
+            answers.push_back(monitor->send(command::getRGB{zone}, device()));
+        }
+        for (auto &answer : answers) {
+            EXPECT_EQ(QCoro::waitFor(std::move(answer)), std::nullopt);
+        }
+        EXPECT_EQ(mouse().takeTransfers().size(), static_cast<std::size_t>(pause) + 1) << pause;
+    }
+    plugIn("basilisk-v3");
+    monitor->endTransfers();
+    EXPECT_EQ(send(command::getLiftOff{}), std::nullopt) << "for good";
 }
 
 TEST_F(HIDMonitorTest, ReadsTheBatteryWhereThereIsOneAndKeepsWhatItKnows)
