@@ -17,17 +17,23 @@ QCoro::Task<void> DeviceManager::refreshFromDevice(bool full)
     }
     const QPointer<DeviceManager> self(this);
     const SyncingSection syncing(this);
-    DeviceReading reading = co_await readDevice(m_hidMonitor, *device, m_deviceState, full);
+    if (!self) {
+        co_return; // whoever was told of the read has ended it
+    }
+    DeviceReading reading = co_await readDevice(&m_hidMonitor, *device, m_deviceState, full);
     if (!self || !isCurrent(*device)) {
         co_return;
     }
-    if (full) {
-        m_unanswered = std::move(reading.unanswered);
-        m_isAnswering = reading.anyAnswer;
-        setLiftOffLevel(reading.liftOffLevel);
-    }
-    setDeviceState(std::move(reading.state));
+    m_deviceState = std::move(reading.state);
     saveSettings();
+    if (!full) {
+        notify({&DeviceManager::deviceStateChanged});
+        co_return;
+    }
+    m_unanswered = std::move(reading.unanswered);
+    m_isAnswering = reading.anyAnswer;
+    m_liftOffLevel = reading.liftOffLevel;
+    notify({&DeviceManager::liftOffLevelChanged, &DeviceManager::deviceStateChanged});
 }
 
 /// Starts a full read from the event loop.

@@ -40,22 +40,60 @@ bool holds(const Data &response, const ButtonFunction &function)
 
 } // namespace
 
+DeviceManager::WritingSection::WritingSection(DeviceManager *manager, RazerDevice device)
+    : m_manager(manager), m_device(std::move(device))
+{
+    m_manager->m_isWriting = true;
+}
+
+DeviceManager::WritingSection::~WritingSection()
+{
+    if (m_manager) {
+        m_manager->m_isWriting = false;
+        m_manager->runPendingRefresh();
+    }
+}
+
+QCoro::Task<std::optional<Data>> DeviceManager::WritingSection::send(RazerCommand command)
+{
+    if (!m_manager) {
+        co_return std::nullopt;
+    }
+    std::optional<Data> answer = co_await m_manager->m_hidMonitor.send(command, m_device);
+    co_return m_manager ? answer : std::nullopt;
+}
+
+bool DeviceManager::WritingSection::isCurrent() const
+{
+    return m_manager && m_manager->isCurrent(m_device);
+}
+
+bool DeviceManager::WritingSection::conclude(bool accepted, const std::string &failure,
+                                             const std::function<void(DeviceState &)> &change)
+{
+    if (!isCurrent()) {
+        return false;
+    }
+    if (!accepted) {
+        m_manager->m_toastManager.error(failure);
+        return false;
+    }
+    if (change) {
+        auto state = m_manager->m_deviceState;
+        change(state);
+        m_manager->commit(std::move(state));
+    }
+    return true;
+}
+
 /// The device to write to; without one the user is told.
 std::optional<RazerDevice> DeviceManager::configurableDeviceOrToast()
 {
     auto device = configurableDevice();
     if (!device) {
-        m_toastManager->error("No device connected");
+        m_toastManager.error("No device connected");
     }
     return device;
-}
-
-/// Tells the user of a failure, unless it is of a mouse that has gone.
-void DeviceManager::failure(const RazerDevice &device, const std::string &message)
-{
-    if (isCurrent(device)) {
-        m_toastManager->error(message);
-    }
 }
 
 QCoro::Task<bool> DeviceManager::setDPI(Int dpi, std::optional<Int> stage)
@@ -66,11 +104,11 @@ QCoro::Task<bool> DeviceManager::setDPI(Int dpi, std::optional<Int> stage)
     }
     const Int position = stage.value_or(m_deviceState.currentDPIStage);
     if (!isStage(position, m_deviceState)) {
-        m_toastManager->error("Invalid DPI stage");
+        m_toastManager.error("Invalid DPI stage");
         co_return false;
     }
     if (!isValidDPI(dpi, device->capabilities())) {
-        m_toastManager->error("DPI outside supported range");
+        m_toastManager.error("DPI outside supported range");
         co_return false;
     }
     auto state = m_deviceState;
@@ -94,83 +132,56 @@ QCoro::Task<bool> DeviceManager::writeDPI(DeviceState state, RazerDevice device,
     if (isBusy()) {
         co_return false;
     }
-    const QPointer<DeviceManager> self(this);
-    const WritingSection writing(this);
+    WritingSection writing(this, device);
     const RazerCommand setStages = command::setDPIStages{state.dpiStages, state.currentDPIStage};
-    const std::optional<Data> answer = co_await m_hidMonitor->send(setStages, device);
-    if (!self || !isCurrent(device)) {
-        co_return false;
-    }
-    if (!answer) {
-        failure(device, message);
-        co_return false;
-    }
-    setDeviceState(std::move(state));
-    saveSettings();
-    co_return true;
+    const std::optional<Data> answer = co_await writing.send(setStages);
+    co_return writing.conclude(answer.has_value(), message,
+                               [&](DeviceState &published) { published = state; });
 }
 
 QCoro::Task<bool> DeviceManager::setRGB(RGBZone zone, RGBSetting setting)
 {
+    constexpr auto failed = "Failed to set RGB lighting";
     const auto device = configurableDeviceOrToast();
     if (!device || !isOffered(zone, setting, device->capabilities()) || isBusy()) {
         co_return false;
     }
-    const QPointer<DeviceManager> self(this);
-    const WritingSection writing(this);
     const auto known = m_deviceState.rgbSettings.find(zone);
     const auto previous =
         known == m_deviceState.rgbSettings.end() ? std::nullopt : std::optional(known->second.brightness);
+    WritingSection writing(this, *device);
     const RazerCommand setBrightness = command::setBrightness{zone, setting.brightness};
-    const std::optional<Data> dimmed = co_await m_hidMonitor->send(setBrightness, *device);
-    if (!self) {
-        co_return false;
-    }
+    const std::optional<Data> dimmed = co_await writing.send(setBrightness);
     if (!dimmed) {
-        failure(*device, "Failed to set RGB lighting");
-        co_return false;
+        co_return writing.conclude(false, failed);
     }
     const RazerCommand setEffect = command::setRGB{zone, setting};
-    const std::optional<Data> lit = co_await m_hidMonitor->send(setEffect, *device);
-    if (!self || !isCurrent(*device)) {
-        co_return false;
+    const std::optional<Data> lit = co_await writing.send(setEffect);
+    if (!lit && previous && writing.isCurrent()) {
+        // The mouse must not keep the new brightness with the old colour.
+        const RazerCommand restore = command::setBrightness{zone, *previous};
+        co_await writing.send(restore);
     }
-    if (!lit) {
-        if (previous) {
-            // The mouse must not keep the new brightness with the old colour.
-            const RazerCommand restore = command::setBrightness{zone, *previous};
-            co_await m_hidMonitor->send(restore, *device);
-        }
-        if (self) {
-            failure(*device, "Failed to set RGB lighting");
-        }
-        co_return false;
-    }
-    auto state = m_deviceState;
-    state.rgbSettings[zone] = setting;
-    setDeviceState(std::move(state));
-    saveSettings();
-    co_return true;
+    co_return writing.conclude(lit.has_value(), failed,
+                               [&](DeviceState &state) { state.rgbSettings[zone] = setting; });
 }
 
 QCoro::Task<bool> DeviceManager::setButtonMapping(MouseButton button, ButtonAction action, Int profile,
                                                   bool hypershift)
 {
-    constexpr auto failed = "Failed to apply button mapping";
     const auto device = configurableDeviceOrToast();
     if (!device || profile < 0 || profile > lastProfile) {
         co_return false;
     }
     if (button == MouseButton::left && action != ButtonAction::leftClick()) {
-        m_toastManager->error("Left button always stays Left Click");
+        m_toastManager.error("Left button always stays Left Click");
         co_return false;
     }
     if (!defaultButtonMappings(*device).contains(button) || isBusy()) {
         co_return false;
     }
-    const QPointer<DeviceManager> self(this);
-    const WritingSection writing(this);
-    // Profile 0 is what the mouse acts on now, and what is read back.
+    WritingSection writing(this, *device);
+    // Profile 0 is always written, first, and is what is read back.
     std::vector<Int> profiles{0};
     if (profile != 0) {
         profiles.push_back(profile);
@@ -178,31 +189,22 @@ QCoro::Task<bool> DeviceManager::setButtonMapping(MouseButton button, ButtonActi
     bool isWritten = true;
     for (const Int number : profiles) {
         const RazerCommand assign = command::setButtonMapping{button, action, number, hypershift};
-        const std::optional<Data> answer = co_await m_hidMonitor->send(assign, *device);
-        if (!self) {
-            co_return false;
-        }
+        const std::optional<Data> answer = co_await writing.send(assign);
         isWritten = isWritten && answer.has_value();
     }
-    if (!isWritten) {
-        failure(*device, failed);
-        co_return false;
+    std::optional<Data> readBack;
+    if (isWritten) {
+        const RazerCommand read = command::getButtonMapping{button, 0, hypershift};
+        readBack = co_await writing.send(read);
     }
-    const RazerCommand read = command::getButtonMapping{button, 0, hypershift};
-    const std::optional<Data> readBack = co_await m_hidMonitor->send(read, *device);
-    if (!self || !isCurrent(*device)) {
-        co_return false;
+    const bool isHeld = readBack && holds(*readBack, action.toButtonFunction());
+    const bool isDone = writing.conclude(isHeld, "Failed to apply button mapping", [&](DeviceState &state) {
+        state.buttonMappings.insert_or_assign(button, action);
+    });
+    if (isDone && writing.isCurrent()) {
+        m_toastManager.success("Button remapped");
     }
-    if (!readBack || !holds(*readBack, action.toButtonFunction())) {
-        failure(*device, failed);
-        co_return false;
-    }
-    auto state = m_deviceState;
-    state.buttonMappings.insert_or_assign(button, action);
-    setDeviceState(std::move(state));
-    saveSettings();
-    m_toastManager->success("Button remapped");
-    co_return true;
+    co_return isDone;
 }
 
 QCoro::Task<bool> DeviceManager::setLiftOff(Int level)
@@ -211,31 +213,21 @@ QCoro::Task<bool> DeviceManager::setLiftOff(Int level)
     if (!device || level < 0 || level > highestLiftOff || isBusy()) {
         co_return false;
     }
-    const QPointer<DeviceManager> self(this);
-    const WritingSection writing(this);
+    WritingSection writing(this, *device);
     const RazerCommand prepare = command::prepareLiftOff{};
-    const std::optional<Data> prepared = co_await m_hidMonitor->send(prepare, *device);
-    bool isAccepted = false;
-    if (self && prepared) {
+    std::optional<Data> answer = co_await writing.send(prepare);
+    if (answer) {
         const RazerCommand set = command::setLiftOff{level};
-        const std::optional<Data> answer = co_await m_hidMonitor->send(set, *device);
-        isAccepted = answer.has_value();
-    }
-    if (!self) {
-        co_return false;
+        answer = co_await writing.send(set);
     }
     const RazerCommand read = command::getLiftOff{};
-    const std::optional<Data> response = co_await m_hidMonitor->send(read, *device);
-    if (!self || !isCurrent(*device)) {
-        co_return false;
-    }
+    const std::optional<Data> response = co_await writing.send(read);
     const auto readBack = response ? RazerProtocol::parseLiftOff(*response) : std::nullopt;
-    setLiftOffLevel(readBack);
-    if (isAccepted && readBack == level) {
-        co_return true;
+    if (writing.isCurrent()) {
+        m_liftOffLevel = readBack;
+        notify({&DeviceManager::liftOffLevelChanged});
     }
-    failure(*device, "Failed to set lift-off distance");
-    co_return false;
+    co_return writing.conclude(answer && readBack == level, "Failed to set lift-off distance");
 }
 
 } // namespace kelmoth

@@ -1,6 +1,6 @@
 #include "Core/HID/DeviceManager.h"
 
-#include <QCoreApplication>
+#include "Core/Services/SharedInstance.h"
 
 #include <algorithm>
 
@@ -8,19 +8,17 @@ namespace kelmoth {
 
 DeviceManager &DeviceManager::shared()
 {
-    static QPointer<DeviceManager> manager;
-    if (!manager) {
-        manager = new DeviceManager(HIDMonitor::shared(), ToastManager::shared(),
-                                    Platform::current().userDefaults, QCoreApplication::instance());
-    }
-    return *manager;
+    return sharedInstance([] {
+        return std::make_unique<DeviceManager>(HIDMonitor::shared(), ToastManager::shared(),
+                                               Platform::current().userDefaults);
+    });
 }
 
 DeviceManager::DeviceManager(HIDMonitor &hidMonitor, ToastManager &toastManager,
                              std::shared_ptr<UserDefaults> defaults, QObject *parent)
     : QObject(parent),
-      m_hidMonitor(&hidMonitor),
-      m_toastManager(&toastManager),
+      m_hidMonitor(hidMonitor),
+      m_toastManager(toastManager),
       m_savedSettings(std::move(defaults))
 {
     setupObservers();
@@ -31,10 +29,10 @@ void DeviceManager::setupObservers()
 {
     const auto deliver = [this] {
         QMetaObject::invokeMethod(
-            this, [this, devices = m_hidMonitor->connectedDevices()] { takeDevices(devices); },
+            this, [this, devices = m_hidMonitor.connectedDevices()] { takeDevices(devices); },
             Qt::QueuedConnection);
     };
-    connect(m_hidMonitor, &HIDMonitor::connectedDevicesChanged, this, deliver);
+    connect(&m_hidMonitor, &HIDMonitor::connectedDevicesChanged, this, deliver);
     deliver();
 }
 
@@ -42,17 +40,18 @@ void DeviceManager::takeDevices(const std::vector<RazerDevice> &devices)
 {
     const auto previous = m_connectedDevice ? std::optional(m_connectedDevice->id) : std::nullopt;
     m_connectedDevice = preferredDevice(devices);
-    Q_EMIT connectedDeviceChanged();
     m_isConnected = m_connectedDevice && m_connectedDevice->isConfigurable();
-    Q_EMIT isConnectedChanged();
     if (!m_isConnected || m_connectedDevice->id == previous) {
+        notify({&DeviceManager::connectedDeviceChanged, &DeviceManager::isConnectedChanged});
         return;
     }
-    setDeviceState(m_savedSettings.stateForDevice(*m_connectedDevice));
-    setLiftOffLevel(std::nullopt);
+    m_deviceState = m_savedSettings.stateForDevice(*m_connectedDevice);
+    m_liftOffLevel = std::nullopt;
     m_unanswered = {};
     m_isAnswering = false;
     startFullRefresh();
+    notify({&DeviceManager::connectedDeviceChanged, &DeviceManager::isConnectedChanged,
+            &DeviceManager::deviceStateChanged, &DeviceManager::liftOffLevelChanged});
 }
 
 std::optional<RazerDevice> DeviceManager::preferredDevice(std::span<const RazerDevice> devices)
@@ -81,24 +80,31 @@ void DeviceManager::saveSettings()
     }
 }
 
-void DeviceManager::setDeviceState(DeviceState state)
+/// Publishes and saves what the mouse holds.
+void DeviceManager::commit(DeviceState state)
 {
     m_deviceState = std::move(state);
-    Q_EMIT deviceStateChanged();
-}
-
-void DeviceManager::setLiftOffLevel(std::optional<Int> level)
-{
-    m_liftOffLevel = level;
-    Q_EMIT liftOffLevelChanged();
+    saveSettings();
+    notify({&DeviceManager::deviceStateChanged});
 }
 
 void DeviceManager::setIsSyncing(bool syncing)
 {
     m_isSyncing = syncing;
-    Q_EMIT isSyncingChanged();
     if (!syncing) {
         runPendingRefresh();
+    }
+    notify({&DeviceManager::isSyncingChanged});
+}
+
+/// The last thing that a function does here: the manager may have gone afterwards.
+void DeviceManager::notify(std::initializer_list<Signal> signals)
+{
+    const QPointer<DeviceManager> self(this);
+    for (const Signal signal : signals) {
+        if (self) {
+            Q_EMIT(this->*signal)();
+        }
     }
 }
 

@@ -9,9 +9,9 @@
 
 #include <QCoroTask>
 #include <QObject>
-#include <QPointer>
 #include <QVariant>
 
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -23,7 +23,9 @@ namespace kelmoth {
 /// reads it, writes changes to it, publishes and saves the result. Nothing is published or saved that the
 /// mouse has not said or accepted. Main thread.
 ///
-/// Each published property notifies after every assignment, also of an equal value.
+/// Each published property notifies after every assignment, also of an equal value. Whoever is notified finds
+/// everything that belongs together changed and saved, and may do anything: call a writer, or delete the
+/// manager.
 class DeviceManager : public QObject {
     Q_OBJECT
     Q_PROPERTY(QVariant connectedDevice READ connectedDeviceVariant NOTIFY connectedDeviceChanged)
@@ -113,12 +115,12 @@ private:
     void saveSettings();
     void startFullRefresh();
     void runPendingRefresh();
-    void failure(const RazerDevice &device, const std::string &message);
     QCoro::Task<bool> writeDPI(DeviceState state, RazerDevice device, std::string message);
 
-    void setDeviceState(DeviceState state);
-    void setLiftOffLevel(std::optional<Int> level);
+    void commit(DeviceState state);
     void setIsSyncing(bool syncing);
+    using Signal = void (DeviceManager::*)();
+    void notify(std::initializer_list<Signal> signals);
     QVariant connectedDeviceVariant() const;
     QVariant liftOffLevelVariant() const;
 
@@ -131,8 +133,8 @@ private:
     bool m_isWriting = false;
     UnansweredItems m_unanswered;
     bool m_isAnswering = false;
-    QPointer<HIDMonitor> m_hidMonitor;
-    QPointer<ToastManager> m_toastManager;
+    HIDMonitor &m_hidMonitor;
+    ToastManager &m_toastManager;
     SavedSettings m_savedSettings;
 };
 

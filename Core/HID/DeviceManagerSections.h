@@ -4,6 +4,8 @@
 
 #include <QPointer>
 
+#include <functional>
+
 namespace kelmoth {
 
 /// A read of the mouse, from its start to its end on whatever way.
@@ -23,23 +25,31 @@ private:
     QPointer<DeviceManager> m_manager;
 };
 
-/// A write to the mouse, from its start to its end on whatever way. A full read that was asked for meanwhile
-/// follows it.
+/// A write to the mouse, from its start to its end on whatever way. A writer reaches the mouse and the
+/// manager through it alone: the manager may go, and the mouse may change, during each command.
 class DeviceManager::WritingSection {
 public:
-    explicit WritingSection(DeviceManager *manager) : m_manager(manager) { m_manager->m_isWriting = true; }
-    ~WritingSection()
-    {
-        if (m_manager) {
-            m_manager->m_isWriting = false;
-            m_manager->runPendingRefresh();
-        }
-    }
+    WritingSection(DeviceManager *manager, RazerDevice device);
+    /// Starts the full read that was asked for meanwhile.
+    ~WritingSection();
     WritingSection(const WritingSection &) = delete;
     WritingSection &operator=(const WritingSection &) = delete;
 
+    /// Sends one command. The accepted answer; none without one, and once the manager has gone.
+    QCoro::Task<std::optional<Data>> send(RazerCommand command);
+
+    /// Whether the manager is there, with this mouse as the chosen one.
+    bool isCurrent() const;
+
+    /// Ends the write. What the mouse `accepted` is changed in the published settings and saved; otherwise
+    /// the user is told of the failure. True when the mouse accepted it. False, and nothing is done, when the
+    /// write is no longer current.
+    bool conclude(bool accepted, const std::string &failure,
+                  const std::function<void(DeviceState &)> &change = {});
+
 private:
     QPointer<DeviceManager> m_manager;
+    const RazerDevice m_device;
 };
 
 } // namespace kelmoth

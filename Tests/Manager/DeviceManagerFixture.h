@@ -49,7 +49,7 @@ protected:
         for (int quietTurns = 0; quietTurns < 3;) {
             QCoro::waitFor(monitor->send(command::getLiftOff{}, nobody));
             QCoreApplication::processEvents();
-            quietTurns = manager->isSyncing() ? 0 : quietTurns + 1;
+            quietTurns = manager && manager->isSyncing() ? 0 : quietTurns + 1;
         }
     }
 

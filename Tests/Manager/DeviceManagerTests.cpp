@@ -185,6 +185,70 @@ TEST_F(DeviceManagerTest, MayEndWhileItWaitsForTheMouse)
     EXPECT_FALSE(QCoro::waitFor(std::move(write)));
 }
 
+/// What an observer does when it hears of the other mouse is about that mouse alone.
+TEST_F(DeviceManagerTest, AWriterCalledFromANotificationWritesToTheNewMouseWhatIsItsOwn)
+{
+    using Signal = void (DeviceManager::*)();
+    for (const Signal signal : {&DeviceManager::connectedDeviceChanged, &DeviceManager::isConnectedChanged,
+                                &DeviceManager::deviceStateChanged, &DeviceManager::liftOffLevelChanged}) {
+        plugIn({"basilisk-v3", "basilisk-v3-x-hyperspeed"});
+        ASSERT_TRUE(finish(manager->setDPI(26000, 4)));
+        const auto connection = QObject::connect(manager.get(), signal, manager.get(), [this] {
+            if (manager->connectedDevice()->productID == 0x00B9) {
+                manager->setDPIStage(1);
+            }
+        });
+        mice[0]->unplug();
+        finishAll();
+        QObject::disconnect(connection);
+        EXPECT_THAT(mice[1]->state().dpiStages, ElementsAre(400, 800, 1600, 2400, 3200));
+        EXPECT_EQ(mice[1]->state().activeStage, 2);
+        EXPECT_EQ(stored(0x00B9), manager->deviceState());
+    }
+}
+
+TEST_F(DeviceManagerTest, AnObserverMayDeleteItAtAnyNotification)
+{
+    for (int notification = 0; notification < 16; ++notification) {
+        SCOPED_TRACE(notification);
+        plugIn({"basilisk-v3", "basilisk-v3-pro-wired"});
+        int heard = 0;
+        const auto hear = [&, manager = manager.get()] {
+            if (heard++ == notification) {
+                this->manager.reset();
+            }
+        };
+        for (const auto signal : {&DeviceManager::connectedDeviceChanged, &DeviceManager::isConnectedChanged,
+                                  &DeviceManager::deviceStateChanged, &DeviceManager::liftOffLevelChanged,
+                                  &DeviceManager::isSyncingChanged}) {
+            QObject::connect(manager.get(), signal, hear);
+        }
+        auto write = manager->setLiftOff(2);
+        QCoro::waitFor(std::move(write));
+        auto read = manager ? manager->refreshFromDevice(false) : QCoro::Task<void>{};
+        mice[0]->unplug();
+        finishAll();
+        EXPECT_EQ(manager == nullptr, heard > notification);
+    }
+}
+
+TEST(DeviceManagerDeathTest, TheSharedOneGoesBeforeWhatItStandsOn)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto endApplication = [] {
+        std::string order;
+        Platform platform;
+        platform.userDefaults = std::make_shared<MemoryDefaults>();
+        Platform::setCurrent(platform);
+        QObject::connect(&DeviceManager::shared(), &QObject::destroyed, [&] { order += 'd'; });
+        QObject::connect(&ToastManager::shared(), &QObject::destroyed, [&] { order += 't'; });
+        QObject::connect(&HIDMonitor::shared(), &QObject::destroyed, [&] { order += 'm'; });
+        QCoreApplication::instance()->~QCoreApplication();
+        std::_Exit(order == "dtm" || order == "dmt" ? 0 : 1);
+    };
+    EXPECT_EXIT(endApplication(), testing::ExitedWithCode(0), "");
+}
+
 TEST(ToastManager, ATimerHidesItsToastAndNeverItsSuccessor)
 {
     ToastManager manager;
