@@ -11,6 +11,11 @@ inline constexpr int soakPrograms = 3;
 /// The longest that one transfer is held up on purpose, and it happens once in a storm.
 inline constexpr std::chrono::milliseconds soakHang{500};
 
+/// How long the kernel lets a transfer hang, and how long a program may then take to end: as long, and half a
+/// second to be told and to stop.
+inline constexpr std::chrono::milliseconds kernelTimeout{5000};
+inline constexpr std::chrono::milliseconds longestQuit{5500};
+
 /// What the protocol allows so many commands to take when all of them fail: five attempts on each of two
 /// paths, each of which may have to let every other program finish one of its own, and between attempts a
 /// pause. Two transfers are counted with 5 ms.

@@ -77,7 +77,9 @@ void SoakFigures::print(std::chrono::seconds duration, const std::vector<std::un
         std::cout << "  memory of the panel: RSS " << warm.first << " KB after three rounds, " << rss
                   << " KB at the end; PSS " << warm.second << " and " << pss << " KB\n";
     }
-    std::cout << "  wrong: " << faults << '\n' << std::flush;
+    std::cout << "  ends while a transfer hung: " << quits << ", the slowest after " << slowestQuit.count()
+              << " ms\n  wrong: " << faults << '\n'
+              << std::flush;
 }
 
 } // namespace kelmoth

@@ -22,6 +22,8 @@ struct SoakFigures {
     int excused = 0; ///< settings whose state nobody can know
     int disagreements = 0;
     int faults = 0; ///< of the program: whatever is wrong, disagreements too
+    int quits = 0;  ///< while a transfer hung
+    std::chrono::milliseconds slowestQuit{0};
 
     /// To be called after each round, with the process of the panel.
     void readMemory(qint64 process);

@@ -195,14 +195,15 @@ void SoakMouse::watchWire()
         if (m_wire.size() > 1000) {
             m_wire.pop_front();
         }
-        if (transfer.bytes.size() < 90) {
+        if (transfer.isSet && transfer.bytes.size() < 90) {
             continue;
         }
         if (transfer.isSet) {
             ++m_requests;
             noteRequest(about, transfer);
             m_lastRequest = transfer.status == 0 ? std::move(transfer.bytes) : std::vector<std::uint8_t>();
-        } else if (!m_lastRequest.empty()) {
+        } else if (!m_lastRequest.empty() && transfer.status == 0) {
+            transfer.bytes.resize(90); // what a short answer lacks is read as zeros
             takeAnswer(m_lastRequest, transfer.bytes);
         }
     }

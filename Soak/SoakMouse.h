@@ -33,6 +33,10 @@ public:
     /// The kernel holds the next request up for so long.
     void hang(std::chrono::milliseconds duration) { *m_hang = duration.count(); }
     void clearFaults();
+    /// From now on each of its transfers hangs for so long and fails; zero ends that.
+    void hangTransfers(std::chrono::milliseconds duration) { protocolNode().hang = duration; }
+    /// How many such transfers have begun in this attach.
+    int hangs() const { return protocolNode().hangs; }
 
     /// Looks through what went over the wire since the last time.
     void watchWire();
@@ -53,6 +57,7 @@ public:
     bool isBattery(std::optional<Int> level, bool isCharging) const;
 
 private:
+    MockHidraw &protocolNode() const { return m_attached->hidraw(m_mouse->protocolInterface()); }
     void noteRequest(const std::string &name, const SimulatedMouse::Transfer &request);
     void takeAnswer(std::span<const std::uint8_t> asked, std::span<const std::uint8_t> answer);
 

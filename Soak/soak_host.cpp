@@ -9,7 +9,9 @@
 #include <QTimer>
 #include <nlohmann/json.hpp>
 
+#include <csignal>
 #include <fstream>
+#include <functional>
 #include <iostream>
 
 #include "Soak/SoakBounds.h"
@@ -39,6 +41,9 @@ private:
     void compareWithCommandLine();
     std::optional<JSON> askPanel(const std::string &question, milliseconds longest);
     void collectErrands();
+    void startPanel();
+    void tryQuits();
+    void quit(QProcess &program, const std::function<void()> &tell);
     void wait(milliseconds duration);
     void wrong(const std::string &what);
 
@@ -64,8 +69,13 @@ Soak::Soak(const std::shared_ptr<MockTestbed> &testbed, unsigned seed) : m_rando
         m_mice.push_back(std::make_unique<SoakMouse>(testbed, model));
     }
     m_panel.setProcessChannelMode(QProcess::SeparateChannels);
-    m_panel.setStandardErrorFile(qEnvironmentVariable("SOAK_LOG"));
+    m_panel.setStandardErrorFile(qEnvironmentVariable("SOAK_LOG"), QIODevice::Append);
     tellApart(m_panel, soakPrograms);
+    startPanel();
+}
+
+void Soak::startPanel()
+{
     m_panel.start(soakProgram("soak_panel"), {QStringLiteral("--show")});
     m_panel.waitForStarted(-1);
 }
@@ -104,13 +114,10 @@ int Soak::run(seconds duration)
     }
     if (m_panel.state() != QProcess::Running) {
         wrong("the program has ended by itself, with " + std::to_string(m_panel.exitCode()));
-    }
-    m_panel.terminate();
-    if (!m_panel.waitForFinished(10'000) || m_panel.exitStatus() != QProcess::NormalExit ||
-        m_panel.exitCode() != 0) {
-        wrong("the program does not end as it should");
-        m_panel.kill();
-        m_panel.waitForFinished();
+    } else {
+        const auto last = m_last; // of the panel that the whole run used
+        tryQuits();
+        m_last = last;
     }
     // What the toolkit has to say against the panel.
     std::ifstream log(qEnvironmentVariable("SOAK_LOG").toStdString());
@@ -124,6 +131,65 @@ int Soak::run(seconds duration)
     }
     m_figures.print(duration, m_mice, m_errands, m_last);
     return m_figures.faults == 0 ? 0 : 1;
+}
+
+/// All transfers hang, and the program is told to end while one does: the panel by a signal and by a second
+/// copy, kelmothctl by the key that interrupts it.
+void Soak::tryQuits()
+{
+    constexpr int each = 2;
+    for (int i = 0; i < each; ++i) {
+        mouse().attach(1);
+        compareAtRest(true);
+        mouse().hangTransfers(kernelTimeout);
+        m_panel.write("run " + QByteArray::number(upTo(1'000'000)) + '\n');
+        quit(m_panel, [&] {
+            if (i % 2 == 0) {
+                m_panel.terminate();
+            } else {
+                QProcess::startDetached(soakProgram("kelmoth"), {QStringLiteral("--quit")});
+            }
+        });
+        if (m_panel.exitStatus() != QProcess::NormalExit || m_panel.exitCode() != 0) {
+            wrong("the program does not end as it should");
+        }
+        mouse().attach(1);
+        mouse().hangTransfers(kernelTimeout);
+        QProcess reader;
+        tellApart(reader, 1);
+        reader.start(soakProgram("kelmothctl"), {QStringLiteral("read")});
+        reader.waitForStarted(-1);
+        quit(reader, [&] { ::kill(static_cast<pid_t>(reader.processId()), SIGINT); });
+        if (i + 1 < each) {
+            startPanel();
+        }
+    }
+}
+
+/// Waits until a transfer hangs, and for some part of it, before the program is told.
+void Soak::quit(QProcess &program, const std::function<void()> &tell)
+{
+    const auto before = mouse().hangs();
+    for (const auto end = soakTime() + 20s; mouse().hangs() == before;) {
+        wait(10ms);
+        if (soakTime() > end) {
+            wrong("no transfer to hang");
+            break;
+        }
+    }
+    wait(milliseconds(upTo(4000)));
+    const auto since = soakTime();
+    tell();
+    if (!program.waitForFinished(120'000)) {
+        program.kill();
+        program.waitForFinished();
+    }
+    const auto took = soakTime() - since;
+    ++m_figures.quits;
+    m_figures.slowestQuit = std::max(m_figures.slowestQuit, took);
+    if (took > longestQuit) {
+        wrong("it takes " + std::to_string(took.count()) + " ms to end while a transfer hangs");
+    }
 }
 
 void Soak::storm(milliseconds duration)

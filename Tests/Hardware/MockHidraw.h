@@ -7,6 +7,7 @@
 #include <cstring>
 #include <linux/hidraw.h>
 #include <sys/ioctl.h>
+#include <thread>
 
 namespace kelmoth {
 
@@ -18,6 +19,9 @@ struct MockHidraw {
     std::atomic<bool> isDenied = false; ///< nobody may open it; the kernel says so a call later than it would
     std::atomic<bool> isGone = false;   ///< the device was removed while the node was open
     std::atomic<bool> isNextWriteCut = false; ///< the next report that goes well counts a byte less
+    /// While set, each report's transfer hangs for so long and then fails with ETIMEDOUT.
+    std::atomic<std::chrono::milliseconds> hang = std::chrono::milliseconds{0};
+    std::atomic<int> hangs = 0; ///< how many such transfers have begun
 
     /// Performs an ioctl; `argument` is what its argument points to. Its result, or a negative errno.
     int ioctl(unsigned long request, std::span<std::uint8_t> argument)
@@ -32,6 +36,11 @@ struct MockHidraw {
             const ::hidraw_devinfo info{3, 0x1532, static_cast<__s16>(productID.load())};
             std::memcpy(argument.data(), &info, sizeof info);
             return 0;
+        }
+        if (const auto duration = hang.load(); duration.count() > 0) {
+            ++hangs;
+            std::this_thread::sleep_for(duration);
+            return -ETIMEDOUT;
         }
         // Reports begin with their ID, and 0 stands for none: it is not sent.
         if (argument.size() < 2 || argument[0] != 0) {
