@@ -2,6 +2,7 @@
 
 #include "App/StatusPicture.h"
 #include "App/TerseLog.h"
+#include "Platform/Linux/DBusNotifications.h"
 #include "Platform/Linux/DBusSession.h"
 #include "Platform/Linux/LinuxPlatform.h"
 #include "Platform/Linux/PortalDesktopSettings.h"
@@ -61,6 +62,7 @@ std::optional<Composition> compose(const Arguments &arguments, const char *first
     }
     const auto bus = sessionBus();
     platform.session = sessionOn(bus);
+    platform.notifications = std::make_shared<DBusNotifications>(bus);
     const auto desktop = std::make_shared<PortalDesktopSettings>(bus);
     platform.desktopSettings = desktop;
     platform.loginItemService = std::make_shared<AutostartLoginItem>(startedProgramPath(firstArgument),

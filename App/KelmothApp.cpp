@@ -160,7 +160,11 @@ int KelmothApp::main(int argc, char **argv)
 }
 
 KelmothApp::KelmothApp(const Composition &composition)
-    : m_composition(composition), m_translator(Preferences::shared()), m_appDelegate(parts())
+    : m_composition(composition),
+      m_translator(Preferences::shared()),
+      m_appDelegate(parts()),
+      m_batteryNotifier(HIDMonitor::shared(), DeviceManager::shared(), Preferences::shared(),
+                        m_composition.platform.notifications)
 {
 }
 

@@ -3,6 +3,7 @@
 #include "App/AppDelegate.h"
 #include "App/Arguments.h"
 #include "App/Composition.h"
+#include "Core/HID/BatteryNotifier.h"
 #include "UI/Views/ContentModel.h"
 #include "UI/Views/PanelTranslator.h"
 
@@ -37,6 +38,7 @@ private:
     PanelTranslator m_translator;
     std::optional<ContentModel> m_model; ///< made with the popover, kept until the end
     AppDelegate m_appDelegate;
+    BatteryNotifier m_batteryNotifier;
 };
 
 } // namespace kelmoth

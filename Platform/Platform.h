@@ -6,6 +6,7 @@
 #include "Platform/HID.h"
 #include "Platform/Log.h"
 #include "Platform/LoginItemService.h"
+#include "Platform/Notifications.h"
 #include "Platform/Sleeper.h"
 #include "Platform/StatusItem.h"
 #include "Platform/USB.h"
@@ -27,6 +28,7 @@ struct Platform {
     std::shared_ptr<const Bundle> mainBundle;
     std::shared_ptr<DesktopSettings> desktopSettings;   ///< absent where there is no desktop
     std::shared_ptr<LoginItemService> loginItemService; ///< absent where nothing is started at login
+    std::shared_ptr<NotificationService> notifications; ///< absent where there is no desktop
     std::shared_ptr<UserSession> session;               ///< absent where programs have none; so the next two
     std::shared_ptr<StatusBar> statusBar;
     std::shared_ptr<EventMonitor> eventMonitor;

@@ -35,6 +35,12 @@ std::int64_t Preferences::languageMode() const
     return m_defaults->integerForKey(L10n::languageModeKey);
 }
 
+bool Preferences::showsBatteryNotifications() const
+{
+    constexpr std::string_view key = "batteryNotifications";
+    return !m_defaults->hasObjectForKey(key) || m_defaults->integerForKey(key) != 0;
+}
+
 void Preferences::chooseLanguage(std::int64_t mode)
 {
     if (mode == languageMode()) {

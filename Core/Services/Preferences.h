@@ -32,6 +32,9 @@ public:
     /// The stored number: 1 Polish, 2 English; 0, and any other, follows the system.
     std::int64_t languageMode() const;
 
+    /// Whether a low battery is told of: unless 0 is stored under "batteryNotifications".
+    bool showsBatteryNotifications() const;
+
     /// Stores the language and tells everybody; nothing when it is the one that is stored.
     void chooseLanguage(std::int64_t mode);
 

@@ -491,5 +491,13 @@ via USB dongle (2.4GHz)</translation>
         <source>Failed to set lift-off distance</source>
         <translation>Failed to set lift-off distance</translation>
     </message>
+    <message>
+        <source>Battery low</source>
+        <translation>Battery low</translation>
+    </message>
+    <message>
+        <source>Battery almost empty</source>
+        <translation>Battery almost empty</translation>
+    </message>
 </context>
 </TS>

@@ -491,5 +491,13 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
         <source>Failed to set lift-off distance</source>
         <translation>Nie udało się ustawić wysokości odrywania</translation>
     </message>
+    <message>
+        <source>Battery low</source>
+        <translation>Niski poziom baterii</translation>
+    </message>
+    <message>
+        <source>Battery almost empty</source>
+        <translation>Bateria prawie rozładowana</translation>
+    </message>
 </context>
 </TS>
