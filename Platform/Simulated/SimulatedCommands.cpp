@@ -1,6 +1,7 @@
 #include "Platform/Simulated/SimulatedFirmware.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 
 namespace kelmoth {
@@ -16,6 +17,13 @@ constexpr std::size_t stageSize = 7;
 constexpr std::uint8_t liftOffItem = 0x04;
 constexpr std::uint8_t maxLiftOff = 2;
 constexpr std::uint8_t maxFunctionArguments = 5;
+
+/// Byte 9 of a lighting command, by RGBZone.
+constexpr std::array<std::uint8_t, 4> lightNumbers{0x01, 0x04, 0x0A, 0x02};
+
+/// Byte 9 of a button command, by MouseButton.
+constexpr std::array<std::uint8_t, 11> buttonNumbers{0x01, 0x02, 0x03, 0x05, 0x04, 0x60,
+                                                     0x6A, 0x09, 0x0A, 0x0F, 0x0E};
 
 /// Bytes 10 to 13 of an effect report and its data size: 9 when the colour follows in bytes 14 to 16.
 struct EffectForm {
@@ -83,8 +91,9 @@ SimulatedFirmware::Status SimulatedFirmware::getDPIStages(Report &report)
 
 SimulatedMouse::State::Light *SimulatedFirmware::light(const Report &report)
 {
-    const auto found = std::ranges::find_if(
-        m_state.lights, [&](const auto &entry) { return RazerProtocol::ledID(entry.first) == report[9]; });
+    const auto found = std::ranges::find_if(m_state.lights, [&](const auto &entry) {
+        return lightNumbers.at(static_cast<std::size_t>(entry.first)) == report[9];
+    });
     return report[8] == 0x01 && found != m_state.lights.end() ? &found->second : nullptr;
 }
 
@@ -199,7 +208,7 @@ ButtonFunction *SimulatedFirmware::button(const Report &report)
 {
     const auto found = std::ranges::find_if(m_state.buttons, [&](const auto &entry) {
         const auto &[profile, which, isHypershift] = entry.first;
-        return profile == report[8] && RazerProtocol::buttonID(which) == report[9] &&
+        return profile == report[8] && buttonNumbers.at(static_cast<std::size_t>(which)) == report[9] &&
                std::uint8_t{isHypershift} == report[10];
     });
     return found != m_state.buttons.end() ? &found->second : nullptr;

@@ -13,11 +13,6 @@ using namespace RazerProtocol;
 const RazerDevice v3{{}, razerVendorID, 0x0099, {}, "USB", {}, {}};
 const RazerDevice pro{{}, razerVendorID, 0x00AB, {}, "USB", {}, {}};
 
-RGBSetting light(RGBEffect effect, RGBColor color = {255, 0, 0})
-{
-    return {effect, color, RGBColor{1, 2, 3}, 1.0, 0.5};
-}
-
 /// The report that begins with a zero and these bytes, in hexadecimal.
 Data report(const char *bytes, std::uint8_t crc = 0)
 {
@@ -54,14 +49,9 @@ TEST(RazerProtocol, BuildsEachRequestByteForByte)
          "1F 000000 26 04 06 01 05 05 01 2345 2345 0000 02 2345 2345 0000 03 2345 2345 0000"
          "04 2345 2345 0000 05 2345 2345",
          0x24},
-        {setRGB{logo, light(staticColor)}, "1F 000000 09 0F 02 01 04 01 00 00 01 FF0000", 0xFE},
-        {setRGB{scrollWheel, light(off)}, "1F 000000 06 0F 02 01 01", 0x0B},
-        {setRGB{underglow, light(wave)}, "1F 000000 06 0F 02 01 0A 04 01 28", 0x2D},
-        {setRGB{scrollWheel, light(breathing)}, "1F 000000 09 0F 02 01 01 02 01 00 01 FF0000", 0xF9},
-        {setRGB{scrollWheel, light(spectrum)}, "1F 000000 06 0F 02 01 01 03", 0x08},
-        {setRGB{logo, light(reactive, {1, 2, 4})}, "1F 000000 09 0F 02 01 04 05 00 02 01 010204", 0x00},
-        {setRGB{dpiLight, light(starlight)}, "1F 000000 09 0F 02 01 02 02 01 00 01 FF0000", 0xFA},
-        {setRGB{dpiLight, light(ripple)}, "1F 000000 06 0F 02 01 02 02", 0x0A},
+        {setRGB{logo, {staticColor, {255, 0, 0}, {}, 1.0, 0.5}},
+         "1F 000000 09 0F 02 01 04 01 00 00 01 FF0000", 0xFE},
+        {setRGB{dpiLight, {ripple, {255, 0, 0}, {}, 1.0, 0.5}}, "1F 000000 06 0F 02 01 02 02", 0x0A},
         {getRGB{underglow}, "1F 000000 0C 0F 82 01 0A", 0x8A},
         {setBrightness{scrollWheel, 0.5}, "1F 000000 03 0F 04 01 01 7F", 0x77},
         {setBrightness{scrollWheel, 1.2}, "1F 000000 03 0F 04 01 01 FF", 0xF7},
