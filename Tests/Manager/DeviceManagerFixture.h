@@ -35,6 +35,7 @@ protected:
             }
         });
         monitor->startMonitoring();
+        EXPECT_FALSE(manager->connectedDevice()) << "lists come through the event loop";
         settle();
         messages.clear();
     }
@@ -87,7 +88,14 @@ protected:
         QMetaObject::invokeMethod(QCoreApplication::instance(), action, Qt::BlockingQueuedConnection);
     }
 
-    using Code = std::pair<std::uint8_t, std::uint8_t>; ///< command class and id
+    /// Class and id of a command; of those for buttons also the profile.
+    struct Code {
+        std::uint8_t first;
+        std::uint8_t second;
+        std::uint8_t profile = 0;
+
+        bool operator==(const Code &) const = default;
+    };
 
     /// The commands that went to the mouse since the last look, each once however often it was tried.
     std::vector<Code> takeCommands()
@@ -96,8 +104,8 @@ protected:
         Data last;
         for (const auto &transfer : mouse().takeTransfers()) {
             if (transfer.isSet && transfer.bytes != last) {
-                codes.emplace_back(transfer.bytes[6], transfer.bytes[7]);
                 last = transfer.bytes;
+                codes.push_back({last[6], last[7], last[6] == 0x02 ? last[8] : std::uint8_t{0}});
             }
         }
         return codes;

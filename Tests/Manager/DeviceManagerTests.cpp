@@ -4,12 +4,14 @@
 #include "Tests/Manager/DeviceManagerFixture.h"
 
 #include <QSignalSpy>
+#include <QTest>
 #include <QTimer>
 
 namespace kelmoth {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 TEST(MergeSavedState, TakesOverOnlyWhatTheModelSupports)
 {
@@ -39,9 +41,11 @@ TEST(MergeSavedState, TakesOverOnlyWhatTheModelSupports)
     smaller.currentDPIStage = 4;
     smaller.buttonMappings.insert_or_assign(MouseButton::left, ButtonAction::disabled());
     EXPECT_EQ(mergeSavedState(saved, device), smaller);
-    saved.dpiStages.pop_back();
     smaller.dpiStages = createDefaultState(device).dpiStages;
-    EXPECT_EQ(mergeSavedState(saved, device), smaller);
+    for (const std::size_t count : {6, 4}) {
+        saved.dpiStages.resize(count);
+        EXPECT_EQ(mergeSavedState(saved, device), smaller);
+    }
     smaller.currentDPIStage = createDefaultState(device).currentDPIStage;
     for (const Int stage : {-1, 5}) {
         saved.currentDPIStage = stage;
@@ -56,8 +60,18 @@ TEST_F(DeviceManagerTest, ReadsTheFirstMouseThatCanBeConfiguredAndSavesWhatItSay
     EXPECT_EQ(manager->connectedDevice()->productID, 0x00AA);
     EXPECT_EQ(stored(0x00AA), manager->deviceState());
     EXPECT_EQ(stored(0x0099), std::nullopt);
-    EXPECT_TRUE(manager->connectedDevice()->batteryLevel); // a new record of the same mouse
     EXPECT_EQ(manager->property("deviceState").value<DeviceState>(), manager->deviceState());
+
+    // A new record of the same mouse: each list arrives as it was published.
+    change(*mice[1], [](auto &state) { state.battery = 128, state.isCharging = false; });
+    std::vector<std::pair<std::optional<Int>, bool>> batteries;
+    QObject::connect(manager.get(), &DeviceManager::connectedDeviceChanged, manager.get(), [&] {
+        batteries.emplace_back(manager->connectedDevice()->batteryLevel,
+                               manager->connectedDevice()->isCharging);
+    });
+    monitor->readBatteryLevel(*manager->connectedDevice());
+    settle();
+    EXPECT_THAT(batteries, ElementsAre(std::pair(50, true), std::pair(50, false)));
 
     plugIn({"basilisk-v3:bluetooth", "unknown"});
     EXPECT_FALSE(manager->isConnected());
@@ -154,16 +168,25 @@ TEST_F(DeviceManagerTest, GoesOnReadingWhileOtherMiceComeAndGo)
 TEST_F(DeviceManagerTest, KeepsTheSettingsOfAMouseThatHasGoneAndReadsItAnewWhenItReturns)
 {
     plugIn({"basilisk-v3"});
+    mouse().addFault({.kind = Kind::rejected, .commandID = 0x8B});
+    QCoro::waitFor(manager->refreshFromDevice(true));
+    EXPECT_THAT(manager->unanswered().words(), ElementsAre("lift-off distance"));
+    EXPECT_TRUE(manager->isAnswering());
     const auto before = manager->deviceState();
     mouse().unplug();
     settle();
     EXPECT_EQ(manager->connectedDevice(), std::nullopt);
     EXPECT_EQ(manager->deviceState(), before);
-    EXPECT_EQ(manager->liftOffLevel(), 1);
+    EXPECT_TRUE(manager->isAnswering());
 
     change(mouse(), [](auto &state) { state.activeStage = 1; });
     QSignalSpy levels(manager.get(), &DeviceManager::liftOffLevelChanged);
     mouse().replug();
+    time->hold();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return manager->isSyncing(); }, 20'000));
+    EXPECT_THAT(manager->unanswered().words(), IsEmpty()) << "of the former mouse";
+    EXPECT_FALSE(manager->isAnswering());
+    time->release();
     settle();
     EXPECT_EQ(manager->deviceState().currentDPIStage, 0);
     EXPECT_EQ(levels.count(), 2); // unknown first, then as read

@@ -35,10 +35,10 @@ protected:
          [](auto &state) { state.rgbSettings[RGBZone::logo] = wave; },
          {{{0x0F, 0x04}}, {{0x0F, 0x04}, {0x0F, 0x02}, {0x0F, 0x04}}}}, // the old brightness again
         {"Failed to apply button mapping",
-         {{0x02, 0x0C}, {0x02, 0x0C}, {0x02, 0x8C}},
-         [](auto &m) { return m.setButtonMapping(MouseButton::back, ButtonAction::dpiChange(2), 3, false); },
+         {{0x02, 0x0C}, {0x02, 0x0C, 3}, {0x02, 0x8C}},
+         [](auto &m) { return m.setButtonMapping(MouseButton::back, ButtonAction::dpiChange(2), 3, true); },
          [](auto &state) { state.buttonMappings.at(MouseButton::back) = ButtonAction::dpiChange(2); },
-         {{{0x02, 0x0C}, {0x02, 0x0C}}, {{0x02, 0x0C}, {0x02, 0x0C}}}}, // both profiles all the same
+         {{{0x02, 0x0C}, {0x02, 0x0C, 3}}, {{0x02, 0x0C}, {0x02, 0x0C, 3}}}}, // both profiles all the same
         {"Failed to set lift-off distance",
          {{0x0B, 0x03}, {0x0B, 0x0B}, {0x0B, 0x8B}},
          [](auto &m) { return m.setLiftOff(2); },
@@ -77,9 +77,9 @@ TEST_F(WriterTest, ChangesTheMouseThenWhatIsShownAndSavedAndNothingBefore)
         EXPECT_EQ(takeCommands(), writer.commands);
         EXPECT_EQ(manager->deviceState(), expected);
         EXPECT_EQ(stored(0x0099), expected);
-        const bool isMapping = writer.commands[0] == Code(0x02, 0x0C);
+        const bool isMapping = writer.commands[0].second == 0x0C;
         EXPECT_EQ(messages, std::vector<std::string>(isMapping ? 1 : 0, "Button remapped"));
-        EXPECT_EQ(manager->liftOffLevel(), writer.commands[0] == Code(0x0B, 0x03) ? 2 : 1);
+        EXPECT_EQ(manager->liftOffLevel(), writer.commands[0].second == 0x03 ? 2 : 1);
     }
 }
 
@@ -98,17 +98,18 @@ TEST_F(WriterTest, LeavesEverythingAsItWasWhenACommandFails)
                 const auto before = manager->deviceState();
                 const auto storedBefore = defaults->values;
                 // Of the two that are alike, the first is at the front.
-                const int skip = index > 0 && writer.commands[index - 1] == code ? 1 : 0;
+                const int skip = code.profile != 0 ? 1 : 0;
                 mouse().addFault({kind, code.first, code.second, skip, kind == Kind::rejected ? 1 : -1});
                 EXPECT_FALSE(run(writer));
                 const auto &known = writer.commandsAfterFailure;
                 EXPECT_EQ(takeCommands(), index < known.size() ? known[index] : writer.commands);
                 EXPECT_EQ(manager->deviceState(), before);
+                EXPECT_EQ(mouse().state().lights.at(RGBZone::logo).brightness, 255);
                 EXPECT_EQ(defaults->values, storedBefore);
                 EXPECT_THAT(messages, ElementsAre(writer.failure));
                 // What the mouse says now is shown, or that it says nothing.
                 const auto held = std::optional<Int>(mouse().state().liftOff);
-                EXPECT_EQ(manager->liftOffLevel(), code == Code(0x0B, 0x8B) ? std::nullopt : held);
+                EXPECT_EQ(manager->liftOffLevel(), code.second == 0x8B ? std::nullopt : held);
                 mouse().clearFaults();
                 EXPECT_TRUE(run(writer)) << "afterwards";
             }
@@ -155,9 +156,9 @@ TEST_F(WriterTest, KeepsOthersOutAndLetsAFullReadFollow)
         for (const auto &other : writers) {
             EXPECT_TRUE(isRefused(other.run(*manager))) << other.failure;
         }
-        EXPECT_TRUE(manager->refreshFromDevice(false).isReady()); // dropped
-        EXPECT_TRUE(manager->refreshFromDevice(true).isReady());  // put off, both together
+        EXPECT_TRUE(manager->refreshFromDevice(true).isReady()); // put off, both together
         EXPECT_TRUE(manager->refreshFromDevice(true).isReady());
+        EXPECT_TRUE(manager->refreshFromDevice(false).isReady()); // dropped
         EXPECT_FALSE(manager->isSyncing());
         EXPECT_THAT(messages, IsEmpty());
         time->release();
@@ -165,14 +166,16 @@ TEST_F(WriterTest, KeepsOthersOutAndLetsAFullReadFollow)
         finishAll();
         EXPECT_EQ(takeCommands().size(), writer.commands.size() + 19);
 
-        // While the mouse is read, nothing is written.
+        // While the mouse is read, nothing is written, and a light read is forgotten.
         messages.clear();
         time->hold();
         const auto read = manager->refreshFromDevice(true);
         EXPECT_TRUE(isRefused(writer.run(*manager)));
+        EXPECT_TRUE(manager->refreshFromDevice(false).isReady());
         EXPECT_THAT(messages, IsEmpty());
         time->release();
         finishAll();
+        EXPECT_EQ(takeCommands().size(), 19U);
     }
 }
 
@@ -246,6 +249,8 @@ TEST_F(WriterTest, BelievesWhatIsReadBackAndNotThatItWasAccepted)
     time->duringPause(1, disturb);
     EXPECT_FALSE(finish(manager->setLiftOff(2)));
     EXPECT_EQ(manager->liftOffLevel(), 0);
+    mouse().addFault({.kind = Kind::rejected, .commandID = 0x0B});
+    EXPECT_FALSE(finish(manager->setLiftOff(0))) << "which it holds, and has refused";
 }
 
 } // namespace

@@ -8,8 +8,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr std::pair setStages{0x04, 0x06};
-
 TEST(DPITextsTest, AreShortAndInEveryLanguageTheSame)
 {
     struct Row {
@@ -31,6 +29,8 @@ TEST(DPITextsTest, AreShortAndInEveryLanguageTheSame)
 
 class DPITabTest : public PanelTest {
 protected:
+    static constexpr Code setStages{0x04, 0x06};
+
     DPITabModel &tab() { return *panel->dpiTab(); }
     const DeviceState &state() const { return manager->deviceState(); }
 };
