@@ -29,7 +29,7 @@ bool HIDMonitor::isBatteryMonitored(const QUuid &id) const
 
 void HIDMonitor::startBatteryMonitoring(const RazerDevice &device)
 {
-    auto timer = std::make_unique<QTimer>();
+    auto timer = std::make_unique<QTimer>(this);
     timer->setTimerType(Qt::VeryCoarseTimer); // whole seconds: wake-ups can be shared
     connect(timer.get(), &QTimer::timeout, this, [this, device] { readBatteryLevel(device); });
     timer->start(pollInterval);

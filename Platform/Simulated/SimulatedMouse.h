@@ -7,6 +7,7 @@
 #include "Platform/HID.h"
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <deque>
@@ -110,6 +111,9 @@ public:
     /// Called, on the thread of the change, whenever the mouse is pulled out or put back. The mouse may be
     /// used from within it.
     void setAttachmentCallback(std::function<void(bool attached)> callback);
+
+    /// How many hold its USB interface: they have opened it and not closed it yet.
+    std::atomic<int> holders = 0;
 
     /// One transfer as it went over the wire.
     struct Transfer {

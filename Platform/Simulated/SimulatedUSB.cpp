@@ -15,8 +15,12 @@ public:
     {
     }
 
-    int open(std::uint16_t) override { return m_connection->open(); }
-    void close() override {}
+    int open(std::uint16_t) override
+    {
+        ++m_connection->mouse().holders;
+        return m_connection->open();
+    }
+    void close() override { --m_connection->mouse().holders; }
     int beginExchange() override { return m_connection->open(); }
     void endExchange() override {}
 

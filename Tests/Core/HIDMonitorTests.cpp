@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QCoroTask>
 #include <QSignalSpy>
+#include <QTimer>
 
 namespace kelmoth {
 namespace {
@@ -145,6 +146,15 @@ TEST_F(HIDMonitorTest, AMousePulledOutAtAnyTransferGivesNoAnswerAndLeavesTheList
         EXPECT_NE(device().id, before.id);
         EXPECT_TRUE(send(command::getDPIStages{}));
         EXPECT_EQ(QCoro::waitFor(monitor->send(command::getDPIStages{}, before)), std::nullopt);
+        EXPECT_EQ(mouse().holders, 1) << "the former attach is closed";
+        log->takeLines();
+        monitor->startMonitoring(); // which it does already
+        EXPECT_TRUE(log->takeLines().empty());
+        monitor->stopMonitoring();
+        EXPECT_FALSE(monitor->isMonitoring());
+        mouse().unplug();
+        settle();
+        EXPECT_FALSE(monitor->connectedDevices().empty()) << "nothing is watched any more";
     }
 }
 
@@ -200,13 +210,20 @@ TEST_F(HIDMonitorTest, ReadsTheBatteryWhereThereIsOneAndKeepsWhatItKnows)
           Row{"basilisk-v3-pro-wired", noStatus, 50, false, 2}}) {
         plugIn(model);
         EXPECT_EQ(device().batteryLevel, level ? std::optional<Int>(78) : std::nullopt) << model;
-        EXPECT_EQ(monitor->isBatteryMonitored(device().id), level.has_value()) << model;
+        const auto polls = monitor->findChildren<QTimer *>();
+        ASSERT_EQ(polls.size(), level ? 1 : 0) << model;
         auto held = mouse().state();
         held.battery = 128;
         held.isCharging = true;
         mouse().setState(held);
         mouse().addFault(fault);
-        monitor->readBatteryLevel(device());
+        if (level) {
+            EXPECT_TRUE(polls[0]->isActive() && !polls[0]->isSingleShot());
+            EXPECT_EQ(polls[0]->intervalAsDuration(), 5min);
+            QMetaObject::invokeMethod(polls[0], "timeout");
+        } else {
+            monitor->readBatteryLevel(device());
+        }
         EXPECT_EQ(settle(), attempts) << model;
         EXPECT_EQ(device().batteryLevel, level) << model;
         EXPECT_EQ(device().isCharging, isCharging) << model;
