@@ -52,6 +52,7 @@ TEST(StoredForm, AcceptsAndRefusesEachMemberByItsRules)
 {
     const std::string logo = "/rgbSettings/1";
     const std::string action = "/buttonMappings/1";
+    const auto nested = [](std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
     for (const auto &change : std::vector<Change>{
              // Integers: whole numbers of any spelling, within 64 bits exactly.
              {"/pollingRate", "1e3", ""},
@@ -66,7 +67,8 @@ TEST(StoredForm, AcceptsAndRefusesEachMemberByItsRules)
              {"/pollingRate", "null", "\"pollingRate\" is missing"},
              // Members: all but one are required, strangers are ignored.
              {"/hyperScrollEnabled", "1", "hyperScrollEnabled: true or false"},
-             {"/stranger", R"({"deep":[[[]]]})", ""},
+             {"/stranger", nested(511), ""},
+             {"/stranger", nested(512), "nested too deeply"},
              {"/dpiStages", "{}", "dpiStages: an array"},
              {"/dpiStages/1/color", "\"pink\"", "dpiStages[1].color: \"pink\" is not one of red, orange"},
              {"/dpiStages/1/index", "", "dpiStages[1]: \"index\" is missing"},
@@ -74,6 +76,7 @@ TEST(StoredForm, AcceptsAndRefusesEachMemberByItsRules)
              {logo + "/secondaryColor", "7", "rgbSettings[1].secondaryColor: an object"},
              {logo + "/speed", "\"fast\"", "rgbSettings[1].speed: a number"},
              {logo + "/color/g", "256", "rgbSettings[1].color.g: 256 is outside"},
+             {logo + "/color/b", "-1", "rgbSettings[1].color.b: -1 is outside"},
              // Maps: pairs, keys by their stored names.
              {"/rgbSettings/0", "\"scrollWheel\"", "rgbSettings[0]: \"scrollWheel\" is not one of"},
              {"/rgbSettings", "[1,2,3]", "rgbSettings: keys and values"},
@@ -113,8 +116,7 @@ TEST(StoredForm, OfAKeyThatOccursTwiceTheLastValueCounts)
 
 TEST(StoredForm, RefusesTextThatIsNoRecord)
 {
-    const std::string deep(100'000, '[');
-    for (const std::string_view text : {"", "null", "{}{}", "{\"a\":NaN}", deep.c_str()}) {
+    for (const std::string_view text : {"", "null", "{}{}", "{\"a\":NaN}"}) {
         std::string failure;
         EXPECT_EQ(decodeDeviceState(text, &failure), std::nullopt);
         EXPECT_FALSE(failure.empty());
