@@ -173,6 +173,10 @@ TEST_F(HotplugTest, MissesNothingBetweenTheListAndTheWatch)
     watch();
     EXPECT_THAT(attached, SizeIs(0)) << "only from the event loop";
     ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 4 && removed.size() == 4; }, patience));
+    late->vanish();
+    MockMouse::areEventsLost = true;
+    early->attach();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 8 && removed.size() == 8; }, patience));
     EXPECT_EQ(listed[0]->beginExchange(), ENODEV);
     EXPECT_EQ(listed[0]->integerProperty("MaxFeatureReportSize"), std::nullopt) << "too late to ask";
 }

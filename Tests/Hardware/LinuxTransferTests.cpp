@@ -7,9 +7,23 @@
 #include "Tests/Hardware/HardwareTest.h"
 
 #include <QCoroTask>
+#include <libusb.h>
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <numeric>
+
+unsigned timeLimit = 0; ///< of the last transfer through libusb, in milliseconds
+
+extern "C" int libusb_control_transfer(libusb_device_handle *handle, std::uint8_t type, std::uint8_t request,
+                                       std::uint16_t value, std::uint16_t index, unsigned char *data,
+                                       std::uint16_t length, unsigned limit)
+{
+    static auto *const transfer =
+        reinterpret_cast<decltype(&libusb_control_transfer)>(::dlsym(RTLD_NEXT, "libusb_control_transfer"));
+    timeLimit = limit;
+    return transfer(handle, type, request, value, index, data, length, limit);
+}
 
 namespace kelmoth {
 namespace {
@@ -65,6 +79,8 @@ TEST_F(LinuxTransferTest, EveryFaultEndsInALineOrAnIgnoredDevice)
         {"pulled out at SET", false, 10, unsent + "13", fault({.kind = Kind::unplug})},
         {"pulled out at GET", false, 10, unread + "13", fault({.kind = Kind::unplug, .skip = 1})},
         {"a short write", true, 2, unsent + "5", [](auto &m) { m.hidraw(3).isNextWriteCut = true; }},
+        {"interrupted", true, 1, "HID monitoring started",
+         [](auto &m) { m.hidraw(3).isNextInterrupted = true; }},
         {"permission denied", false, 0, unsent + "D", [](auto &m) { m.hidraw(3).isDenied = true; }},
         {"vanished", false, 0, unsent + "2", [this](auto &m) { testbed->removeNode(m.hidrawNode(3)); }},
         {"another device's", false, 0, unsent + "13", [](auto &m) { m.hidraw(3).productID = 0x1234; }},
@@ -124,10 +140,17 @@ TEST_F(LinuxTransferTest, ReportsTravelUnchangedBesideTheDriverAndWhereNoneIs)
             time->advance(std::chrono::seconds{1});
             EXPECT_EQ(get(*way), 0);
             const auto node = hasDriver ? mouse->hidrawNode(0) : mouse->usbNode();
+            for (const auto &file : std::filesystem::directory_iterator("/proc/self/fd")) {
+                std::error_code gone;
+                if (std::filesystem::read_symlink(file, gone) == testbed->path(node)) {
+                    EXPECT_EQ(::fcntl(std::stoi(file.path().filename()), F_GETFD), FD_CLOEXEC) << node;
+                }
+            }
             const FileDescriptor other(::open(node.c_str(), O_RDWR));
             EXPECT_EQ(takeExchange(other.get(), *time), EBUSY);
         }
         EXPECT_EQ(ExchangeScope(*way).status(), 0);
+        EXPECT_EQ(std::exchange(timeLimit, 0U), hasDriver ? 0U : 5000U);
         if (const auto device = hidDevice(mouse->hidrawNode(0))) {
             Data longer(91);
             EXPECT_EQ(device->getFeatureReport(longer).length, 90U);

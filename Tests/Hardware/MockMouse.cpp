@@ -23,6 +23,17 @@ extern "C" ssize_t sendmsg(int fd, const msghdr *message, int flags)
     return sent;
 }
 
+/// A program that listens reads its events through this.
+extern "C" ssize_t recvmsg(int fd, msghdr *message, int flags)
+{
+    static auto *const receive = reinterpret_cast<decltype(&recvmsg)>(::dlsym(RTLD_NEXT, "recvmsg"));
+    if (kelmoth::MockMouse::areEventsLost.exchange(false)) {
+        errno = ENOBUFS;
+        return -1;
+    }
+    return receive(fd, message, flags);
+}
+
 namespace kelmoth {
 
 namespace {

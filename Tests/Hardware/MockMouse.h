@@ -46,6 +46,9 @@ public:
     /// Gives or takes the right to open the nodes, from users who are not root.
     void permit(bool isPermitted);
 
+    /// Whether the next program that reads an event is told that its queue was too short for them.
+    static inline std::atomic<bool> areEventsLost = false;
+
     SimulatedMouse &mouse() const { return *m_mouse; }
     /// The kernel's side of an interface's hidraw node.
     MockHidraw &hidraw(std::size_t interface) const { return *m_hidraws.at(interface); }
