@@ -41,6 +41,8 @@ struct FakeSession : UserSession {
 struct Screen {
     std::optional<bool> hosted = true;
     std::function<void()> click, hostChanged;
+    std::vector<MenuEntry> menu;
+    std::optional<ScreenRect> frame;
     std::string toolTip;
     double alpha = 1.0;
     bool isShown = false;
@@ -54,12 +56,12 @@ class FakeStatusItem : public StatusItem {
 public:
     explicit FakeStatusItem(Screen &screen) : m_screen(screen) {}
     void setClickHandler(std::function<void()> handler) override { m_screen.click = std::move(handler); }
-    void setMenu(std::vector<MenuEntry>) override {}
+    void setMenu(std::vector<MenuEntry> menu) override { m_screen.menu = std::move(menu); }
     void setToolTip(const std::string &text) override { m_screen.toolTip = text; }
     void setAlphaValue(double alpha) override { m_screen.alpha = alpha; }
     std::optional<bool> isHosted() const override { return m_screen.hosted; }
     void setHostHandler(std::function<void()> handler) override { m_screen.hostChanged = std::move(handler); }
-    std::optional<ScreenRect> frame() const override { return std::nullopt; }
+    std::optional<ScreenRect> frame() const override { return m_screen.frame; }
 
 private:
     Screen &m_screen;
@@ -92,7 +94,7 @@ public:
             Q_EMIT willShow();
         }
     }
-    void follow(const ScreenRect &) override {}
+    void follow(const ScreenRect &) override { m_screen.popoverCalls.emplace_back("follows"); }
     void performClose() override
     {
         m_screen.isShown = false;
@@ -233,9 +235,14 @@ TEST_F(AppDelegateTest, ClicksToggleThePopover)
     screen.click();
     EXPECT_TRUE(screen.isShown);
 
-    // A press elsewhere is over by the time of the next click.
+    // A press elsewhere is over by the time of the next click; one that closes nothing has no effect.
     presses->handler();
     presses->isUnderWay = false;
+    screen.click();
+    EXPECT_TRUE(screen.isShown);
+    screen.click();
+    presses->handler();
+    presses->isUnderWay = true;
     screen.click();
     EXPECT_TRUE(screen.isShown);
 
@@ -249,6 +256,34 @@ TEST_F(AppDelegateTest, ClicksToggleThePopover)
     screen.click();
     EXPECT_EQ(screen.takeCalls().front(), "still");
     EXPECT_EQ(screen.alpha, 1.0);
+}
+
+TEST_F(AppDelegateTest, DoesWhatTheMenuAndOtherCopiesAsk)
+{
+    launch();
+    preferences.chooseLanguage(1);
+    EXPECT_EQ(screen.menu[2].title, "O programie Kelmoth");
+    EXPECT_EQ(screen.menu[4].keyEquivalent, "q");
+    QSignalSpy abouts(delegate.get(), &AppDelegate::kelmothShowAbout);
+    const auto callsAfter = [this](const std::function<void()> &action) {
+        action();
+        QCoreApplication::processEvents();
+        return screen.takeCalls();
+    };
+    EXPECT_THAT(callsAfter(screen.menu[2].action), ElementsAre("animated", "at item", "front"));
+    EXPECT_THAT(callsAfter(screen.menu[2].action), testing::IsEmpty()) << "it is open";
+    EXPECT_EQ(abouts.count(), 2);
+    EXPECT_THAT(callsAfter(session->handler), ElementsAre("front"));
+    EXPECT_THAT(callsAfter(screen.hostChanged), testing::IsEmpty()) << "the item's place is unknown";
+    screen.frame.emplace();
+    EXPECT_THAT(callsAfter(screen.hostChanged), ElementsAre("follows"));
+    screen.isShown = false;
+    EXPECT_THAT(callsAfter(session->handler), ElementsAre("animated", "at item", "front", "front"));
+    screen.isShown = false;
+    EXPECT_THAT(callsAfter(screen.menu[0].action), ElementsAre("animated", "at item", "front"));
+    EXPECT_EQ(ends, 0);
+    screen.menu[4].action();
+    EXPECT_EQ(ends, 1);
 }
 
 TEST_F(AppDelegateTest, EachOpeningAsksTheMouseOnce)
