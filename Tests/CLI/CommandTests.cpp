@@ -228,6 +228,8 @@ TEST_F(ChangeTest, ItIsSaidWhatHolds)
         {"set button back keyPress:Shift+CTRL+Return", "button back is now keyPress:ctrl+shift+enter\n"},
         {"set button back dpiChange --profile 5", "button back is now dpiChange:0\n"},
         {"set button back disabled --hypershift", "button back with hypershift is now disabled\n"},
+        {"set button back other:01010500000000", "button back is now forward\n"},
+        {"set button back other:01010500000009", "button back is now other:01010500000009\n"},
         {"set lift-off high", "lift-off distance is now high\n"},
     };
     plugIn("basilisk-v3");
@@ -268,20 +270,28 @@ TEST_F(ChangeTest, SettingsTravelByFile)
     auto held = mouse.state();
     held.dpiStages = {500, 800, 1600, 3200, 25000};
     held.activeStage = 5;
-    held.lights[RGBZone::logo] = {.effect = 1, .parameters = {0, 0, 1, 9, 8, 7}, .brightness = 29};
+    held.lights[RGBZone::scrollWheel].parameters = {0, 0, 1, 9, 8, 7};
+    held.lights[RGBZone::logo] = {.effect = 3};
+    held.lights[RGBZone::underglow].brightness = 29;
     held.buttons[{0, MouseButton::back, false}] = ButtonAction::keyPress("ctrl+f5").toButtonFunction();
     mouse.setState(held);
     write("something older");
     EXPECT_EQ(run("export " + path).complaints, "");
     EXPECT_EQ(contents(), run("read --json").json()["state"].dump() + '\n');
     EXPECT_EQ(run("export").output, contents());
+    auto record = *decodeDeviceState(contents());
+    record.rgbSettings[RGBZone::logo] = {RGBEffect::spectrum, {1, 2, 3}, RGBColor{4, 5, 6}, 1.0, 0.9};
+    record.rgbSettings[RGBZone::underglow].brightness += 0.001;
+    write(encode(record)); // the mouse is sent the same bytes for it
     EXPECT_EQ(run("import " + path).output, "the mouse has these settings already\n");
 
     auto &other = plugInOnly("basilisk-v3");
     EXPECT_EQ(run("import " + path).output, R"(DPI of stage 1: 400 -> 500: done
 DPI of stage 5: 6400 -> 25000: done
 active stage: 1 -> 5: done
-lighting of logo: static #00FF00, 100 % -> static #090807, 11 %: done
+lighting of scroll_wheel: static #00FF00, 100 % -> static #090807, 100 %: done
+lighting of logo: static #00FF00, 100 % -> spectrum, 100 %: done
+lighting of underglow: static #00FF00, 100 % -> static #00FF00, 11 %: done
 button back: back -> keyPress:ctrl+f5: done
 )");
     EXPECT_EQ(other.state().dpiStages, held.dpiStages);
@@ -319,7 +329,7 @@ TEST_F(ChangeTest, AnyRecordIsSafeToImport)
 TEST_F(ChangeTest, NothingComesOfAnUnusableFile)
 {
     auto &mouse = plugIn("basilisk-v3");
-    write(R"({"dpiStages":[{"index":0,"dpi":1,"color":"pink"}]})");
+    write(R"({"dpiStages":[{"index":0,"dpi":1,"color":"\u001b[2Jpink"}]})");
     const std::pair<std::string, const char *> rows[]{
         {path, "dpiStages[0].color: "},
         {directory.path().toStdString(), "is a directory"},
@@ -328,7 +338,7 @@ TEST_F(ChangeTest, NothingComesOfAnUnusableFile)
     };
     for (const auto &[name, complaint] : rows) {
         EXPECT_EQ(run("import " + name).status, ExitStatus::usage);
-        EXPECT_THAT(run("import " + name).complaints, HasSubstr(complaint));
+        EXPECT_THAT(run("import " + name).complaints, AllOf(HasSubstr(complaint), Not(HasSubstr("\x1b"))));
     }
     write("{\n}}");
     EXPECT_THAT(run("import " + path).complaints, HasSubstr(path + ": parse error at line 2, column 2: "));
