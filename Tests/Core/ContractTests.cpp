@@ -80,6 +80,20 @@ TEST(Contract, OfWordsAndBytes)
     EXPECT_EQ(keyToHIDCode("delete"), 42);
 }
 
+TEST(Contract, OfWhatIsShownBeforeAnyMouse)
+{
+    EXPECT_EQ(
+        encode(DeviceState::defaultState()),
+        R"({"dpiStages":[{"index":0,"dpi":400,"color":"red"},{"index":1,"dpi":800,"color":"orange"},)"
+        R"({"index":2,"dpi":1600,"color":"yellow"},{"index":3,"dpi":3200,"color":"green"},)"
+        R"({"index":4,"dpi":6400,"color":"blue"}],"currentDPIStage":2,"pollingRate":1000,"rgbSettings":[],)"
+        R"("buttonMappings":["left",{"leftClick":{}},"right",{"rightClick":{}},"middle",)"
+        R"({"middleClick":{}},"forward",{"forward":{}},"back",{"back":{}},"dpi_up",{"dpiChange":{"_0":0}},)"
+        R"("dpi_down",{"dpiChange":{"_0":0}},"scroll_up",{"scrollUp":{}},"scroll_down",{"scrollDown":{}},)"
+        R"("clutch",{"hypershift":{}},"profile",{"profileSwitch":{"_0":0}}],)"
+        R"("hyperScrollEnabled":false,"scrollWheelMode":"tactile"})");
+}
+
 TEST(Contract, OfEachModel)
 {
     std::ostringstream models;
