@@ -108,32 +108,33 @@ TEST(Contract, OfEachModel)
                             "b9 1f 0 60000 Razer Basilisk V3 X HyperSpeed, 2.4 GHz receiver\n"
                             "ac 1f 0 60000 Razer Basilisk V3 Pro, 2.4 GHz receiver\n"
                             "ba 1f 0 60000 Razer Basilisk V3 X HyperSpeed, 2.4 GHz receiver\n");
+    const auto words = [](const auto &values) {
+        std::vector<std::string_view> all;
+        std::ranges::transform(values, std::back_inserter(all), [](auto value) { return rawValue(value); });
+        return all;
+    };
     for (const auto &[productID, expected] : {
-             std::pair{0x00AB, "30000; 125 500 1000 4000; 400 800 1600 3200 6400; 400 800 1600 3200 6400 "
-                               "12000 20000 30000; scroll_wheel logo underglow; off static spectrum wave; "
-                               "5 11 battery charging hyperscroll"},
-             {0x00BA, "18000; 125 500 1000; 400 800 1600 2400 3200; 400 800 1600 2400 3200 6400 12000 18000; "
-                      "scroll_wheel; off static breathing spectrum wave reactive; 5 6 battery"},
-             {0x0099,
-              "26000; 125 500 1000; 400 800 1600 3200 6400; 400 800 1600 3200 6400 12000 18000 26000; "
-              "scroll_wheel logo underglow; off static spectrum wave; 5 11 hyperscroll"},
-             {0x0000, "16000; 125 500 1000; 400 800 1600 3200 6400; 400 800 1600 2400 3200 6400 10000 16000; "
-                      "scroll_wheel; off static; 5 5"},
+             std::pair{0x00AB, R"((30000, 5, 11, { 125, 500, 1000, 4000 }, { 400, 800, 1600, 3200, 6400 }, )"
+                               R"({ 400, 800, 1600, 3200, 6400, 12000, 20000, 30000 }, true, true, true, )"
+                               R"({ "scroll_wheel", "logo", "underglow" }, )"
+                               R"({ "off", "static", "spectrum", "wave" }))"},
+             {0x00BA,
+              R"((18000, 5, 6, { 125, 500, 1000 }, { 400, 800, 1600, 2400, 3200 }, )"
+              R"({ 400, 800, 1600, 2400, 3200, 6400, 12000, 18000 }, true, false, false, )"
+              R"({ "scroll_wheel" }, { "off", "static", "breathing", "spectrum", "wave", "reactive" }))"},
+             {0x0099, R"((26000, 5, 11, { 125, 500, 1000 }, { 400, 800, 1600, 3200, 6400 }, )"
+                      R"({ 400, 800, 1600, 3200, 6400, 12000, 18000, 26000 }, false, false, true, )"
+                      R"({ "scroll_wheel", "logo", "underglow" }, { "off", "static", "spectrum", "wave" }))"},
+             {0x0000, R"((16000, 5, 5, { 125, 500, 1000 }, { 400, 800, 1600, 3200, 6400 }, )"
+                      R"({ 400, 800, 1600, 2400, 3200, 6400, 10000, 16000 }, false, false, false, )"
+                      R"({ "scroll_wheel" }, { "off", "static" }))"},
          }) {
         const auto &model = DeviceCapabilities::forDevice(static_cast<std::uint16_t>(productID));
-        std::ostringstream text;
-        text << model.maxDPI;
-        for (const auto &numbers : {model.pollingRates, model.factoryDPIPresets, model.dpiQuickPresets}) {
-            text << ';';
-            std::ranges::for_each(numbers, [&text](Int number) { text << ' ' << number; });
-        }
-        text << ';';
-        std::ranges::for_each(model.rgbZones, [&text](auto zone) { text << ' ' << rawValue(zone); });
-        text << ';';
-        std::ranges::for_each(model.rgbEffects, [&text](auto effect) { text << ' ' << rawValue(effect); });
-        text << "; " << model.dpiStages << ' ' << model.buttonCount << (model.hasBattery ? " battery" : "")
-             << (model.reportsCharging ? " charging" : "") << (model.hasHyperScroll ? " hyperscroll" : "");
-        EXPECT_EQ(text.str(), expected);
+        EXPECT_EQ(testing::PrintToString(std::tuple(
+                      model.maxDPI, model.dpiStages, model.buttonCount, model.pollingRates,
+                      model.factoryDPIPresets, model.dpiQuickPresets, model.hasBattery, model.reportsCharging,
+                      model.hasHyperScroll, words(model.rgbZones), words(model.rgbEffects))),
+                  expected);
     }
 }
 
