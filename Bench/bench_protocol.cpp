@@ -110,7 +110,7 @@ void addValues()
     add("shortcut/name", KeyboardShortcut{3, 0x3E},
         [](const KeyboardShortcut &keys) { return shortcutString(keys.modifier, keys.keyCode); });
     add("stored/encode", DeviceState::defaultState(), [](const DeviceState &state) { return encode(state); });
-    add("stored/decode", encode(DeviceState::defaultState()),
+    add("stored/decode", encode(DeviceState::defaultState()).value(),
         [](const std::string &json) { return decodeDeviceState(json); });
     add("stored/merge", std::optional(createDefaultState(mouse())),
         [device = mouse()](const std::optional<DeviceState> &saved) {

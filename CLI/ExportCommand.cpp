@@ -80,7 +80,7 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
                         ": nothing was written");
         co_return ExitStatus::failed;
     }
-    const auto text = encode(manager.deviceState()) + '\n';
+    const auto text = encode(manager.deviceState()).value() + '\n';
     if (isStandardOutput) {
         output.print(text);
         co_return ExitStatus::done;

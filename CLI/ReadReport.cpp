@@ -105,7 +105,7 @@ nlohmann::ordered_json readingJSON(const MouseSummary &mouse, const DeviceReadin
     nlohmann::ordered_json json;
     json["device"] = mouseJSON(mouse);
     // The text is of our own making: it parses.
-    json["state"] = nlohmann::ordered_json::parse(encode(reading.state));
+    json["state"] = nlohmann::ordered_json::parse(encode(reading.state).value());
     json["liftOffLevel"] = nullptr;
     if (reading.liftOffLevel) {
         json["liftOffLevel"] = *reading.liftOffLevel;

@@ -37,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const auto read = decodeDeviceState({reinterpret_cast<const char *>(data), size}, &failure);
     check(read.has_value() == failure.empty(), "a failure says what is wrong, a success nothing");
     for (const auto &state : {read.value_or(DeviceState()), anyState({data, size})}) {
-        check(decodeDeviceState(encode(state)) == state, "what is written reads the same");
+        check(decodeDeviceState(encode(state).value()) == state, "what is written reads the same");
     }
     return 0;
 }

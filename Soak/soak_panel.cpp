@@ -293,7 +293,7 @@ void SoakUser::report()
     m_reported = device->id;
     Platform::current().userDefaults->flush();
     const auto &lift = manager.liftOffLevel();
-    const JSON state{{"state", JSON::parse(encode(manager.deviceState()))},
+    const JSON state{{"state", JSON::parse(encode(manager.deviceState()).value())},
                      {"liftOffLevel", lift ? JSON(*lift) : JSON()},
                      {"batteryLevel", device->batteryLevel ? JSON(*device->batteryLevel) : JSON()},
                      {"isCharging", device->isCharging},

@@ -6,6 +6,7 @@
 #include "Core/Device/RGBSetting.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,9 +42,9 @@ struct DeviceState {
     bool operator==(const DeviceState &) const = default;
 };
 
-/// The stored form: one compact JSON object. Never fails; text that is not UTF-8 is stored with the
-/// replacement character.
-std::string encode(const DeviceState &state);
+/// The stored form: one compact JSON object. Text that is not UTF-8 is stored with the replacement character.
+/// None when a brightness or a speed is not finite: JSON has no such number.
+std::optional<std::string> encode(const DeviceState &state);
 
 /// Reads the stored form. Every member is required and must have its type: a whole number may be written
 /// 1, 1.0 or 1e3, and must lie within 64 bits; members that the form does not name are ignored; of a map

@@ -16,6 +16,12 @@ constexpr std::size_t deepestNesting = 512;
 constexpr std::size_t longestQuote = 60;
 constexpr Int mostDecimalDigits = std::numeric_limits<Int>::digits10 + 1;
 
+/// Whether a byte of UTF-8 goes on with the character of the byte before it.
+bool isContinuation(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
 /// The exponent of a JSON number's text; a huge one is cut to one that is still beyond any use.
 Int exponentOf(std::string_view text)
 {
@@ -139,6 +145,10 @@ private:
 
 json parseJSON(std::string_view text)
 {
+    // The library takes one for the end of the text, and whatever follows goes unread.
+    if (const auto at = text.find('\0'); at != std::string_view::npos) {
+        throw DecodingError("a zero byte after " + std::to_string(at) + " bytes of text");
+    }
     Builder builder;
     json::sax_parse(text, &builder);
     return builder.takeRoot();
@@ -146,8 +156,14 @@ json parseJSON(std::string_view text)
 
 std::string JSONReader::quoted(std::string_view text)
 {
-    const bool isLong = text.size() > longestQuote;
-    return "\"" + std::string(text.substr(0, longestQuote)) + (isLong ? "…\"" : "\"");
+    if (text.size() <= longestQuote) {
+        return "\"" + std::string(text) + "\"";
+    }
+    auto length = longestQuote;
+    while (length > 0 && isContinuation(text[length])) {
+        --length;
+    }
+    return "\"" + std::string(text.substr(0, length)) + "…\"";
 }
 
 void JSONReader::fail(const std::string &message) const

@@ -17,9 +17,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Reads JSON text. Whole numbers that fit 64 bits become integers exactly, however they are written (1,
-/// 1.0, 1e3); of members that occur twice the last counts. Throws DecodingError for text that is not JSON or
-/// is nested beyond any use.
+/// Reads JSON text, all of it. Whole numbers that fit 64 bits become integers exactly, however they are
+/// written (1, 1.0, 1e3); of members that occur twice the last counts. Throws DecodingError for text that is
+/// not JSON or is nested beyond any use.
 nlohmann::json parseJSON(std::string_view text);
 
 /// One value inside a JSON document, with the way to it. Every reading throws DecodingError when the value is
@@ -61,7 +61,7 @@ public:
 
     [[noreturn]] void fail(const std::string &message) const;
 
-    /// Text for a message: in quotes, cut where it is long.
+    /// UTF-8 text for a message: in quotes, cut between two characters where it is long.
     static std::string quoted(std::string_view text);
 
 private:

@@ -4,6 +4,8 @@
 #include "Core/Device/DeviceState.h"
 #include "Core/Device/JSONReader.h"
 
+#include <algorithm>
+#include <cmath>
 #include <variant>
 
 namespace kelmoth {
@@ -31,6 +33,11 @@ Json encoded(const RGBSetting &setting)
     object["brightness"] = setting.brightness;
     object["speed"] = setting.speed;
     return object;
+}
+
+bool isFinite(const RGBSetting &setting)
+{
+    return std::isfinite(setting.brightness) && std::isfinite(setting.speed);
 }
 
 /// One member named after the case; a case's value is the member "_0" inside.
@@ -157,8 +164,11 @@ DeviceState decodeRecord(const JSONReader &record)
 
 } // namespace
 
-std::string encode(const DeviceState &state)
+std::optional<std::string> encode(const DeviceState &state)
 {
+    if (!std::ranges::all_of(state.rgbSettings, isFinite, [](const auto &entry) { return entry.second; })) {
+        return std::nullopt;
+    }
     auto stages = Json::array();
     for (const auto &stage : state.dpiStages) {
         stages.push_back(encoded(stage));

@@ -10,6 +10,7 @@
 #include "Core/HID/RazerProtocol.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kelmoth {
 
@@ -29,7 +30,7 @@ bool isOffered(RGBZone zone, const RGBSetting &setting, const DeviceCapabilities
     const auto &effects = capabilities.rgbEffects;
     return std::ranges::find(zones, zone) != zones.end() &&
            std::ranges::find(effects, setting.effect) != effects.end() && setting.brightness >= 0.0 &&
-           setting.brightness <= 1.0;
+           setting.brightness <= 1.0 && std::isfinite(setting.speed);
 }
 
 bool holds(const Data &response, const ButtonFunction &function)

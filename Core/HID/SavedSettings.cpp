@@ -90,14 +90,19 @@ DeviceState SavedSettings::stateForDevice(const RazerDevice &device)
         return mergeSavedState(std::nullopt, device);
     }
     auto state = mergeSavedState(m_legacySavedState, device);
-    save(state, device);
-    m_defaults->setInteger(migratedKey, device.productID);
+    if (save(state, device)) {
+        m_defaults->setInteger(migratedKey, device.productID);
+    }
     return state;
 }
 
-void SavedSettings::save(const DeviceState &state, const RazerDevice &device)
+bool SavedSettings::save(const DeviceState &state, const RazerDevice &device)
 {
-    m_defaults->setData(deviceKey(device), encode(state));
+    auto record = encode(state);
+    if (record) {
+        m_defaults->setData(deviceKey(device), *std::move(record));
+    }
+    return record.has_value();
 }
 
 } // namespace kelmoth

@@ -30,8 +30,9 @@ public:
     /// Records that cannot be used count as none, silently.
     DeviceState stateForDevice(const RazerDevice &device);
 
-    /// Keeps the settings of a device's product.
-    void save(const DeviceState &state, const RazerDevice &device);
+    /// Keeps the settings of a device's product. False, and what was kept stays, when they have no stored
+    /// form.
+    bool save(const DeviceState &state, const RazerDevice &device);
 
 private:
     std::optional<DeviceState> load(const std::string &key) const;

@@ -132,7 +132,7 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
     auto state = createDefaultState(device);
     state.currentDPIStage = held.activeStage - 1;
     EXPECT_EQ(JSON::parse(run("read --json", fullRead)),
-              (JSON{{"device", shown}, {"state", JSON::parse(encode(state))}, {"liftOffLevel", 1}}));
+              (JSON{{"device", shown}, {"state", JSON::parse(encode(state).value())}, {"liftOffLevel", 1}}));
     for (const auto &[line, commands, where, value] : rows) {
         auto expected = fullRead;
         expected.insert(expected.end(), commands.begin(), commands.end());
@@ -226,7 +226,7 @@ TEST_F(SavedTest, RecordsAreHonoured)
     auto state = DeviceState::defaultState();
     const auto record = [&state](Int pollingRate) {
         state.pollingRate = pollingRate;
-        return encode(state);
+        return encode(state).value();
     };
     const auto older = QStringLiteral("com.kelmoth.deviceState");
     const auto own = QStringLiteral("com.kelmoth.deviceState.185");

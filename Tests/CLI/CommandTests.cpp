@@ -312,7 +312,7 @@ TEST_F(ChangeTest, AnyRecordIsSafeToImport)
     record.buttonMappings.insert_or_assign(MouseButton::clutch, ButtonAction::macroPlay("m"));
     record.scrollWheelMode = ScrollWheelMode::smartReel;
     mouse.takeTransfers();
-    write(encode(record));
+    write(encode(record).value());
     const auto result = run("import --json " + path);
     EXPECT_EQ(result.status, ExitStatus::failed) << "the left button";
     EXPECT_EQ(result.json()[0].dump(), R"({"setting":"number of DPI stages","from":5,"to":6,)"

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <cmath>
+
 namespace kelmoth {
 namespace {
 
@@ -38,7 +40,14 @@ TEST(StoredForm, IsTheAgreedTextAndComesBackEqual)
     EXPECT_EQ(decodeDeviceState(sampleText), sample);
     DeviceState state;
     state.buttonMappings.emplace(MouseButton::left, ButtonAction::macroPlay("a\xFF"));
-    EXPECT_THAT(encode(state), HasSubstr("\"a\uFFFD\""));
+    EXPECT_THAT(encode(state).value(), HasSubstr("\"a\uFFFD\""));
+    for (const auto member : {&RGBSetting::brightness, &RGBSetting::speed}) {
+        for (const double number : {NAN, INFINITY, -INFINITY}) {
+            state.rgbSettings[RGBZone::logo] = {};
+            state.rgbSettings[RGBZone::logo].*member = number;
+            EXPECT_EQ(encode(state), std::nullopt);
+        }
+    }
 }
 
 /// One change of a good record, and what it does.
@@ -71,6 +80,8 @@ TEST(StoredForm, AcceptsAndRefusesEachMemberByItsRules)
              {"/stranger", nested(512), "nested too deeply"},
              {"/dpiStages", "{}", "dpiStages: an array"},
              {"/dpiStages/1/color", "\"pink\"", "dpiStages[1].color: \"pink\" is not one of red, orange"},
+             {"/dpiStages/1/color", '"' + std::string(59, 'p') + "łł\"",
+              "color: \"" + std::string(59, 'p') + "…\" is"},
              {"/dpiStages/1/index", "", "dpiStages[1]: \"index\" is missing"},
              {logo + "/secondaryColor", "null", ""},
              {logo + "/secondaryColor", "7", "rgbSettings[1].secondaryColor: an object"},
@@ -116,7 +127,10 @@ TEST(StoredForm, OfAKeyThatOccursTwiceTheLastValueCounts)
 
 TEST(StoredForm, RefusesTextThatIsNoRecord)
 {
-    for (const std::string_view text : {"", "null", "{}{}", "{\"a\":NaN}"}) {
+    const std::string zero(1, '\0');
+    const std::string texts[]{
+        "", "null", "{}{}", "{\"a\":NaN}", sampleText + zero, sampleText + zero + 'x'};
+    for (const auto &text : texts) {
         std::string failure;
         EXPECT_EQ(decodeDeviceState(text, &failure), std::nullopt);
         EXPECT_FALSE(failure.empty());

@@ -61,6 +61,10 @@ TEST_F(DeviceManagerTest, ReadsTheFirstMouseThatCanBeConfiguredAndSavesWhatItSay
     EXPECT_EQ(stored(0x00AA), manager->deviceState());
     EXPECT_EQ(stored(0x0099), std::nullopt);
     EXPECT_EQ(manager->property("deviceState").value<DeviceState>(), manager->deviceState());
+    auto unsavable = manager->deviceState();
+    unsavable.rgbSettings[RGBZone::logo].speed = NAN;
+    EXPECT_FALSE(SavedSettings(defaults).save(unsavable, *manager->connectedDevice()));
+    EXPECT_EQ(stored(0x00AA), manager->deviceState());
 
     // A new record of the same mouse: each list arrives as it was published.
     change(*mice[1], [](auto &state) { state.battery = 128, state.isCharging = false; });

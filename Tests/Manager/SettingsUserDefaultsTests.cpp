@@ -65,7 +65,7 @@ protected:
 
 TEST_F(SettingsUserDefaultsTest, KeepsValuesForTheirOwnerOnly)
 {
-    const auto record = encode(DeviceState::defaultState());
+    const auto record = encode(DeviceState::defaultState()).value();
     {
         SettingsUserDefaults defaults(path);
         EXPECT_FALSE(defaults.hasObjectForKey(key));
@@ -177,7 +177,7 @@ TEST_F(SettingsUserDefaultsTest, AKillAtAnyMomentLeavesAWholeRecord)
     auto first = DeviceState::defaultState();
     first.dpiStages.resize(200); // so large that it is not written in one piece
     const auto second = DeviceState::defaultState();
-    SettingsUserDefaults(path).setData(key, encode(first));
+    SettingsUserDefaults(path).setData(key, encode(first).value());
     std::mt19937 random(42);
     int seconds = 0;
     // The longer it takes a busy machine to write once, the later the kill.
@@ -186,7 +186,7 @@ TEST_F(SettingsUserDefaultsTest, AKillAtAnyMomentLeavesAWholeRecord)
         const pid_t writer = ::fork();
         if (writer == 0) {
             for (bool isFirst = false;; isFirst = !isFirst) {
-                SettingsUserDefaults(path).setData(key, encode(isFirst ? first : second));
+                SettingsUserDefaults(path).setData(key, encode(isFirst ? first : second).value());
             }
         }
         ::usleep(std::uniform_int_distribution<useconds_t>(0, 20'000 + 100 * static_cast<useconds_t>(round))(

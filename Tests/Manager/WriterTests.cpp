@@ -202,6 +202,11 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
         expectRefusal(manager->setRGB(RGBZone::scrollWheel, setting));
     }
     setting = wave;
+    for (const double speed : {NAN, INFINITY}) { // cannot be saved
+        setting.speed = speed;
+        expectRefusal(manager->setRGB(RGBZone::scrollWheel, setting));
+    }
+    setting = wave;
     setting.effect = RGBEffect::starlight;
     expectRefusal(manager->setRGB(RGBZone::scrollWheel, setting));
     const auto click = ButtonAction::leftClick();
