@@ -41,7 +41,6 @@ bool isPipe(int descriptor)
 MouseWatch::MouseWatch(Session *session) : m_session(session)
 {
     m_promise.start();
-    connect(&m_signals, &TerminationSignals::received, this, &MouseWatch::finish);
     watchReader();
     // Level and charging status change one after the other: queued, they are seen together.
     connect(&session->monitor(), &HIDMonitor::connectedDevicesChanged, this, &MouseWatch::report,

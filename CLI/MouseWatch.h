@@ -1,7 +1,6 @@
 #pragma once
 
 #include "CLI/Session.h"
-#include "Platform/Linux/TerminationSignals.h"
 
 #include <QFuture>
 #include <QObject>
@@ -16,8 +15,8 @@
 
 namespace kelmoth {
 
-/// Writes a line for each thing that happens to a mouse, until a signal or the end of its reader. Sleeps in
-/// between: it has no timer. Main thread.
+/// Writes a line for each thing that happens to a mouse, until the end of its reader or of the process.
+/// Sleeps in between: it has no timer. Main thread.
 class MouseWatch : public QObject {
     Q_OBJECT
 
@@ -37,7 +36,6 @@ private:
     void finish();
 
     Session *m_session;
-    TerminationSignals m_signals;
     std::unique_ptr<QSocketNotifier> m_reader;
     std::vector<RazerDevice> m_known;
     std::map<QUuid, std::string> m_paths;

@@ -79,7 +79,9 @@ int main(int argc, char **argv)
     using namespace kelmoth;
 
     reserveStandardStreams();
-    // A reader that goes away is noticed by the write that fails.
+    // Signals that end a program end this one as it stands, whatever it waits for: each line of output is out
+    // when it is written, and the kernel gives back the lock and lets no more than the transfer under way
+    // end. A reader that goes away is noticed by the write that fails.
     std::signal(SIGPIPE, SIG_IGN);
     Output output(STDOUT_FILENO, STDERR_FILENO);
     auto status = run(argc, argv, output);

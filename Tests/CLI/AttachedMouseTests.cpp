@@ -5,11 +5,13 @@
 #include "Tests/CLI/Shell.h"
 #include "Tests/Hardware/MockMouse.h"
 
+#include <QSemaphore>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <atomic>
 #include <csignal>
 
 namespace kelmoth {
@@ -57,15 +59,32 @@ protected:
     SimulatedMouse &plugIn(std::string_view model)
     {
         using namespace std::chrono;
-        const auto now = [] { return duration_cast<microseconds>(steady_clock::now().time_since_epoch()); };
+        const auto now = [this] {
+            if (isHanging) {
+                isHung.release();
+                goOn.acquire();
+            }
+            return duration_cast<microseconds>(steady_clock::now().time_since_epoch());
+        };
         attached = std::make_unique<MockMouse>(
             testbed, std::make_shared<SimulatedMouse>(*SimulatedModel::named(model), now));
         attached->attach();
         return attached->mouse();
     }
 
+    std::atomic<bool> isHanging = false; ///< transfers take as long as they may
+    QSemaphore isHung;                   ///< one does
+    QSemaphore goOn;                     ///< lets one come to its end
     std::unique_ptr<MockMouse> attached;
 };
+
+void expectEndBy(int signal, QProcess &process)
+{
+    ::kill(static_cast<pid_t>(process.processId()), signal);
+    EXPECT_TRUE(process.waitForFinished(patience));
+    EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
+    EXPECT_EQ(process.exitCode(), signal);
+}
 
 class EachModelTest : public AttachedMouseTest, public testing::WithParamInterface<BasiliskModel> {};
 
@@ -147,7 +166,7 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
 TEST_F(AttachedMouseTest, WatchFollowsTheCableUntilItIsToldToEnd)
 {
     plugIn("basilisk-v3-pro-wired");
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM}) {
         QProcess watch;
         watch.start(program, {QStringLiteral("watch")});
         const auto expectLine = [&watch](const char *line) {
@@ -162,10 +181,33 @@ TEST_F(AttachedMouseTest, WatchFollowsTheCableUntilItIsToldToEnd)
             expectLine("detached Razer Basilisk V3 Pro (Wired) (0x00AA, USB cable)\n");
             attached->attach();
         }
-        ::kill(static_cast<pid_t>(watch.processId()), signal);
-        EXPECT_TRUE(watch.waitForFinished(patience));
-        EXPECT_EQ(watch.exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(watch.exitCode(), 0);
+        expectEndBy(signal, watch);
+    }
+}
+
+/// Nothing is waited for, and the one that comes next is not kept out.
+TEST_F(AttachedMouseTest, ASignalEndsEveryCommandDuringATransfer)
+{
+    plugIn("basilisk-v3-pro-wired");
+    const QTemporaryDir directory;
+    const auto file = directory.filePath(QStringLiteral("mouse.json"));
+    EXPECT_EQ(shell("kelmothctl export $1", {file}).status, 0);
+    for (const auto &line : {QStringList{QStringLiteral("list")},
+                             {QStringLiteral("read")},
+                             {QStringLiteral("watch")},
+                             {QStringLiteral("export")},
+                             {QStringLiteral("import"), file},
+                             {QStringLiteral("set"), QStringLiteral("stage"), QStringLiteral("1")}}) {
+        SCOPED_TRACE(line.first().toStdString());
+        for (const int signal : {SIGINT, SIGTERM}) {
+            isHanging = true;
+            QProcess command;
+            command.start(program, line);
+            EXPECT_TRUE(isHung.tryAcquire(1, patience));
+            expectEndBy(signal, command);
+            isHanging = false;
+            goOn.release();
+        }
     }
 }
 
