@@ -1,5 +1,7 @@
 #include "CLI/MouseSummary.h"
 
+#include "Platform/Linux/Doctor.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -62,12 +64,9 @@ std::string otherChoice(const MouseSummary &mouse, const std::vector<MouseSummar
 
 Failure forbidden(const MouseSummary &mouse, const std::vector<MouseSummary> &mice)
 {
-    return {ExitStatus::noPermission,
-            "no permission to open " + mouse.path + ", the " + title(mouse) +
-                "\nInstall Kelmoth's udev rule, 70-kelmoth.rules, in /etc/udev/rules.d, run "
-                "\"udevadm control --reload\" as root, and plug the mouse in again."
-                "\n\"kelmothctl doctor\" looks closer." +
-                otherChoice(mouse, mice)};
+    return {ExitStatus::noPermission, "no permission to open " + mouse.path + ", the " + title(mouse) + '\n' +
+                                          permissionRemedy() + "\n\"kelmothctl doctor\" looks closer." +
+                                          otherChoice(mouse, mice)};
 }
 
 Failure absent(const std::vector<MouseSummary> &mice, std::optional<std::uint16_t> productID)

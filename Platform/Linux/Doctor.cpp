@@ -104,6 +104,16 @@ std::optional<std::string> findRules(const std::vector<std::string> &directories
     return std::nullopt;
 }
 
+std::string remedyOfRefusal(bool hasRules)
+{
+    return hasRules
+               ? "Plug the mouse in again, and run the program in the desktop session at this computer: "
+                 "the udev rules give access to no one else."
+               : "Copy " + std::string(rulesName) +
+                     " to /etc/udev/rules.d as root, run \"udevadm control --reload\", and plug the mouse "
+                     "in again: the udev rules give the user at this computer access to it.";
+}
+
 std::string title(const std::string &node, const std::optional<std::string> &name)
 {
     return name ? node + " (" + *name + ")" : node;
@@ -129,9 +139,7 @@ public:
         }
         if (m_wasRefused && !m_examination.rulesFile) {
             add(Kind::rulesMissing, "The udev rules " + std::string(rulesName) + " are not installed.",
-                "Copy " + std::string(rulesName) +
-                    " to /etc/udev/rules.d as root, run \"udevadm control --reload\", and plug the mouse in "
-                    "again.");
+                remedyOfRefusal(false));
         }
     }
 
@@ -173,10 +181,7 @@ private:
         if (isRefusal(node.access)) {
             m_wasRefused = true;
             add(Kind::noAccess, "No permission to open " + name + ".",
-                m_examination.rulesFile
-                    ? "Plug the mouse in again, and run the program in the desktop session at this computer: "
-                      "the udev rules give access to no one else."
-                    : "Install the udev rules: they give the user at this computer access to the mouse.");
+                remedyOfRefusal(m_examination.rulesFile.has_value()));
         } else if (node.access != 0) {
             add(Kind::nodeFailed,
                 "Cannot open " + name + ": " + std::generic_category().message(node.access) + ".",
@@ -194,6 +199,11 @@ std::vector<std::string> defaultRulesDirectories()
 {
     return {"/etc/udev/rules.d", "/run/udev/rules.d", "/usr/local/lib/udev/rules.d", "/usr/lib/udev/rules.d",
             "/lib/udev/rules.d"};
+}
+
+std::string permissionRemedy(const std::vector<std::string> &rulesDirectories)
+{
+    return remedyOfRefusal(findRules(rulesDirectories).has_value());
 }
 
 Examination examine(const std::vector<std::string> &rulesDirectories)

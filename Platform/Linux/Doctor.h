@@ -66,6 +66,10 @@ struct Examination {
 /// Where udev looks for rules, first found wins.
 std::vector<std::string> defaultRulesDirectories();
 
+/// What a user can do who may not open a mouse, in one English line: it depends on whether one of these
+/// directories has the udev rules.
+std::string permissionRemedy(const std::vector<std::string> &rulesDirectories = defaultRulesDirectories());
+
 /// Looks at every USB device and hidraw node of the maker, at the access that this process has to them, and
 /// at the udev rules in `rulesDirectories`. Opens each node once and closes it again; sends nothing to a
 /// mouse. Blocks for some milliseconds; any thread.
