@@ -4,18 +4,18 @@
 
 namespace kelmoth {
 
-BatteryReadings::BatteryReadings(const HIDMonitor &monitor, const std::vector<MouseSummary> &mice)
+BatteryReadings::BatteryReadings(HIDMonitor &monitor, const std::vector<MouseSummary> &mice)
     : m_monitor(monitor)
 {
     m_promise.start();
-    for (const auto &mouse : mice) {
-        if (mouse.isConfigurable() && HIDMonitor::hasReadableBattery(mouse.device) &&
-            !mouse.device.batteryLevel) {
-            m_pending.insert(mouse.device.id);
-        }
-    }
     connect(&monitor, &HIDMonitor::batteryReadFinished, this, &BatteryReadings::settle);
     connect(&monitor, &HIDMonitor::connectedDevicesChanged, this, &BatteryReadings::dropMissing);
+    for (const auto &mouse : mice) {
+        if (mouse.isConfigurable() && HIDMonitor::hasReadableBattery(mouse.device)) {
+            m_pending.insert(mouse.device.id);
+            monitor.readBatteryLevel(mouse.device);
+        }
+    }
     connect(&m_limit, &QTimer::timeout, this, &BatteryReadings::finish);
     m_limit.setSingleShot(true);
     m_limit.start(limit);

@@ -14,7 +14,7 @@
 
 namespace kelmoth {
 
-/// Waits for the battery readings that the monitor began when the mice were listed. Main thread.
+/// Has the batteries of mice read, and waits for that. Main thread.
 class BatteryReadings : public QObject {
     Q_OBJECT
 
@@ -22,9 +22,8 @@ public:
     /// Long enough for several mice, of which one never answers.
     static constexpr std::chrono::seconds limit{5};
 
-    /// To be made before the event loop runs again: a reading that ends earlier is missed. Of `mice`, those
-    /// are waited for that can be configured and have a battery.
-    BatteryReadings(const HIDMonitor &monitor, const std::vector<MouseSummary> &mice);
+    /// Of `mice`, those are asked that can be configured and have a battery.
+    BatteryReadings(HIDMonitor &monitor, const std::vector<MouseSummary> &mice);
 
     /// Finished once each mouse has answered, has failed to or has gone, and at the latest when the limit
     /// has passed.

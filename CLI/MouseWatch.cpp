@@ -43,7 +43,7 @@ MouseWatch::MouseWatch(Session *session) : m_session(session)
     m_promise.start();
     watchReader();
     // Level and charging status change one after the other: queued, they are seen together.
-    connect(&session->monitor(), &HIDMonitor::connectedDevicesChanged, this, &MouseWatch::report,
+    connect(&session->monitor(true), &HIDMonitor::connectedDevicesChanged, this, &MouseWatch::report,
             Qt::QueuedConnection);
     report();
 }

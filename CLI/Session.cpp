@@ -18,11 +18,11 @@ Session::Session(Options options, Platform platform, Output *output)
     }
 }
 
-HIDMonitor &Session::monitor()
+HIDMonitor &Session::monitor(bool watchesBatteries)
 {
     if (!m_monitor) {
         m_monitor = std::make_unique<HIDMonitor>(m_platform);
-        m_monitor->startMonitoring();
+        m_monitor->startMonitoring(watchesBatteries);
     }
     return *m_monitor;
 }

@@ -22,9 +22,9 @@ public:
     Output &output() const { return *m_output; }
     const Terminal &terminal() const { return m_terminal; }
 
-    /// The monitor, watching from the first call on. That the mice which are present are listed does not
-    /// mean that watching works: see `isMonitoring`.
-    HIDMonitor &monitor();
+    /// The monitor, watching from the first call on, and batteries too if that says so. That the mice which
+    /// are present are listed does not mean that watching works: see `isMonitoring`.
+    HIDMonitor &monitor(bool watchesBatteries = false);
 
     /// The owner of the settings. From the first call on it reads the mouse that it chooses.
     DeviceManager &manager();

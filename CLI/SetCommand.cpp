@@ -77,7 +77,6 @@ QCoro::Task<ExitStatus> SetCommand::run(Session *session)
         output.complain(*objection);
         co_return ExitStatus::usage;
     }
-    const BatteryReadings battery(session->monitor(), {mouse});
     const auto failure = co_await change(session, mouse.device, m_change);
     if (failure) {
         output.complain(failure->message);
@@ -91,6 +90,7 @@ QCoro::Task<ExitStatus> SetCommand::run(Session *session)
     auto unanswered = manager.unanswered();
     m_change->settle(unanswered);
     const auto reading = answeredSettings(manager, unanswered);
+    const BatteryReadings battery(session->monitor(), {mouse});
     co_await battery.finished();
     const auto mice = relisted({mouse}, session->monitor());
     output.printJSON(readingJSON(mice.empty() ? mouse : mice.front(), reading));

@@ -123,11 +123,12 @@ void HIDMonitor::endTransfers()
     m_transports->end.request_stop();
 }
 
-void HIDMonitor::startMonitoring()
+void HIDMonitor::startMonitoring(bool watchesBatteries)
 {
     if (m_isMonitoring) {
         return;
     }
+    m_watchesBatteries = watchesBatteries;
     m_manager = m_platform.hid->createManager();
     if (!m_manager) {
         log("❌ Failed to create IOHIDManager");
@@ -199,7 +200,7 @@ void HIDMonitor::deviceConnected(const std::shared_ptr<HIDDevice> &handle)
     log("✅ Razer device connected: %s (PID: 0x%04X)", device.name().c_str(), device.productID);
     m_connectedDevices.push_back(device);
     Q_EMIT connectedDevicesChanged();
-    if (hasReadableBattery(device)) {
+    if (m_watchesBatteries && hasReadableBattery(device)) {
         startBatteryMonitoring(device);
     }
 }

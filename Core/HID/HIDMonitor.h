@@ -39,7 +39,8 @@ public:
     bool isMonitoring() const { return m_isMonitoring; }
 
     /// Lists the mice that are present and begins to watch; logs the outcome. Nothing when already watching.
-    void startMonitoring();
+    /// Unless `watchesBatteries`, a battery is read only when it is asked for.
+    void startMonitoring(bool watchesBatteries = true);
 
     /// Ends watching. The list, the transports and the battery timers stay as they are.
     void stopMonitoring();
@@ -91,6 +92,7 @@ private:
     Platform m_platform;
     std::vector<RazerDevice> m_connectedDevices;
     bool m_isMonitoring = false;
+    bool m_watchesBatteries = true;
     std::unique_ptr<HIDManager> m_manager;
     std::shared_ptr<Transports> m_transports;
     std::map<QUuid, std::unique_ptr<QTimer>> m_batteryMonitors;

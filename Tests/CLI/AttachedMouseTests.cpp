@@ -130,10 +130,11 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
             EXPECT_EQ(request.wIndex, isBasiliskV3 ? 3 : 0);
             EXPECT_EQ(request.bytes[offset::transactionID], isDPI && isBasiliskV3 ? 0xFF : 0x1F);
         }
-        // The battery is read in its own time.
-        std::erase_if(sent, [](const auto &request) {
-            return request.bytes[offset::commandClass] == getBatteryLevel.commandClass;
-        });
+        if (line.ends_with("--json")) { // the battery is read in its own time, and only to be shown
+            std::erase_if(sent, [](const auto &request) {
+                return request.bytes[offset::commandClass] == getBatteryLevel.commandClass;
+            });
+        }
         EXPECT_TRUE(std::ranges::equal(expected, sent, isSame)) << sent.size() << " for " << expected.size();
         return result.output;
     };

@@ -108,9 +108,7 @@ TEST_F(CommandTest, AWrongWordIsAnsweredWithThoseThatAreAllowedAndNothingIsSent)
         EXPECT_EQ(result.status, ExitStatus::usage);
         EXPECT_THAT(result.complaints, AllOf(HasSubstr(row.answer), Not(HasSubstr(row.notOffered))));
         EXPECT_THAT(result.output, IsEmpty());
-        for (const auto &transfer : mouse.takeTransfers()) {
-            EXPECT_EQ(transfer.bytes[6], 0x07) << "only the battery is read";
-        }
+        EXPECT_THAT(mouse.takeTransfers(), IsEmpty());
     }
 }
 
