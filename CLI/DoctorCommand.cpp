@@ -21,10 +21,7 @@ ExitStatus examineSimulation(Session &session)
     } else {
         session.output().print("These mice are simulated: nothing of this system has been looked at.\n");
     }
-    if (none) {
-        session.output().complain(none->message);
-    }
-    return none ? none->status : ExitStatus::done;
+    return none ? session.report(*none) : ExitStatus::done;
 }
 
 void keepOnly(std::uint16_t productID, Examination &examination)

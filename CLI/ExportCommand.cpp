@@ -59,26 +59,24 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
     auto &output = session->output();
     const auto choice = chooseMouse(session->monitor(), session->options().productID);
     if (const auto *none = std::get_if<Failure>(&choice)) {
-        output.complain(none->message);
-        co_return none->status;
+        co_return session->report(*none);
     }
     const bool isStandardOutput = m_file == "-";
     // Not after a second of reading.
     if (const auto why = isStandardOutput ? std::nullopt : obstacleTo(m_file)) {
-        output.complain(*why);
-        co_return ExitStatus::failed;
+        co_return session->report({ExitStatus::failed, *why});
     }
     const RazerDevice device = std::get<MouseSummary>(choice).device;
     const auto failure = co_await readFully(session, device);
     if (failure) {
-        output.complain(failure->message);
-        co_return failure->status;
+        co_return session->report(*failure);
     }
     const auto &manager = session->manager();
     if (!manager.unanswered().empty()) {
-        output.complain("the mouse did not answer for " + joined(manager.unanswered().words()) +
-                        ": nothing was written");
-        co_return ExitStatus::failed;
+        co_return session->report({ExitStatus::failed,
+                                   "the mouse did not answer for " + joined(manager.unanswered().words()) +
+                                       ": nothing was written",
+                                   true});
     }
     const auto text = encode(manager.deviceState()).value() + '\n';
     if (isStandardOutput) {
@@ -86,8 +84,7 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
         co_return ExitStatus::done;
     }
     if (const auto why = replaceFile(m_file, text)) {
-        output.complain(*why);
-        co_return ExitStatus::failed;
+        co_return session->report({ExitStatus::failed, *why});
     }
     co_return ExitStatus::done;
 }

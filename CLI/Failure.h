@@ -10,6 +10,7 @@ namespace kelmoth {
 struct Failure {
     ExitStatus status;
     std::string message;
+    bool isOfMouse = false; ///< what was sent to the mouse and what it answered say more
 };
 
 } // namespace kelmoth

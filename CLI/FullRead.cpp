@@ -1,5 +1,7 @@
 #include "CLI/FullRead.h"
 
+#include "CLI/MouseSummary.h"
+
 #include <QCoroFuture>
 
 namespace kelmoth {
@@ -33,10 +35,10 @@ QCoro::Task<std::optional<Failure>> readFully(Session *session, RazerDevice devi
     const FullRead reading(manager, device);
     co_await reading.finished();
     std::optional<Failure> failure;
-    if (manager.connectedDevice() != device) {
-        failure = {ExitStatus::failed, "the " + device.name() + " was unplugged while it was read"};
+    if (isGone(device, session->monitor())) {
+        failure = {ExitStatus::failed, "the " + device.name() + " was unplugged while it was read", true};
     } else if (!manager.isAnswering()) {
-        failure = {ExitStatus::failed, "the " + device.name() + " does not answer"};
+        failure = {ExitStatus::failed, "the " + device.name() + " does not answer", true};
     }
     co_return failure;
 }

@@ -49,7 +49,7 @@ struct Result {
     std::string reason;
 };
 
-QCoro::Task<Result> perform(ImportStep step, Session *session)
+QCoro::Task<Result> perform(ImportStep step, RazerDevice device, Session *session)
 {
     Result result{"done", {}};
     if (step.kind == ImportStep::Kind::unsupported) {
@@ -60,7 +60,7 @@ QCoro::Task<Result> perform(ImportStep step, Session *session)
         session->dismissToasts();
         const bool isDone = co_await step.write(session->manager());
         if (!isDone) {
-            result = {"failed", session->refusal()};
+            result = {"failed", session->refusal(device)};
         }
     }
     co_return result;
@@ -95,13 +95,13 @@ nlohmann::ordered_json resultJSON(const ImportStep &step, const Result &result)
 }
 
 /// Writes what differs and says of each setting how it went. True when nothing failed.
-QCoro::Task<bool> performAll(std::vector<ImportStep> steps, Session *session)
+QCoro::Task<bool> performAll(std::vector<ImportStep> steps, RazerDevice device, Session *session)
 {
     const bool isJSON = session->options().json;
     auto results = nlohmann::ordered_json::array();
     bool isWell = true;
     for (const auto &step : steps) {
-        const Result result = co_await perform(step, session);
+        const Result result = co_await perform(step, device, session);
         isWell = isWell && std::string_view(result.word) != "failed";
         if (isJSON) {
             results.push_back(resultJSON(step, result));
@@ -138,30 +138,29 @@ void ImportCommand::declare(CLI::App &parser)
 
 QCoro::Task<ExitStatus> ImportCommand::run(Session *session)
 {
-    auto &output = session->output();
     std::string obstacle;
     const auto record = readRecord(m_file, &obstacle);
     if (!record) {
-        output.complain(obstacle);
-        co_return ExitStatus::usage;
+        co_return session->report({ExitStatus::usage, obstacle});
     }
     const auto choice = chooseMouse(session->monitor(), session->options().productID);
     if (const auto *none = std::get_if<Failure>(&choice)) {
-        output.complain(none->message);
-        co_return none->status;
+        co_return session->report(*none);
     }
     const RazerDevice device = std::get<MouseSummary>(choice).device;
     ChangeLock lock;
     const auto failure = co_await readToChange(session, device, &lock);
     if (failure) {
-        output.complain(failure->message);
-        co_return failure->status;
+        co_return session->report(*failure);
     }
     const auto &manager = session->manager();
     const auto steps = importPlan(*record, answeredSettings(manager, manager.unanswered()), device);
-    const bool isWell = co_await performAll(steps, session);
+    const bool isWell = co_await performAll(steps, device, session);
     session->flushDefaults();
-    co_return isWell ? ExitStatus::done : ExitStatus::failed;
+    if (!isWell) {
+        co_return session->report({ExitStatus::failed, "the mouse did not take every setting", true});
+    }
+    co_return ExitStatus::done;
 }
 
 } // namespace kelmoth

@@ -120,7 +120,7 @@ private:
     {
         const auto held = m_mouse.state.buttonMappings.find(button);
         const bool isHeld = held != m_mouse.state.buttonMappings.end();
-        const auto obstacle = obstacleTo(wanted, m_device);
+        const auto obstacle = obstacleTo(button, wanted, m_device);
         const auto action = canonical(wanted);
         if (isHeld && !obstacle && held->second.toButtonFunction() == action.toButtonFunction()) {
             return;

@@ -44,8 +44,7 @@ QCoro::Task<ExitStatus> ListCommand::run(Session *session)
 {
     auto &monitor = session->monitor();
     if (!monitor.isMonitoring() && monitor.connectedDevices().empty()) {
-        session->output().complain(noView);
-        co_return ExitStatus::failed;
+        co_return session->report({ExitStatus::failed, std::string(noView)});
     }
     auto mice = summarizeMice(monitor);
     const BatteryReadings batteries(monitor, mice);

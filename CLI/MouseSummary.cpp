@@ -108,14 +108,19 @@ std::vector<MouseSummary> summarizeMice(const HIDMonitor &monitor)
     return mice;
 }
 
+bool isGone(const RazerDevice &device, const HIDMonitor &monitor)
+{
+    // The node of a mouse that is pulled out goes before the system tells of it.
+    const auto handle = monitor.deviceHandle(device.id);
+    return !handle || handle->probeAccess() == ENODEV;
+}
+
 std::vector<MouseSummary> relisted(std::vector<MouseSummary> mice, const HIDMonitor &monitor)
 {
     const auto &listed = monitor.connectedDevices();
     std::erase_if(mice, [&](MouseSummary &mouse) {
         const auto device = std::ranges::find(listed, mouse.device);
-        // The node of a mouse that is pulled out goes before the system tells of it.
-        const auto handle = monitor.deviceHandle(mouse.device.id);
-        if (device == listed.end() || !handle || handle->probeAccess() == ENODEV) {
+        if (device == listed.end() || isGone(mouse.device, monitor)) {
             return true;
         }
         mouse.device = *device;

@@ -27,6 +27,9 @@ struct MouseSummary {
 /// The mice that the monitor lists, in attach order. Opens device nodes, sends nothing.
 std::vector<MouseSummary> summarizeMice(const HIDMonitor &monitor);
 
+/// Whether a mouse has been pulled out. The system may not have told the monitor yet.
+bool isGone(const RazerDevice &device, const HIDMonitor &monitor);
+
 /// The same mice as the monitor lists them now; those that have gone are left out.
 std::vector<MouseSummary> relisted(std::vector<MouseSummary> mice, const HIDMonitor &monitor);
 

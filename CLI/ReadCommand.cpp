@@ -26,8 +26,7 @@ QCoro::Task<ExitStatus> ReadCommand::run(Session *session)
     auto &monitor = session->monitor();
     const auto choice = chooseMouse(monitor, session->options().productID);
     if (const auto *none = std::get_if<Failure>(&choice)) {
-        output.complain(none->message);
-        co_return none->status;
+        co_return session->report(*none);
     }
     std::vector mice{std::get<MouseSummary>(choice)};
     const RazerDevice device = mice.front().device;
@@ -35,16 +34,15 @@ QCoro::Task<ExitStatus> ReadCommand::run(Session *session)
     const BatteryReadings battery(monitor, mice);
     const auto failure = co_await readFully(session, device);
     if (failure) {
-        output.complain(failure->message);
-        co_return failure->status;
+        co_return session->report(*failure);
     }
     const auto &manager = session->manager();
     const auto reading = answeredSettings(manager, manager.unanswered());
     co_await battery.finished();
     mice = relisted(std::move(mice), monitor);
     if (mice.empty()) {
-        output.complain("the " + device.name() + " was unplugged while it was read");
-        co_return ExitStatus::failed;
+        co_return session->report(
+            {ExitStatus::failed, "the " + device.name() + " was unplugged while it was read", true});
     }
     const auto &mouse = mice.front();
     auto unanswered = reading.unanswered.words();
@@ -57,8 +55,8 @@ QCoro::Task<ExitStatus> ReadCommand::run(Session *session)
         output.print(renderReading(mouse, reading, session->terminal()));
     }
     if (!unanswered.empty()) {
-        output.complain("the mouse did not answer for " + joined(unanswered));
-        co_return ExitStatus::failed;
+        co_return session->report(
+            {ExitStatus::failed, "the mouse did not answer for " + joined(unanswered), true});
     }
     co_return ExitStatus::done;
 }

@@ -1,6 +1,7 @@
 #include "CLI/Session.h"
 
 #include "CLI/FilteredHID.h"
+#include "CLI/MouseSummary.h"
 
 #include <utility>
 
@@ -35,10 +36,20 @@ DeviceManager &Session::manager()
     return *m_manager;
 }
 
-std::string Session::refusal() const
+std::string Session::refusal(const RazerDevice &device) const
 {
+    if (!m_monitor || isGone(device, *m_monitor)) {
+        return "the " + device.name() + " was unplugged while it was changed";
+    }
     const auto &toast = m_toasts.currentToast();
     return toast && toast->type == ToastType::error ? toast->message : "the mouse did not take the change";
+}
+
+ExitStatus Session::report(const Failure &failure)
+{
+    m_output->complain(failure.message);
+    m_hasMouseFailed = m_hasMouseFailed || failure.isOfMouse;
+    return failure.status;
 }
 
 } // namespace kelmoth

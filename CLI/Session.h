@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CLI/Arguments.h"
+#include "CLI/Failure.h"
 #include "CLI/Output.h"
 #include "CLI/Terminal.h"
 #include "Core/HID/DeviceManager.h"
@@ -29,8 +30,14 @@ public:
     /// The owner of the settings. From the first call on it reads the mouse that it chooses.
     DeviceManager &manager();
 
-    /// What the manager has said of a change that it refused.
-    std::string refusal() const;
+    /// Why the manager did not make a change of this mouse.
+    std::string refusal(const RazerDevice &device) const;
+
+    /// Tells the user of a failure; its status.
+    ExitStatus report(const Failure &failure);
+
+    /// Whether a failure of the mouse was among those reported.
+    bool hasMouseFailed() const { return m_hasMouseFailed; }
 
     /// Forgets what the manager has said so far.
     void dismissToasts() { m_toasts.hide(); }
@@ -46,6 +53,7 @@ private:
     ToastManager m_toasts;
     std::unique_ptr<HIDMonitor> m_monitor;
     std::unique_ptr<DeviceManager> m_manager;
+    bool m_hasMouseFailed = false;
 };
 
 } // namespace kelmoth

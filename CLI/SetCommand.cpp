@@ -24,14 +24,20 @@ QCoro::Task<std::optional<Failure>> change(Session *session, RazerDevice device,
     }
     auto &manager = session->manager();
     if (change->isBlind(manager.unanswered())) {
-        failure = {ExitStatus::failed, "the mouse did not say what its " + std::string(change->name()) +
-                                           " settings are: nothing was changed"};
+        failure = {ExitStatus::failed,
+                   "the mouse did not say what its " + std::string(change->name()) +
+                       " settings are: nothing was changed",
+                   true};
+        co_return failure;
+    }
+    if (auto misfit = change->misfit(manager.deviceState())) {
+        failure = {ExitStatus::usage, *std::move(misfit)};
         co_return failure;
     }
     const bool isDone = co_await change->apply(manager);
     session->flushDefaults();
     if (!isDone) {
-        failure = {ExitStatus::failed, session->refusal()};
+        failure = {ExitStatus::failed, session->refusal(device), true};
     }
     co_return failure;
 }
@@ -68,19 +74,16 @@ QCoro::Task<ExitStatus> SetCommand::run(Session *session)
     auto &output = session->output();
     const auto choice = chooseMouse(session->monitor(), session->options().productID);
     if (const auto *none = std::get_if<Failure>(&choice)) {
-        output.complain(none->message);
-        co_return none->status;
+        co_return session->report(*none);
     }
     const MouseSummary mouse = std::get<MouseSummary>(choice);
     const auto objection = m_change->objection(mouse.device);
     if (objection) {
-        output.complain(*objection);
-        co_return ExitStatus::usage;
+        co_return session->report({ExitStatus::usage, *objection});
     }
     const auto failure = co_await change(session, mouse.device, m_change);
     if (failure) {
-        output.complain(failure->message);
-        co_return failure->status;
+        co_return session->report(*failure);
     }
     const auto &manager = session->manager();
     if (!session->options().json) {

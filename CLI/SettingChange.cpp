@@ -31,6 +31,15 @@ CLI::Option *declareNumber(CLI::App &parser, const std::string &name, Target &ta
         ->option_text(std::to_string(lowest) + ".." + std::to_string(highest));
 }
 
+/// What is wrong with a stage, counted from 1, for a mouse with these settings.
+std::optional<std::string> missingStage(Int stage, const DeviceState &held)
+{
+    const auto count = std::ssize(held.dpiStages);
+    return stage <= count ? std::nullopt
+                          : std::optional("the mouse has " + std::to_string(count) +
+                                          " DPI stages: there is no stage " + std::to_string(stage));
+}
+
 class DPIChange : public SettingChange {
 public:
     std::string_view name() const override { return "dpi"; }
@@ -60,6 +69,11 @@ public:
         return "the " + device.name() + " takes " + std::to_string(lowestDPI) + " to " +
                std::to_string(capabilities.maxDPI) + " DPI in steps of " + std::to_string(dpiStep) +
                ", not " + std::to_string(m_dpi);
+    }
+
+    std::optional<std::string> misfit(const DeviceState &held) const override
+    {
+        return missingStage(m_stage.value_or(1), held);
     }
 
     bool isBlind(const UnansweredItems &unanswered) const override { return unanswered.dpiStages; }
@@ -93,6 +107,12 @@ public:
     }
 
     std::optional<std::string> objection(const RazerDevice &) const override { return std::nullopt; }
+
+    std::optional<std::string> misfit(const DeviceState &held) const override
+    {
+        return missingStage(m_stage, held);
+    }
+
     bool isBlind(const UnansweredItems &unanswered) const override { return unanswered.dpiStages; }
     QCoro::Task<bool> apply(DeviceManager &manager) override { return manager.setDPIStage(m_stage - 1); }
 
@@ -205,7 +225,8 @@ public:
             return noSuchWord(device, "button", m_button, rawWords(buttons));
         }
         std::string failure;
-        return actionFromText(m_action, device, &failure) ? std::nullopt : std::optional(failure);
+        const auto action = actionFromText(m_action, device, &failure);
+        return action ? obstacleTo(*button, *action, device) : std::optional(failure);
     }
 
     bool isBlind(const UnansweredItems &) const override { return false; }

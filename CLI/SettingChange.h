@@ -34,6 +34,9 @@ public:
     /// What of the change this model does not know, and what it does; none when nothing is wrong.
     virtual std::optional<std::string> objection(const RazerDevice &device) const = 0;
 
+    /// What of the change does not fit what a mouse that has been read holds; none when nothing is wrong.
+    virtual std::optional<std::string> misfit(const DeviceState &) const { return std::nullopt; }
+
     /// Whether the mouse has left unanswered what the change would have to leave as it is.
     virtual bool isBlind(const UnansweredItems &unanswered) const = 0;
 

@@ -164,8 +164,12 @@ ButtonAction canonical(const ButtonAction &action)
     return named.toButtonFunction() == function ? named : action;
 }
 
-std::optional<std::string> obstacleTo(const ButtonAction &action, const RazerDevice &device)
+std::optional<std::string> obstacleTo(MouseButton button, const ButtonAction &action,
+                                      const RazerDevice &device)
 {
+    if (button == MouseButton::left && canonical(action) != ButtonAction::leftClick()) {
+        return "the left button always stays the left click";
+    }
     if (action.which() == Case::macroPlay) {
         return "the mouse cannot hold macros";
     }

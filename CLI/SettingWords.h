@@ -64,8 +64,9 @@ std::vector<std::string> actionWords(const RazerDevice &device);
 /// The action in the form in which it is read back from a mouse, if it has one.
 ButtonAction canonical(const ButtonAction &action);
 
-/// Why an action cannot be given to a button of the device; none when it can.
-std::optional<std::string> obstacleTo(const ButtonAction &action, const RazerDevice &device);
+/// Why a button of the device cannot be given an action; none when it can.
+std::optional<std::string> obstacleTo(MouseButton button, const ButtonAction &action,
+                                      const RazerDevice &device);
 
 /// Reads an action, shortcuts into their canonical text. None for a text that makes no action which the
 /// device's model offers; `failure` then says what is wrong and what is allowed.

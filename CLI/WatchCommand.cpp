@@ -19,8 +19,7 @@ QCoro::Task<ExitStatus> WatchCommand::run(Session *session)
 {
     const MouseWatch watch(session);
     if (!watch.isWatching()) {
-        session->output().complain("the system does not tell of mice that come and go");
-        co_return ExitStatus::failed;
+        co_return session->report({ExitStatus::failed, "the system does not tell of mice that come and go"});
     }
     co_await watch.finished();
     co_return ExitStatus::done;

@@ -43,14 +43,16 @@ ExitStatus runCommand(const Invocation &invocation, Output &output)
     }
     Platform::setCurrent(*platform);
     auto status = ExitStatus::failed;
+    bool hasMouseFailed = false;
     {
         Session session(invocation.options, *platform, &output);
         status = QCoro::waitFor(invocation.command->run(&session));
+        hasMouseFailed = session.hasMouseFailed();
     }
     // Whoever still waited for the mouse learns now that it is over, and lets go of what it holds.
     QCoreApplication::processEvents();
     platform->userDefaults->flush();
-    if (status == ExitStatus::failed) {
+    if (hasMouseFailed) {
         diagnostics->show();
     }
     return status;

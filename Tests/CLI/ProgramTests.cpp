@@ -13,6 +13,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Matcher;
 using testing::Not;
+using testing::StartsWith;
 
 TEST(ProgramTest, TellsItsCallerHowItWent)
 {
@@ -34,6 +35,10 @@ TEST(ProgramTest, TellsItsCallerHowItWent)
         {"$1 doctor", 0, HasSubstr("simulated")},
         {"XDG_CONFIG_HOME=/dev/null $1 set stage 3 --verbose", 0, HasSubstr("stage is now 3"),
          HasSubstr("Settings could not be saved: /dev/null/com.kelmoth.app")},
+        // What was on the wire belongs to failures of the mouse alone.
+        {"$1 set button left disabled", 2, IsEmpty(),
+         "kelmothctl: the left button always stays the left click\n"},
+        {"$1 export /nonexistent/file", 1, IsEmpty(), StartsWith("kelmothctl: /nonexistent/file")},
         // Output that is lost is an error; a reader that has seen enough is none, and is noticed at once.
         {"$1 list > /dev/full", 1, IsEmpty(), EndsWith("cannot write the output: No space left on device\n")},
         {"$1 list >&- <&- 2>&-", 1},
