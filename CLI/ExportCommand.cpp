@@ -3,6 +3,7 @@
 #include "CLI/FullRead.h"
 #include "CLI/MouseSummary.h"
 #include "CLI/Session.h"
+#include "CLI/SettingsFile.h"
 #include "CLI/Words.h"
 
 #include <CLI/CLI.hpp>
@@ -43,7 +44,8 @@ std::optional<std::string> replaceFile(const std::string &path, const std::strin
 std::string_view ExportCommand::details() const
 {
     return R"(Writes to standard output when no file is named. When the mouse does not answer for
-all of its settings nothing is written, and the exit status is 1.
+all of its settings nothing is written, and the exit status is 1; the lift-off
+distance alone may be left out.
 
 Example:
   kelmothctl export basilisk.json)";
@@ -72,13 +74,19 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
         co_return session->report(*failure);
     }
     const auto &manager = session->manager();
-    if (!manager.unanswered().empty()) {
-        co_return session->report({ExitStatus::failed,
-                                   "the mouse did not answer for " + joined(manager.unanswered().words()) +
-                                       ": nothing was written",
-                                   true});
+    auto needed = manager.unanswered();
+    needed.liftOff = false; // the file can do without
+    if (!needed.empty()) {
+        co_return session->report(
+            {ExitStatus::failed,
+             "the mouse did not answer for " + joined(manager.unanswered().words()) + ": nothing was written",
+             true});
     }
-    const auto text = encode(manager.deviceState()).value() + '\n';
+    // What a mouse says is finite: it has a stored form.
+    const auto text = encode(SettingsFile{manager.deviceState(), manager.liftOffLevel()}).value() + '\n';
+    if (!manager.liftOffLevel()) {
+        output.complain("the mouse did not answer for lift-off distance: it is left out");
+    }
     if (isStandardOutput) {
         output.print(text);
         co_return ExitStatus::done;

@@ -4,6 +4,7 @@
 #include "CLI/ImportPlan.h"
 #include "CLI/MouseSummary.h"
 #include "CLI/Session.h"
+#include "CLI/SettingsFile.h"
 
 #include <CLI/CLI.hpp>
 #include <QFile>
@@ -17,8 +18,8 @@ namespace {
 /// No record of settings comes near it.
 constexpr qint64 largestFile = qint64{1024} * 1024;
 
-/// Reads the record of a file. None when there is none in it; `failure` then says why.
-std::optional<DeviceState> readRecord(const std::string &path, std::string *failure)
+/// Reads the settings of a file. None when there are none in it; `failure` then says why.
+std::optional<SettingsFile> readSettings(const std::string &path, std::string *failure)
 {
     QFile file(QFile::decodeName(path.c_str()));
     const bool isOpen =
@@ -36,8 +37,8 @@ std::optional<DeviceState> readRecord(const std::string &path, std::string *fail
         reason = file.errorString().toStdString();
     } else if (text.size() > largestFile) {
         reason = "too large for the settings of a mouse";
-    } else if (auto record = decodeDeviceState(text.toStdString(), &reason)) {
-        return record;
+    } else if (auto settings = decodeSettingsFile(text.toStdString(), &reason)) {
+        return settings;
     }
     *failure = (path == "-" ? "standard input" : path) + ": " + reason;
     return std::nullopt;
@@ -139,8 +140,8 @@ void ImportCommand::declare(CLI::App &parser)
 QCoro::Task<ExitStatus> ImportCommand::run(Session *session)
 {
     std::string obstacle;
-    const auto record = readRecord(m_file, &obstacle);
-    if (!record) {
+    const auto settings = readSettings(m_file, &obstacle);
+    if (!settings) {
         co_return session->report({ExitStatus::usage, obstacle});
     }
     const auto choice = chooseMouse(session->monitor(), session->options().productID);
@@ -154,7 +155,7 @@ QCoro::Task<ExitStatus> ImportCommand::run(Session *session)
         co_return session->report(*failure);
     }
     const auto &manager = session->manager();
-    const auto steps = importPlan(*record, answeredSettings(manager, manager.unanswered()), device);
+    const auto steps = importPlan(*settings, answeredSettings(manager, manager.unanswered()), device);
     const bool isWell = co_await performAll(steps, device, session);
     session->flushDefaults();
     if (!isWell) {

@@ -40,8 +40,8 @@ bool isOffered(RGBZone zone, const RGBSetting &setting, const DeviceCapabilities
 
 class Planner {
 public:
-    Planner(const DeviceState &record, const DeviceReading &mouse, const RazerDevice &device)
-        : m_record(record), m_mouse(mouse), m_device(device)
+    Planner(const SettingsFile &file, const DeviceReading &mouse, const RazerDevice &device)
+        : m_record(file.record), m_liftOffLevel(file.liftOffLevel), m_mouse(mouse), m_device(device)
     {
     }
 
@@ -54,6 +54,7 @@ public:
         for (const auto &[button, action] : m_record.buttonMappings) {
             planButton(button, action);
         }
+        planLiftOff();
         planRest();
         return std::move(m_steps);
     }
@@ -140,6 +141,22 @@ private:
         m_steps.push_back(std::move(step));
     }
 
+    void planLiftOff()
+    {
+        const auto &held = m_mouse.liftOffLevel;
+        if (!m_liftOffLevel || m_liftOffLevel == held) {
+            return;
+        }
+        const auto word = [](Int level) { return JSON(liftOffWords.at(static_cast<std::size_t>(level))); };
+        m_steps.push_back(
+            {"lift-off distance",
+             held ? word(*held) : JSON(),
+             word(*m_liftOffLevel),
+             held ? Kind::write : Kind::unanswered,
+             {},
+             [level = *m_liftOffLevel](DeviceManager &manager) { return manager.setLiftOff(level); }});
+    }
+
     /// What the record holds and no command of the mouse sets.
     void planRest()
     {
@@ -155,6 +172,7 @@ private:
     }
 
     const DeviceState &m_record;
+    const std::optional<Int> m_liftOffLevel; ///< of the file, 0 to 2
     const DeviceReading &m_mouse;
     const RazerDevice &m_device;
     std::vector<ImportStep> m_steps;
@@ -162,10 +180,10 @@ private:
 
 } // namespace
 
-std::vector<ImportStep> importPlan(const DeviceState &record, const DeviceReading &mouse,
+std::vector<ImportStep> importPlan(const SettingsFile &file, const DeviceReading &mouse,
                                    const RazerDevice &device)
 {
-    return Planner(record, mouse, device).plan();
+    return Planner(file, mouse, device).plan();
 }
 
 } // namespace kelmoth

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CLI/SettingsFile.h"
 #include "Core/HID/DeviceManager.h"
 
 #include <QCoroTask>
@@ -29,9 +30,9 @@ struct ImportStep {
     // NOLINTEND(readability-redundant-member-init)
 };
 
-/// Every setting of a record, which may hold any values, in which it differs from what the mouse says: DPI of
-/// the stages, the active stage, lighting, buttons, and what no mouse can be given.
-std::vector<ImportStep> importPlan(const DeviceState &record, const DeviceReading &mouse,
+/// Every setting of a file, whose record may hold any values, in which it differs from what the mouse says:
+/// DPI of the stages, the active stage, lighting, buttons, lift-off distance, and what no mouse can be given.
+std::vector<ImportStep> importPlan(const SettingsFile &file, const DeviceReading &mouse,
                                    const RazerDevice &device);
 
 } // namespace kelmoth

@@ -377,12 +377,12 @@ bool Soak::compareAtRest(bool isReadAnew)
 void Soak::compareWithCommandLine()
 {
     QProcess process;
-    process.start(soakProgram("kelmothctl"), {QStringLiteral("read"), QStringLiteral("--json")});
+    process.start(soakProgram("kelmothctl"), {QStringLiteral("export")});
     process.waitForFinished(60'000);
     const auto read = JSON::parse(process.readAllStandardOutput().toStdString(), nullptr, false);
-    const auto state = read.is_object() ? decodeDeviceState(read["state"].dump()) : std::nullopt;
+    const auto state = read.is_object() ? decodeDeviceState(read.dump()) : std::nullopt;
     const auto names =
-        state && read["liftOffLevel"].is_number()
+        state && read.contains("liftOffLevel")
             ? mouse().differences(*state, read["liftOffLevel"].get<Int>())
             : std::set<std::string>{"anything: " + process.readAllStandardError().toStdString()};
     if (process.exitCode() != 0 || !names.empty()) {

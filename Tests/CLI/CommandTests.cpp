@@ -278,6 +278,7 @@ TEST_F(ChangeTest, SettingsTravelByFile)
     auto held = mouse.state();
     held.dpiStages = {500, 800, 1600, 3200, 25000};
     held.activeStage = 5;
+    held.liftOff = 2;
     held.lights[RGBZone::scrollWheel].parameters = {0, 0, 1, 9, 8, 7};
     held.lights[RGBZone::logo] = {.effect = 3};
     held.lights[RGBZone::underglow].brightness = 29;
@@ -285,31 +286,39 @@ TEST_F(ChangeTest, SettingsTravelByFile)
     mouse.setState(held);
     write("something older");
     EXPECT_EQ(run("export " + path).complaints, "");
-    EXPECT_EQ(contents(), run("read --json").json()["state"].dump() + '\n');
+    auto stored = defaults->dataForKey("com.kelmoth.deviceState.153").value();
+    stored.back() = ',';
+    EXPECT_EQ(contents(), stored + "\"liftOffLevel\":2}\n");
     EXPECT_EQ(run("export").output, contents());
     auto record = *decodeDeviceState(contents());
     record.rgbSettings[RGBZone::logo] = {RGBEffect::spectrum, {1, 2, 3}, RGBColor{4, 5, 6}, 1.0, 0.9};
     record.rgbSettings[RGBZone::underglow].brightness += 0.001;
-    write(encode(record)); // the mouse is sent the same bytes for it
+    write(encode(record).value()); // the mouse is sent the same bytes for it
     EXPECT_EQ(run("import " + path).output, "the mouse has these settings already\n");
 
     auto &other = plugInOnly("basilisk-v3");
-    EXPECT_EQ(run("import " + path).output, R"(DPI of stage 1: 400 -> 500: done
+    other.addFault({Kind::rejected, 0x0B, 0x0B});
+    const auto import = run("import " + path);
+    EXPECT_EQ(import.status, ExitStatus::failed);
+    EXPECT_EQ(import.output, R"(DPI of stage 1: 400 -> 500: done
 DPI of stage 5: 6400 -> 25000: done
 active stage: 1 -> 5: done
 lighting of scroll_wheel: static #00FF00, 100 % -> static #090807, 100 %: done
 lighting of logo: static #00FF00, 100 % -> spectrum, 100 %: done
 lighting of underglow: static #00FF00, 100 % -> static #00FF00, 11 %: done
 button back: back -> keyPress:ctrl+f5: done
+lift-off distance: medium -> high: failed (Failed to set lift-off distance)
 )");
+    EXPECT_EQ(run("import " + path).output, "lift-off distance: medium -> high: done\n");
     EXPECT_EQ(other.state().dpiStages, held.dpiStages);
     EXPECT_EQ(other.state().buttons, held.buttons);
+    EXPECT_EQ(other.state().liftOff, held.liftOff);
 }
 
 TEST_F(ChangeTest, AnyRecordIsSafeToImport)
 {
     auto &mouse = plugIn("basilisk-v3");
-    auto record = *decodeDeviceState(run("read --json").json()["state"].dump());
+    auto record = decodeDeviceState(run("export").output).value();
     record.dpiStages.push_back({.index = 5, .dpi = 100});
     record.dpiStages[0].dpi = -100;
     record.currentDPIStage = std::numeric_limits<Int>::max();
@@ -348,6 +357,13 @@ TEST_F(ChangeTest, NothingComesOfAnUnusableFile)
         EXPECT_EQ(run("import " + name).status, ExitStatus::usage);
         EXPECT_THAT(run("import " + name).complaints, AllOf(HasSubstr(complaint), Not(HasSubstr("\x1b"))));
     }
+    for (const auto *level : {"3", "-1", "\"high\""}) {
+        auto text = encode(DeviceState::defaultState()).value();
+        text.back() = ',';
+        write(text + "\"liftOffLevel\":" + level + '}');
+        EXPECT_EQ(run("import " + path).status, ExitStatus::usage);
+        EXPECT_THAT(run("import " + path).complaints, HasSubstr(path + ": liftOffLevel: "));
+    }
     write("{\n}}");
     EXPECT_THAT(run("import " + path).complaints, HasSubstr(path + ": parse error at line 2, column 2: "));
 
@@ -357,6 +373,11 @@ TEST_F(ChangeTest, NothingComesOfAnUnusableFile)
     mouse.addFault({Kind::rejected, 0x04});
     EXPECT_THAT(run("export " + path).complaints, HasSubstr("did not answer for DPI stages: nothing was"));
     EXPECT_EQ(contents(), "older");
+    mouse.addFault({Kind::rejected, 0x0B}); // of which the record says nothing
+    const auto result = run("export " + path);
+    EXPECT_EQ(result.status, ExitStatus::done);
+    EXPECT_THAT(result.complaints, HasSubstr("lift-off distance: it is left out"));
+    EXPECT_THAT(contents(), testing::EndsWith("\"scrollWheelMode\":\"tactile\"}\n"));
 }
 
 } // namespace
