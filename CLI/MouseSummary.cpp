@@ -129,6 +129,14 @@ std::vector<MouseSummary> relisted(std::vector<MouseSummary> mice, const HIDMoni
     return mice;
 }
 
+nlohmann::ordered_json identityJSON(const MouseSummary &mouse)
+{
+    nlohmann::ordered_json json;
+    addIdentity(json, mouse.device);
+    json["path"] = mouse.path;
+    return json;
+}
+
 nlohmann::ordered_json mouseJSON(const RazerDevice &device, const std::string &path)
 {
     nlohmann::ordered_json json;

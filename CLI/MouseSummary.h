@@ -33,7 +33,10 @@ bool isGone(const RazerDevice &device, const HIDMonitor &monitor);
 /// The same mice as the monitor lists them now; those that have gone are left out.
 std::vector<MouseSummary> relisted(std::vector<MouseSummary> mice, const HIDMonitor &monitor);
 
-/// The members that stand for a mouse in every JSON document.
+/// What does not change of a mouse while it is attached: who it is, and where.
+nlohmann::ordered_json identityJSON(const MouseSummary &mouse);
+
+/// The members that stand for a mouse in lists and events.
 nlohmann::ordered_json mouseJSON(const RazerDevice &device, const std::string &path);
 
 /// The same with whether it can be configured.

@@ -11,7 +11,15 @@ namespace kelmoth {
 
 namespace {
 
+using JSON = nlohmann::ordered_json;
+
 const Table::Cell noAnswer{"no answer", Style::warning};
+
+/// A brightness that was read, as people are shown it.
+long percentOf(const RGBSetting &setting)
+{
+    return std::lround(setting.brightness * 100);
+}
 
 std::string zoneName(RGBZone zone)
 {
@@ -68,13 +76,12 @@ std::string renderLighting(const MouseSummary &mouse, const DeviceState &state, 
             continue;
         }
         const auto &setting = entry->second;
-        const auto percent = std::lround(setting.brightness * 100);
         const bool isColored = hasColor(setting.effect);
         table.addRow({{zoneName(zone)},
                       {std::string(rawValue(setting.effect))},
                       {isColored ? hexText(setting.color) : "", Style::plain, false,
                        isColored ? std::optional(setting.color) : std::nullopt},
-                      {std::to_string(percent) + " %", Style::plain, true}});
+                      {std::to_string(percentOf(setting)) + " %", Style::plain, true}});
     }
     return underHeading("Lighting", table, terminal);
 }
@@ -91,6 +98,75 @@ std::string renderButtons(const MouseSummary &mouse, const DeviceState &state, c
     return underHeading("Buttons", table, terminal);
 }
 
+JSON batteryJSON(const RazerDevice &device)
+{
+    return device.batteryLevel ? JSON{{"level", *device.batteryLevel}, {"charging", device.isCharging}}
+                               : JSON();
+}
+
+JSON stagesJSON(const MouseSummary &mouse, const DeviceReading &reading)
+{
+    if (reading.unanswered.dpiStages) {
+        return {};
+    }
+    auto stages = JSON::array();
+    for (const auto &stage : reading.state.dpiStages) {
+        stages.push_back(stage.dpi);
+    }
+    return {{"active", reading.state.currentDPIStage + 1},
+            {"stages", std::move(stages)},
+            {"maximum", mouse.device.capabilities().maxDPI}};
+}
+
+JSON lightingJSON(const MouseSummary &mouse, const DeviceState &state)
+{
+    auto lighting = JSON::object();
+    for (const auto zone : mouse.device.capabilities().rgbZones) {
+        auto &json = lighting[std::string(rawValue(zone))];
+        const auto entry = state.rgbSettings.find(zone);
+        if (entry != state.rgbSettings.end()) {
+            const auto &setting = entry->second;
+            json["effect"] = rawValue(setting.effect);
+            json["color"] = hasColor(setting.effect) ? JSON(hexText(setting.color)) : JSON();
+            json["brightness"] = percentOf(setting);
+        }
+    }
+    return lighting;
+}
+
+JSON buttonsJSON(const MouseSummary &mouse, const DeviceState &state)
+{
+    auto buttons = JSON::object();
+    for (const auto button : buttonsOf(mouse.device)) {
+        const auto entry = state.buttonMappings.find(button);
+        buttons[std::string(rawValue(button))] =
+            entry == state.buttonMappings.end() ? JSON() : JSON(actionText(entry->second));
+    }
+    return buttons;
+}
+
+/// The members of the document for which the mouse gave no answer, each by the way to it.
+JSON unansweredMembers(const MouseSummary &mouse, const UnansweredItems &unanswered)
+{
+    auto members = JSON::array();
+    if (unanswered.dpiStages) {
+        members.push_back("dpi");
+    }
+    for (const auto zone : unanswered.zones) {
+        members.push_back("lighting." + std::string(rawValue(zone)));
+    }
+    for (const auto button : unanswered.buttons) {
+        members.push_back("buttons." + std::string(rawValue(button)));
+    }
+    if (unanswered.liftOff) {
+        members.push_back("liftOff");
+    }
+    if (HIDMonitor::hasReadableBattery(mouse.device) && !mouse.device.batteryLevel) {
+        members.push_back("battery");
+    }
+    return members;
+}
+
 } // namespace
 
 std::string renderReading(const MouseSummary &mouse, const DeviceReading &reading, const Terminal &terminal)
@@ -103,13 +179,15 @@ std::string renderReading(const MouseSummary &mouse, const DeviceReading &readin
 nlohmann::ordered_json readingJSON(const MouseSummary &mouse, const DeviceReading &reading)
 {
     nlohmann::ordered_json json;
-    json["device"] = mouseJSON(mouse);
-    // The text is of our own making: it parses.
-    json["state"] = nlohmann::ordered_json::parse(encode(reading.state).value());
-    json["liftOffLevel"] = nullptr;
-    if (reading.liftOffLevel) {
-        json["liftOffLevel"] = *reading.liftOffLevel;
-    }
+    json["schema"] = 1;
+    json["device"] = identityJSON(mouse);
+    json["battery"] = batteryJSON(mouse.device);
+    json["dpi"] = stagesJSON(mouse, reading);
+    json["lighting"] = lightingJSON(mouse, reading.state);
+    json["buttons"] = buttonsJSON(mouse, reading.state);
+    const auto &level = reading.liftOffLevel;
+    json["liftOff"] = level ? JSON(liftOffWords.at(static_cast<std::size_t>(*level))) : JSON();
+    json["unanswered"] = unansweredMembers(mouse, reading.unanswered);
     return json;
 }
 

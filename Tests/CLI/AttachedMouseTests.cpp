@@ -107,17 +107,17 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
     fullRead.push_back(getLiftOff);
     // The line, the commands after the full read, and what another process reads: where, and the JSON text.
     const std::tuple<std::string, std::vector<CommandCode>, const char *, const char *> rows[]{
-        {"set dpi 900 --stage 2", {setDPIStages}, "/state/dpiStages/1/dpi", "900"},
-        {"set stage 4", {setDPIStages}, "/state/currentDPIStage", "3"},
+        {"set dpi 900 --stage 2", {setDPIStages}, "/dpi/stages/1", "900"},
+        {"set stage 4", {setDPIStages}, "/dpi/active", "4"},
         {"set light scroll_wheel --color 010203",
          {setBrightness, setRGB},
-         "/state/rgbSettings/1/color",
-         R"({"r":1,"g":2,"b":3})"},
+         "/lighting/scroll_wheel/color",
+         "\"#010203\""},
         {"set button back keyPress:ctrl+f5 --profile 2",
          {setButtonMapping, setButtonMapping, getButtonMapping},
-         "/state/buttonMappings/9/keyPress/_0",
-         "\"ctrl+f5\""},
-        {"set lift-off high", {prepareLiftOff, setLiftOff, getLiftOff}, "/liftOffLevel", "2"},
+         "/buttons/back",
+         "\"keyPress:ctrl+f5\""},
+        {"set lift-off high", {prepareLiftOff, setLiftOff, getLiftOff}, "/liftOff", "\"high\""},
     };
     auto &mouse = plugIn(model.commandLineName);
     const auto run = [&](const std::string &line, std::vector<CommandCode> expected) {
@@ -151,8 +151,19 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
     EXPECT_EQ(JSON::parse(run("list --json", {})), JSON::array({shown}));
     auto state = createDefaultState(device);
     state.currentDPIStage = held.activeStage - 1;
-    EXPECT_EQ(JSON::parse(run("read --json", fullRead)),
-              (JSON{{"device", shown}, {"state", JSON::parse(encode(state).value())}, {"liftOffLevel", 1}}));
+    auto record = JSON::parse(encode(state).value());
+    record["liftOffLevel"] = 1;
+    EXPECT_EQ(JSON::parse(run("export", fullRead)), record);
+    const auto all = JSON::parse(run("read --json", fullRead));
+    EXPECT_EQ(all["device"]["path"], shown["path"]);
+    EXPECT_EQ(all["battery"], held.battery > 0
+                                  ? (JSON{{"level", shown["batteryLevel"]}, {"charging", held.isCharging}})
+                                  : JSON());
+    EXPECT_EQ(all["dpi"]["stages"].size(), state.dpiStages.size());
+    EXPECT_EQ(all["dpi"]["maximum"], device.capabilities().maxDPI);
+    EXPECT_EQ(all["lighting"].size(), state.rgbSettings.size());
+    EXPECT_EQ(all["buttons"].size(), state.buttonMappings.size());
+    EXPECT_EQ(all["unanswered"], JSON::array());
     for (const auto &[line, commands, where, value] : rows) {
         auto expected = fullRead;
         expected.insert(expected.end(), commands.begin(), commands.end());

@@ -153,11 +153,31 @@ TEST_F(CommandTest, ReadTellsWhatWasAnsweredFromWhatWasNot)
         return result;
     };
     const auto json = read("read --json").json();
-    EXPECT_EQ(json["device"]["batteryLevel"], nullptr);
-    EXPECT_EQ(json["liftOffLevel"], nullptr);
-    EXPECT_EQ(json["state"]["dpiStages"], JSON::array());
-    EXPECT_EQ(json["state"]["rgbSettings"].size(), 2 * 2);
-    EXPECT_EQ(json["state"]["buttonMappings"].size(), 2 * 10);
+    const auto light = JSON::parse(R"({"effect":"static","color":"#00FF00","brightness":100})");
+    EXPECT_EQ(json, JSON({{"schema", 1},
+                          {"device",
+                           {{"productID", 0xAA},
+                            {"name", "Razer Basilisk V3 Pro (Wired)"},
+                            {"connection", "USB cable"},
+                            {"transport", "USB"},
+                            {"path", "simulated:0/0"}}},
+                          {"battery", nullptr},
+                          {"dpi", nullptr},
+                          {"lighting", {{"scroll_wheel", light}, {"logo", nullptr}, {"underglow", light}}},
+                          {"buttons",
+                           {{"left", "leftClick"},
+                            {"right", "rightClick"},
+                            {"middle", "middleClick"},
+                            {"forward", "forward"},
+                            {"back", "back"},
+                            {"dpi_up", "dpiChange:0"},
+                            {"dpi_down", "scrollModeToggle"},
+                            {"scroll_up", "scrollUp"},
+                            {"scroll_down", "scrollDown"},
+                            {"clutch", nullptr},
+                            {"profile", "profileSwitch:0"}}},
+                          {"liftOff", nullptr},
+                          {"unanswered", {"dpi", "lighting.logo", "buttons.clutch", "liftOff", "battery"}}}));
     EXPECT_THAT(read("read").output,
                 AllOf(HasSubstr("Battery     no answer"), HasSubstr("DPI stages\n  no answer"),
                       HasSubstr("Logo          no answer"), HasSubstr("Clutch             no answer")));
@@ -239,7 +259,7 @@ TEST_F(ChangeTest, ItIsSaidWhatHolds)
         EXPECT_EQ(result.output, outcome);
     }
     const auto json = run("set lift-off medium --json").json();
-    EXPECT_EQ(json["liftOffLevel"], 1);
+    EXPECT_EQ(json["liftOff"], "medium");
     EXPECT_EQ(json, run("read --json").json());
 }
 
