@@ -6,7 +6,7 @@
 #include "App/Screenshots.h"
 #include "App/ToolkitLooks.h"
 #include "Core/Services/ToastManager.h"
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/FileDescriptor.h"
 #include "Platform/Linux/RunningProcess.h"
 #include "Platform/Linux/TerminationSignals.h"
 #include "Platform/Qt/QtPlatform.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/FileDescriptor.h"
 
 #include <QCoroTask>
 

@@ -1,6 +1,6 @@
 #include "CLI/DiagnosticLog.h"
 
-#include "CLI/Output.h"
+#include "Platform/FileDescriptor.h"
 
 namespace kelmoth {
 

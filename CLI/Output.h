@@ -43,8 +43,4 @@ private:
     std::string m_complaints;
 };
 
-/// Writes all of `text`, waiting where the descriptor cannot take more at once. 0, or the errno of the
-/// failure. Any thread.
-int writeAll(int descriptor, std::string_view text);
-
 } // namespace kelmoth

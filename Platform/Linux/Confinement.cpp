@@ -1,6 +1,6 @@
 #include "Platform/Linux/Confinement.h"
 
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/FileDescriptor.h"
 
 #include <cerrno>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "Platform/Linux/Doctor.h"
 
+#include "Platform/FileDescriptor.h"
 #include "Platform/Linux/Confinement.h"
-#include "Platform/Linux/FileDescriptor.h"
 #include "Platform/Linux/Udev.h"
 
 #include <algorithm>

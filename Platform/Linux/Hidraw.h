@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Platform/FileDescriptor.h"
 #include "Platform/HID.h"
-#include "Platform/Linux/FileDescriptor.h"
 #include "Platform/Sleeper.h"
 
 #include <atomic>

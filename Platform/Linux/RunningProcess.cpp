@@ -1,6 +1,6 @@
 #include "Platform/Linux/RunningProcess.h"
 
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/FileDescriptor.h"
 
 #include <csignal>
 #include <poll.h>

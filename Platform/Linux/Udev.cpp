@@ -1,6 +1,6 @@
 #include "Platform/Linux/Udev.h"
 
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/FileDescriptor.h"
 #include "Platform/Linux/ReportDescriptor.h"
 
 #include <QByteArrayView>

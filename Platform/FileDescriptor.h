@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -29,5 +30,9 @@ public:
 private:
     int m_fd = -1;
 };
+
+/// Writes all of `text`, waiting where the descriptor cannot take more at once. 0, or the errno of the
+/// failure. Any thread.
+int writeAll(int descriptor, std::string_view text);
 
 } // namespace kelmoth
