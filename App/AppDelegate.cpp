@@ -2,6 +2,7 @@
 
 #include "Core/Services/Application.h"
 #include "Core/Services/L10n.h"
+#include "Platform/RegularFile.h"
 
 #include <cerrno>
 #include <chrono>
@@ -82,10 +83,9 @@ void AppDelegate::applicationWillTerminate()
         m_parts.hidMonitor.endTransfers(); // from here on a new copy may speak to the mouse
         m_parts.platform.eventMonitor->removeMonitor();
     }
-    if (m_instanceLockFD >= 0) {
-        ::flock(m_instanceLockFD, LOCK_UN);
-        ::close(m_instanceLockFD);
-        m_instanceLockFD = -1;
+    if (m_instanceLockFD) {
+        ::flock(m_instanceLockFD.get(), LOCK_UN);
+        m_instanceLockFD = FileDescriptor();
     }
 }
 
@@ -108,16 +108,11 @@ bool AppDelegate::claimSingleInstance()
 /// False when another process holds the lock. Without a lock to take the program runs unguarded.
 bool AppDelegate::lockInstance(const std::string &path)
 {
-    const int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (fd < 0) {
-        return true;
+    auto file = openRegularFile(path, O_RDWR | O_CREAT);
+    if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+        return errno != EWOULDBLOCK; // else the file system knows no locks
     }
-    if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
-        const bool isHeld = errno == EWOULDBLOCK; // else the file system knows no locks
-        ::close(fd);
-        return !isHeld;
-    }
-    m_instanceLockFD = fd;
+    m_instanceLockFD = std::move(file);
     return true;
 }
 

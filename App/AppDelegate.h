@@ -6,6 +6,7 @@
 #include "Core/Services/Appearance.h"
 #include "Core/Services/LoginItem.h"
 #include "Core/Services/Preferences.h"
+#include "Platform/FileDescriptor.h"
 #include "Platform/Platform.h"
 
 #include <QObject>
@@ -84,7 +85,7 @@ private:
     bool lockInstance(const std::string &path);
 
     const Parts m_parts;
-    int m_instanceLockFD = -1; ///< -1 while no lock is held
+    FileDescriptor m_instanceLockFD; ///< none while no lock is held
     bool m_isLaunched = false;
     bool m_opensOnceHostIsKnown = false;
     bool m_wasClosedByPress = false;

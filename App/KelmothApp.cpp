@@ -6,10 +6,10 @@
 #include "App/Screenshots.h"
 #include "App/ToolkitLooks.h"
 #include "Core/Services/ToastManager.h"
-#include "Platform/FileDescriptor.h"
 #include "Platform/Linux/RunningProcess.h"
 #include "Platform/Linux/TerminationSignals.h"
 #include "Platform/Qt/QtPlatform.h"
+#include "Platform/RegularFile.h"
 
 #include <QApplication>
 #include <QSessionManager>
@@ -80,7 +80,7 @@ int runScreenshots(int argc, char **argv, const Arguments &arguments)
 bool isInstanceLockHeld(const UserSession &session, std::string_view identifier)
 {
     const auto path = session.applicationSupportDirectory() + '/' + AppDelegate::lockFileName(identifier);
-    const FileDescriptor lock(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const auto lock = openRegularFile(path, O_RDONLY);
     return lock && ::flock(lock.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 

@@ -3,6 +3,7 @@
 #include "Platform/Linux/AutostartLoginItem.h"
 #include "Platform/Linux/Confinement.h"
 #include "Platform/Qt/QtPlatform.h"
+#include "Platform/RegularFile.h"
 
 #include <QStandardPaths>
 
@@ -101,9 +102,9 @@ FileRights rightsOfTheProgram(const std::string &identifier, const std::string &
     const auto lock = location(QStandardPaths::GenericDataLocation) / lockFileName;
     made(lock.parent_path());
     // A right to make this file would be one to make any in a directory that is everybody's.
-    const FileDescriptor lockFile(::open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    const auto lockFile = openRegularFile(lock, O_RDWR | O_CREAT);
     FileRights rights{.readable = readablePaths(),
-                      .usable = {"/dev", lock},
+                      .usable = {"/dev", lockFile ? lock.string() : ""},
                       .own = {made(settingsDirectory().toStdString()),
                               made(autostartDirectory().toStdString()),
                               location(QStandardPaths::GenericCacheLocation) / "fontconfig"}};

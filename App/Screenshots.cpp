@@ -3,7 +3,9 @@
 #include "App/PanelStage.h"
 #include "Core/Services/Appearance.h"
 #include "Core/Services/Preferences.h"
+#include "Platform/RegularFile.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QDir>
 
@@ -96,13 +98,28 @@ bool looksTheSame(const QImage &one, const QImage &other)
     return true;
 }
 
+/// None where there is no picture.
+QImage pictureIn(const QString &path)
+{
+    constexpr std::size_t largestFile = std::size_t{64} * 1024 * 1024;
+    const auto bytes = readRegularFile(path.toStdString(), largestFile);
+    return bytes ? QImage::fromData(QByteArray::fromStdString(*bytes)) : QImage();
+}
+
+bool save(const QImage &picture, const QString &path)
+{
+    QBuffer png;
+    return png.open(QIODevice::WriteOnly) && picture.save(&png, "PNG") &&
+           !replaceRegularFile(path.toStdString(), png.data().toStdString(), {.waitsForDisk = false});
+}
+
 bool draw(const Scene &scene, const QString &path, PanelTranslator &translator)
 {
     PanelStage stage(scene.mouse, translator);
     stage.show();
     scene.arrange(stage);
     const auto picture = stage.settle();
-    const bool isSaved = !picture.isNull() && (looksTheSame(picture, QImage(path)) || picture.save(path));
+    const bool isSaved = !picture.isNull() && (looksTheSame(picture, pictureIn(path)) || save(picture, path));
     std::fprintf(isSaved ? stdout : stderr, "%s%s\n", isSaved ? "" : "not drawn: ", qPrintable(path));
     return isSaved;
 }

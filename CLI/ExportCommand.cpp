@@ -5,38 +5,17 @@
 #include "CLI/Session.h"
 #include "CLI/SettingsFile.h"
 #include "CLI/Words.h"
+#include "Platform/RegularFile.h"
 
 #include <CLI/CLI.hpp>
-#include <QFile>
-#include <QSaveFile>
 
 namespace kelmoth {
 
 namespace {
 
-std::string obstacle(const QSaveFile &file, const std::string &path)
+std::optional<std::string> named(const std::string &path, const std::optional<std::string> &obstacle)
 {
-    return path + ": " + file.errorString().toStdString();
-}
-
-/// Why the file could not be replaced; none when it could.
-std::optional<std::string> obstacleTo(const std::string &path)
-{
-    QSaveFile file(QFile::decodeName(path.c_str()));
-    return file.open(QIODevice::WriteOnly) ? std::nullopt : std::optional(obstacle(file, path));
-}
-
-/// Puts the text in place of the file as a whole. None when it is there, else why not.
-std::optional<std::string> replaceFile(const std::string &path, const std::string &text)
-{
-    QSaveFile file(QFile::decodeName(path.c_str()));
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(text.data(), static_cast<qint64>(text.size()));
-        if (file.commit()) {
-            return std::nullopt;
-        }
-    }
-    return obstacle(file, path);
+    return obstacle ? std::optional(path + ": " + *obstacle) : std::nullopt;
 }
 
 } // namespace
@@ -65,7 +44,7 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
     }
     const bool isStandardOutput = m_file == "-";
     // Not after a second of reading.
-    if (const auto why = isStandardOutput ? std::nullopt : obstacleTo(m_file)) {
+    if (const auto why = isStandardOutput ? std::nullopt : named(m_file, obstacleToWriting(m_file))) {
         co_return session->report({ExitStatus::failed, *why});
     }
     const RazerDevice device = std::get<MouseSummary>(choice).device;
@@ -91,7 +70,7 @@ QCoro::Task<ExitStatus> ExportCommand::run(Session *session)
         output.print(text);
         co_return ExitStatus::done;
     }
-    if (const auto why = replaceFile(m_file, text)) {
+    if (const auto why = named(m_file, writeNamedFile(m_file, text))) {
         co_return session->report({ExitStatus::failed, *why});
     }
     co_return ExitStatus::done;

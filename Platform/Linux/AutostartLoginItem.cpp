@@ -2,13 +2,13 @@
 
 #include "Platform/Linux/DesktopEntry.h"
 #include "Platform/Log.h"
+#include "Platform/RegularFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTemporaryFile>
 
 #include <algorithm>
 #include <array>
@@ -136,21 +136,10 @@ std::optional<std::string> AutostartLoginItem::registerItem()
     if (failure) {
         return failure.message();
     }
-    // Not QSaveFile: that waits for the disk.
-    QTemporaryFile file(autostartDirectory() + QStringLiteral("/.com.kelmoth.app.XXXXXX"));
-    const auto text = DesktopEntry::autostarting(m_programPath);
-    const bool isWritten =
-        file.open() && file.write(text) == text.size() && file.flush() &&
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
-    if (!isWritten) {
-        return file.errorString().toStdString();
-    }
-    if (::rename(QFile::encodeName(file.fileName()).constData(),
-                 QFile::encodeName(entryPath()).constData()) != 0) {
-        return errorText(errno);
-    }
-    file.setAutoRemove(false);
-    return std::nullopt;
+    // The main thread does not wait for the disk.
+    return replaceRegularFile(QFile::encodeName(entryPath()).toStdString(),
+                              DesktopEntry::autostarting(m_programPath).toStdString(),
+                              {.mode = 0644, .waitsForDisk = false});
 }
 
 std::optional<std::string> AutostartLoginItem::unregisterItem()

@@ -1,5 +1,7 @@
 #include "Platform/Linux/DesktopEntry.h"
 
+#include "Platform/RegularFile.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -13,7 +15,7 @@ namespace kelmoth {
 namespace {
 
 constexpr const char *group = G_KEY_FILE_DESKTOP_GROUP;
-constexpr qint64 largestFile = 65'536;
+constexpr std::size_t largestFile = 65'536;
 
 /// One argument of an Exec line, quoted.
 std::string quoted(const std::string &argument)
@@ -100,15 +102,12 @@ void DesktopEntry::Deleter::operator()(_GKeyFile *file) const
 
 std::optional<DesktopEntry> DesktopEntry::read(const QString &path)
 {
-    // To open a pipe would be to wait for its other end.
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || file.size() > largestFile || !file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    const auto text = file.read(largestFile);
+    const auto text =
+        readRegularFile(QFile::encodeName(path).toStdString(), largestFile, {.followsLink = true});
     KeyFile keys(g_key_file_new());
-    if (g_key_file_load_from_data(keys.get(), text.constData(), static_cast<gsize>(text.size()),
-                                  G_KEY_FILE_NONE, nullptr) == FALSE ||
+    if (!text ||
+        g_key_file_load_from_data(keys.get(), text->data(), text->size(), G_KEY_FILE_NONE, nullptr) ==
+            FALSE ||
         g_key_file_has_group(keys.get(), group) == FALSE) {
         return std::nullopt;
     }

@@ -182,6 +182,15 @@ TEST_F(AppDelegateTest, StartsOnceForAUser)
     EXPECT_EQ(ends, 0);
 }
 
+TEST_F(AppDelegateTest, FollowsNoLinkToALock)
+{
+    const auto document = home.filePath(QStringLiteral("document"));
+    ASSERT_TRUE(QFile::link(document, QString::fromStdString(lockPath())));
+    launch();
+    EXPECT_EQ(ends, 0); // it runs unguarded
+    EXPECT_FALSE(QFile::exists(document));
+}
+
 TEST_F(AppDelegateTest, HandsOverToTheCopyThatRuns)
 {
     const struct {

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <sys/stat.h>
 
 namespace kelmoth {
 namespace {
@@ -60,6 +61,15 @@ public:
     std::string said;
 };
 
+/// Puts a FIFO in place of a file in the home: to open it as a file is to wait for ever.
+void plant(const char *name)
+{
+    const auto path = QDir::home().filePath(QString::fromLatin1(name));
+    QDir().mkpath(QFileInfo(path).path());
+    QFile::remove(path);
+    EXPECT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+}
+
 TEST(ProgramTest, AnswersAndRefusesWithoutAScreen)
 {
     const auto nowhere = QStringList{QStringLiteral("QT_QPA_PLATFORM=none")};
@@ -76,10 +86,20 @@ TEST(ProgramTest, AnswersAndRefusesWithoutAScreen)
     Program unknown({QStringLiteral("--simulate"), QStringLiteral("elephant")});
     EXPECT_EQ(unknown.status(), 2);
     EXPECT_THAT(unknown.said, HasSubstr("\"elephant\""));
+    plant("com.kelmoth.app.lock");
+    EXPECT_EQ(Program({QStringLiteral("--quit")}).status(), 0); // none runs
+    const auto pictures = QDir::home().filePath(QStringLiteral("pictures"));
+    plant("pictures/dpi-pl-dark.png");
+    Program drawing(
+        {QStringLiteral("--screenshots"), pictures, QStringLiteral("--scene"), QStringLiteral("dpi")});
+    EXPECT_EQ(drawing.status(), 1);
+    EXPECT_THAT(drawing.said, AllOf(HasSubstr("not drawn: "), HasSubstr("dpi-pl-dark.png")));
+    EXPECT_TRUE(QFileInfo(pictures + QStringLiteral("/dpi-pl-light.png")).isFile());
 }
 
 TEST(ProgramTest, ShowsThePanelUntilItIsToldToEnd)
 {
+    plant("com.kelmoth.app.lock");
     Program program({QStringLiteral("--simulate"), QStringLiteral("basilisk-v3-pro-wired"),
                      QStringLiteral("--verbose"), QStringLiteral("--show")},
                     {QStringLiteral("QSG_INFO=1")});
@@ -87,8 +107,8 @@ TEST(ProgramTest, ShowsThePanelUntilItIsToldToEnd)
     ASSERT_TRUE(program.says("00 1F 00 00 00 04 0B 8B")) << program.said;
     ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
     EXPECT_EQ(program.status(), 0);
-    EXPECT_THAT(program.said,
-                AllOf(HasSubstr("backend software"), Not(HasSubstr("qrc:")), Not(HasSubstr("QML"))));
+    EXPECT_THAT(program.said, AllOf(HasSubstr("backend software"),
+                                    Not(HasSubstr("qrc:")), Not(HasSubstr("QML"))));
 }
 
 TEST(ProgramTest, SaysOnlyWhatMatters)

@@ -10,6 +10,7 @@
 #include <QTemporaryFile>
 
 #include <fstream>
+#include <sys/stat.h>
 
 namespace kelmoth {
 namespace {
@@ -389,6 +390,10 @@ TEST_F(ChangeTest, NothingComesOfAnUnusableFile)
 
     write("older");
     EXPECT_THAT(run("export /nonexistent/file").complaints, HasSubstr("No such file"));
+    const auto other = path + ".socket";
+    ASSERT_EQ(::mknod(other.c_str(), S_IFSOCK | 0600, 0), 0);
+    EXPECT_THAT(run("export " + other).complaints, HasSubstr("Is a socket"));
+    EXPECT_THAT(run("export " + directory.path().toStdString()).complaints, HasSubstr("Is a directory"));
     EXPECT_THAT(mouse.takeTransfers(), IsEmpty());
     mouse.addFault({Kind::rejected, 0x04});
     EXPECT_THAT(run("export " + path).complaints, HasSubstr("did not answer for DPI stages: nothing was"));

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <unistd.h>
+
 namespace kelmoth {
 namespace {
 
@@ -63,6 +65,39 @@ TEST(ProgramTest, TellsItsCallerHowItWent)
         EXPECT_EQ(result.status, row.status);
         EXPECT_THAT(result.output, row.output);
         EXPECT_THAT(result.error, row.error);
+    }
+}
+
+TEST(ProgramTest, ExportsToWhereAPathLeads)
+{
+    const QStringList mouse{QStringLiteral("kelmothctl --simulate basilisk-v3-x-hyperspeed")};
+    const auto record = shell("$1 export", mouse).output;
+    EXPECT_THAT(record, HasSubstr("dpiStages"));
+    const struct {
+        const char *line;
+        std::string output;
+    } rows[]{
+        {"mkfifo p; cat p & $1 export p; wait; test -p p", record},
+        {"$1 export >(cat); wait $!", record},
+        {"exec 5> f; $1 export /dev/fd/5; cat f", record},
+        {"{ echo a; $1 export /dev/stdout; echo z; } > f; cat f", "a\n" + record + "z\n"},
+        {"echo old > f; chmod 646 f; ln f old; mkdir d; ln -s ../f d/l; $1 export d/l\n"
+         "cat old f; stat -c %a f; readlink d/l; ls",
+         "old\n" + record + "646\n../f\nd\nf\nold\n"},
+        {"umask 27; ln -s f l; $1 export l; stat -c %a f; cat l", "640\n" + record},
+        {"mknod n c 1 3 && $1 export n && test -c n", ""},
+        {"mknod n c 1 7 && $1 export n 2>&1 | tail -n 1; test -c n",
+         "kelmothctl: n: No space left on device\n"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.line);
+        if (std::string_view(row.line).starts_with("mknod") && ::geteuid() != 0) {
+            GTEST_SKIP() << "device nodes are made by root alone";
+        }
+        const auto result = shell(std::string("cd \"$(mktemp -d -p \"$HOME\")\"; ") + row.line, mouse);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.output, row.output);
+        EXPECT_EQ(result.error, "");
     }
 }
 

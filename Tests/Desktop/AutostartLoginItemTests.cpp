@@ -122,11 +122,11 @@ TEST_F(AutostartLoginItemTest, StatusIsWhatTheEntrySays)
     QFile::remove(entryPath());
     ASSERT_EQ(::mkfifo(QFile::encodeName(entryPath()).constData(), 0600), 0);
     EXPECT_EQ(item.status(), LoginItemStatus::notFound);
-    EXPECT_EQ(item.registerItem(), std::nullopt); // in its place
-    EXPECT_EQ(item.status(), LoginItemStatus::enabled);
+    EXPECT_EQ(item.registerItem(), "Is a FIFO");
     EXPECT_EQ(item.unregisterItem(), std::nullopt);
     QFile::link(QStringLiteral("/nowhere"), entryPath());
     EXPECT_EQ(item.status(), LoginItemStatus::notFound);
+    EXPECT_EQ(item.registerItem(), "Is a symbolic link");
     EXPECT_EQ(item.unregisterItem(), std::nullopt);
     EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
 }
