@@ -22,8 +22,7 @@ public:
     /// Whether anything at all is stored under `key`.
     virtual bool hasObjectForKey(std::string_view key) const = 0;
 
-    /// Stores a value in place of any other. That it could not be kept is logged: there is nothing that a
-    /// caller could do about it.
+    /// Stores a value in place of any other. That it could not be kept is logged, and said by `flush()`.
     virtual void setInteger(std::string_view key, std::int64_t value) = 0;
     virtual void setData(std::string_view key, std::string data) = 0;
 
@@ -31,8 +30,8 @@ public:
     virtual void removeObject(std::string_view key) = 0;
 
     /// Waits until what was set has reached the disk, some seconds at most: for a program that is about to
-    /// end.
-    virtual void flush() = 0;
+    /// end. None once all of it has, else why not, in English.
+    virtual std::optional<std::string> flush() = 0;
 };
 
 } // namespace kelmoth

@@ -1,30 +1,33 @@
 #include "Platform/Qt/SettingsUserDefaults.h"
 
 #include "Platform/Log.h"
+#include "Platform/Qt/SettingsText.h"
+#include "Platform/RegularFile.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QSettings>
 
+#include <atomic>
+#include <cerrno>
 #include <charconv>
+#include <fcntl.h>
+#include <filesystem>
+#include <mutex>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <system_error>
+#include <utility>
 
 namespace kelmoth {
 
 namespace {
 
 /// A file of ours has some kilobytes. To read a larger one would hold up the main thread.
-constexpr std::int64_t largestFile = std::int64_t{1024} * 1024;
+constexpr std::size_t largestFile = std::size_t{1024} * 1024;
 
-constexpr int longestWaitAtExit = 2000; // milliseconds
+constexpr int longestWaitAtExit = 4000; // milliseconds
 
-constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
-
-QString qtText(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
+constexpr const char *notRead = "⚠️ Settings could not be read: %s";
+constexpr const char *notSaved = "⚠️ Settings could not be saved: %s";
 
 std::optional<std::int64_t> wholeNumber(const std::string &text)
 {
@@ -34,51 +37,85 @@ std::optional<std::int64_t> wholeNumber(const std::string &text)
     return result.ec == std::errc() && result.ptr == end ? std::optional(value) : std::nullopt;
 }
 
-/// Makes sure that the file is there and that nobody else can read it. A file that replaces it inherits
-/// its permissions.
-void protect(const QString &path)
+/// Values under their keys; a key without one is to be taken away.
+using Changes = std::map<std::string, std::optional<std::string>, std::less<>>;
+
+void makePrivateDirectory(const std::filesystem::path &directory)
 {
-    const auto directory = QFileInfo(path).path();
-    if (!QFileInfo::exists(directory) && QDir().mkpath(directory)) {
-        QFile::setPermissions(directory, ownerOnly | QFile::ExeOwner);
-    }
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly)) {
-        return;
-    }
-    if (file.exists() && file.permissions() != ownerOnly) {
-        file.setPermissions(ownerOnly);
-    }
+    std::error_code ignored; // what is written there says it
+    std::filesystem::create_directories(directory.parent_path(), ignored);
+    ::mkdir(directory.c_str(), S_IRWXU);
 }
 
-void reportLoss(const QString &path)
+std::optional<std::string> readOwn(const std::string &path, std::string *obstacle)
 {
-    log("⚠️ Settings could not be saved: %s", qUtf8Printable(path));
+    auto text = readRegularFile(path, largestFile, {.isOwn = true}, obstacle);
+    *obstacle = path + ": " + *obstacle;
+    return text;
 }
 
-/// No value: the key is taken away. Whether the disk now holds that; what it does not, the next write brings
-/// along.
-bool write(const QString &path, const QString &key, const std::optional<QString> &value)
+/// Brings the changes into the file, while no other program does that. None when the disk holds them.
+std::optional<std::string> save(const std::string &path, const Changes &changes)
 {
-    protect(path);
-    QSettings settings(path, QSettings::IniFormat);
-    if (value) {
-        settings.setValue(key, *value);
-    } else {
-        settings.remove(key);
+    makePrivateDirectory(std::filesystem::path(path).parent_path());
+    std::string obstacle;
+    const auto lockPath = path + ".flock"; // QLockFile would take a lasting ".lock" for one that is held
+    const auto lock = openRegularFile(lockPath, O_RDWR | O_CREAT, {.isOwn = true}, &obstacle);
+    if (!lock) {
+        return lockPath + ": " + obstacle;
     }
-    settings.sync();
-    if (settings.status() == QSettings::AccessError) {
-        reportLoss(path);
-        return false;
+    while (::flock(lock.get(), LOCK_EX) != 0 &&
+           errno == EINTR) { // a file system that knows no locks has none
     }
-    return true;
+    const auto before = readOwn(path, &obstacle);
+    if (!before) {
+        return obstacle;
+    }
+    SettingsText text(*before);
+    for (const auto &[key, value] : changes) {
+        text.set(key, value);
+    }
+    const auto failure = replaceRegularFile(path, text.text(), {.mode = S_IRUSR | S_IWUSR});
+    return failure ? std::optional(path + ": " + *failure) : std::nullopt;
 }
 
 } // namespace
 
-SettingsUserDefaults::SettingsUserDefaults(QString path)
-    : m_path(std::move(path)), m_writer(std::make_unique<QThreadPool>())
+/// What the writing thread works on, which the disk may keep beyond the object's end. While there are writes
+/// still to come, or one that failed, the file is not looked at: what is set is newer.
+struct SettingsUserDefaults::Writes {
+    std::atomic<int> pending = 0;
+    std::atomic<bool> isUnsaved = false; ///< the last one failed
+    Changes owed;                        ///< what the disk does not hold yet; on the writing thread
+
+    /// Logs what stands in the way, once for as long as it does.
+    void report(const char *line, const std::string &why)
+    {
+        const std::scoped_lock guard(m_mutex);
+        if (std::exchange(m_obstacle, why) != why) {
+            log(line, why.c_str());
+        }
+    }
+    void reportWell()
+    {
+        const std::scoped_lock guard(m_mutex);
+        m_obstacle.clear();
+    }
+    std::string obstacle()
+    {
+        const std::scoped_lock guard(m_mutex);
+        return m_obstacle;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::string m_obstacle;
+};
+
+SettingsUserDefaults::SettingsUserDefaults(const QString &path)
+    : m_path(QFile::encodeName(path).toStdString()),
+      m_writes(std::make_shared<Writes>()),
+      m_writer(std::make_unique<QThreadPool>())
 {
     m_writer->setObjectName(QStringLiteral("com.kelmoth.defaults"));
     m_writer->setMaxThreadCount(1);
@@ -89,28 +126,30 @@ SettingsUserDefaults::~SettingsUserDefaults()
     SettingsUserDefaults::flush();
 }
 
-void SettingsUserDefaults::flush()
+std::optional<std::string> SettingsUserDefaults::flush()
 {
     if (m_writer && !m_writer->waitForDone(longestWaitAtExit)) {
-        reportLoss(m_path);
         (void)m_writer.release(); // ends with the process, which must not wait for it any longer
     }
+    if (!m_writer) {
+        m_writes->report(notSaved, m_path + ": The disk, or another program, keeps it waiting");
+    }
+    return m_writer && !m_writes->isUnsaved ? std::nullopt : std::optional(m_writes->obstacle());
 }
 
 std::optional<SettingsUserDefaults::Stamp> SettingsUserDefaults::stamp() const
 {
     struct stat info{};
-    if (::stat(QFile::encodeName(m_path).constData(), &info) != 0) {
+    if (::lstat(m_path.c_str(), &info) != 0) {
         return std::nullopt;
     }
     return Stamp{static_cast<std::int64_t>(info.st_ino), info.st_size,
                  info.st_mtim.tv_sec * std::int64_t{1'000'000'000} + info.st_mtim.tv_nsec};
 }
 
-/// Reads the file when it is not the one that was read last.
+/// Reads the file when it is not the one that was read last. Where it cannot be, what is known holds on.
 void SettingsUserDefaults::look() const
 {
-    // The library, too, keeps what it could not write, and would try again here before it reads.
     if (m_writes->pending > 0 || m_writes->isUnsaved) {
         return;
     }
@@ -119,16 +158,11 @@ void SettingsUserDefaults::look() const
         return;
     }
     m_stamp = now;
-    m_values.clear();
-    if (!now || now->size > largestFile) {
-        return;
-    }
-    const QSettings settings(m_path, QSettings::IniFormat);
-    for (const QString &key : settings.allKeys()) {
-        const auto value = settings.value(key);
-        m_values[key.toStdString()] = value.typeId() == QMetaType::QString
-                                          ? std::optional(value.toString().toStdString())
-                                          : std::nullopt;
+    std::string obstacle;
+    if (const auto text = readOwn(m_path, &obstacle)) {
+        m_values = SettingsText(*text).values();
+    } else {
+        m_writes->report(notRead, obstacle);
     }
 }
 
@@ -171,7 +205,7 @@ void SettingsUserDefaults::set(std::string_view key, std::string value)
 {
     look(); // what is set from here on stands over what the file holds now
     m_values[std::string(key)] = value;
-    store(key, value);
+    store(key, std::move(value));
 }
 
 void SettingsUserDefaults::removeObject(std::string_view key)
@@ -186,16 +220,22 @@ void SettingsUserDefaults::removeObject(std::string_view key)
 }
 
 /// Brings a value, or that there is none, to the disk.
-void SettingsUserDefaults::store(std::string_view key, const std::optional<std::string> &value)
+void SettingsUserDefaults::store(std::string_view key, std::optional<std::string> value)
 {
     if (!m_writer) {
-        reportLoss(m_path);
-        return;
+        return; // as was said when it was given up
     }
     ++m_writes->pending;
-    auto text = value ? std::optional(qtText(*value)) : std::nullopt;
-    m_writer->start([path = m_path, name = qtText(key), text = std::move(text), writes = m_writes] {
-        writes->isUnsaved = !write(path, name, text);
+    m_writer->start([path = m_path, name = std::string(key), text = std::move(value), writes = m_writes] {
+        writes->owed[name] = text;
+        if (const auto why = save(path, writes->owed)) {
+            writes->isUnsaved = true;
+            writes->report(notSaved, *why);
+        } else {
+            writes->isUnsaved = false;
+            writes->owed.clear();
+            writes->reportWell();
+        }
         --writes->pending;
     });
 }

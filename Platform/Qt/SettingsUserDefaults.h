@@ -5,7 +5,6 @@
 #include <QString>
 #include <QThreadPool>
 
-#include <atomic>
 #include <map>
 #include <memory>
 #include <optional>
@@ -15,10 +14,12 @@ namespace kelmoth {
 
 /// Preferences in an INI file that only its owner can read. Programs may share the file: each writes only
 /// what it was told to set, and replaces the file as a whole, so that a reader finds the old or the new one.
+/// What is no regular file of this user's, or too large, is left alone; values then last as long as the
+/// object.
 class SettingsUserDefaults : public UserDefaults {
 public:
-    /// A missing, unreadable or unusable file reads as empty.
-    explicit SettingsUserDefaults(QString path);
+    /// A missing or unusable file reads as empty.
+    explicit SettingsUserDefaults(const QString &path);
     /// Waits for what is still to be written, some seconds at most.
     ~SettingsUserDefaults() override;
 
@@ -28,7 +29,7 @@ public:
     void setInteger(std::string_view key, std::int64_t value) override;
     void setData(std::string_view key, std::string data) override;
     void removeObject(std::string_view key) override;
-    void flush() override;
+    std::optional<std::string> flush() override;
 
 private:
     /// A file as it was when it was read; another stamp is another content.
@@ -44,19 +45,14 @@ private:
     std::optional<Stamp> stamp() const;
     std::optional<std::string> text(std::string_view key) const;
     void set(std::string_view key, std::string value);
-    void store(std::string_view key, const std::optional<std::string> &value);
+    void store(std::string_view key, std::optional<std::string> value);
 
-    QString m_path;
+    const std::string m_path;
     /// What the file holds and what was set since; a value that is neither text nor number is absent.
     mutable std::map<std::string, std::optional<std::string>, std::less<>> m_values;
     mutable std::optional<Stamp> m_stamp;
-    /// While there are writes still to come, or one that failed, the file is not looked at: what is set here
-    /// is newer.
-    struct Writes {
-        std::atomic<int> pending = 0;
-        std::atomic<bool> isUnsaved = false; ///< the last one failed
-    };
-    std::shared_ptr<Writes> m_writes = std::make_shared<Writes>();
+    struct Writes;
+    std::shared_ptr<Writes> m_writes;
     std::unique_ptr<QThreadPool> m_writer; ///< one thread: the disk, or another program, may keep it waiting
 };
 

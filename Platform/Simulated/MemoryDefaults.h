@@ -25,7 +25,7 @@ public:
     void setInteger(std::string_view key, std::int64_t value) override { values[std::string(key)] = value; }
     void setData(std::string_view key, std::string data) override { values[std::string(key)] = data; }
     void removeObject(std::string_view key) override { values.erase(std::string(key)); }
-    void flush() override {}
+    std::optional<std::string> flush() override { return std::nullopt; }
 
 private:
     template <class T> std::optional<T> find(std::string_view key) const

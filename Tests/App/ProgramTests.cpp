@@ -100,6 +100,7 @@ TEST(ProgramTest, AnswersAndRefusesWithoutAScreen)
 TEST(ProgramTest, ShowsThePanelUntilItIsToldToEnd)
 {
     plant("com.kelmoth.app.lock");
+    plant("com.kelmoth.app/defaults.ini");
     Program program({QStringLiteral("--simulate"), QStringLiteral("basilisk-v3-pro-wired"),
                      QStringLiteral("--verbose"), QStringLiteral("--show")},
                     {QStringLiteral("QSG_INFO=1")});
@@ -107,7 +108,7 @@ TEST(ProgramTest, ShowsThePanelUntilItIsToldToEnd)
     ASSERT_TRUE(program.says("00 1F 00 00 00 04 0B 8B")) << program.said;
     ::kill(static_cast<pid_t>(program.processId()), SIGTERM);
     EXPECT_EQ(program.status(), 0);
-    EXPECT_THAT(program.said, AllOf(HasSubstr("backend software"),
+    EXPECT_THAT(program.said, AllOf(HasSubstr("defaults.ini: Is a FIFO\n"), HasSubstr("backend software"),
                                     Not(HasSubstr("qrc:")), Not(HasSubstr("QML"))));
 }
 

@@ -1,20 +1,25 @@
 #include "Core/Device/DeviceState.h"
 #include "Platform/Qt/SettingsUserDefaults.h"
+#include "Platform/RegularFile.h"
 #include "Tests/Core/RecordedLog.h"
 
 #include <QDir>
 #include <QFile>
-#include <QLockFile>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 
 #include <cerrno>
 #include <csignal>
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <random>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -34,7 +39,10 @@ namespace {
 
 using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Optional;
+using testing::StartsWith;
 
 constexpr auto key = "com.kelmoth.deviceState.170";
 
@@ -53,9 +61,17 @@ protected:
         SettingsUserDefaults defaults(path);
         defaults.setData(key, "new");
         EXPECT_EQ(defaults.dataForKey(key), "new"); // it holds for as long as the program runs
-        defaults.flush();
+        EXPECT_THAT(defaults.flush(), Optional(HasSubstr(path.toStdString())));
         EXPECT_THAT(log->takeLines(), ElementsAre(HasSubstr("⚠️ Settings could not be saved")));
         EXPECT_EQ(contents(), before);
+    }
+
+    /// As another program holds the file.
+    FileDescriptor lock() const
+    {
+        auto file = openRegularFile(path.toStdString() + ".flock", O_RDWR | O_CREAT);
+        EXPECT_EQ(::flock(file.get(), LOCK_EX), 0);
+        return file;
     }
 
     const QTemporaryDir home;
@@ -113,7 +129,6 @@ TEST_F(SettingsUserDefaultsTest, ReadsAFileThatIsNoneAsEmptyAndReplacesIt)
         "[General",
         "[General]\ncom.kelmoth.deviceState.170=@Variant(\\0\\0\\0\\x7f\\xff\\xff\\xff\\xff)\n",
         "[General]\ncom.kelmoth.deviceState.170=a, b, c\n",
-        "[General]\ncom.kelmoth.deviceState.170=\"" + QByteArray(10'000'000, 'x') + "\"\n",
     };
     QDir().mkpath(QFileInfo(path).path());
     for (const auto &content : files) {
@@ -124,6 +139,74 @@ TEST_F(SettingsUserDefaultsTest, ReadsAFileThatIsNoneAsEmptyAndReplacesIt)
         EXPECT_EQ(SettingsUserDefaults(path).dataForKey(key), "{}");
     }
     EXPECT_THAT(log->takeLines(), ElementsAre());
+}
+
+TEST_F(SettingsUserDefaultsTest, ItsFilesAreThoseOfQSettings)
+{
+    for (const auto *text : {"", " blank ", "a, b; c = \"d\" \\ '", "@home", "@ByteArray(x)",
+                             "\x01"
+                             "face\x1f\n\t",
+                             "zażółć 🖱", "[x]"}) {
+        QSettings(path, QSettings::IniFormat).setValue("theirs", QString::fromUtf8(text));
+        SettingsUserDefaults(path).setData("ours", text);
+        EXPECT_EQ(SettingsUserDefaults(path).dataForKey("theirs"), text);
+        EXPECT_EQ(SettingsUserDefaults(path).dataForKey("ours"), text);
+        const QSettings theirs(path, QSettings::IniFormat);
+        EXPECT_EQ(theirs.value("ours").toString().toStdString(), text);
+        EXPECT_EQ(theirs.value("theirs").toString().toStdString(), text);
+    }
+    const std::string others = "; by hand\n[Other]\nours=1\n";
+    std::ofstream(path.toStdString()) << R"(theirs="\xd83d\xdda1"\101)" << '\n' << others;
+    EXPECT_EQ(SettingsUserDefaults(path).dataForKey("theirs"), "🖡A");
+    SettingsUserDefaults(path).setInteger("ours", 2);
+    EXPECT_THAT(contents(), AllOf(StartsWith("[General]\nours=2\n"), EndsWith(others)));
+}
+
+TEST_F(SettingsUserDefaultsTest, LeavesAloneWhatIsNoRegularFileOfItsOwn)
+{
+    const auto document = home.filePath(QStringLiteral("document")).toStdString();
+    std::ofstream(document) << "[General]\nlanguageMode=1\n";
+    const auto name = path.toStdString();
+    const bool isRoot = ::geteuid() == 0;
+    std::vector<std::pair<const char *, std::function<int()>>> rows{
+        {"Is a symbolic link", [&] { return ::symlink(document.c_str(), name.c_str()); }},
+        {"Is a FIFO", [&] { return ::mkfifo(name.c_str(), 0600); }},
+        {"Is a directory", [&] { return ::mkdir(name.c_str(), 0700); }},
+        {"Is larger than 1048576 bytes",
+         [&] { return ::link(document.c_str(), name.c_str()) + ::truncate(name.c_str(), 1'048'577); }},
+    };
+    if (isRoot) {
+        rows.emplace_back("Is a device",
+                          [&] { return ::mknod(name.c_str(), S_IFCHR | 0600, makedev(1, 3)); });
+        rows.emplace_back("Belongs to another user", [&] {
+            return ::link(document.c_str(), name.c_str()) + ::chown(name.c_str(), 65534, 65534);
+        });
+    }
+    SettingsUserDefaults(path).setInteger("languageMode", 3);
+    for (const auto &[why, make] : rows) {
+        SCOPED_TRACE(why);
+        std::filesystem::remove_all(name);
+        ASSERT_EQ(make(), 0);
+        struct stat before{};
+        ASSERT_EQ(::lstat(name.c_str(), &before), 0);
+        SettingsUserDefaults defaults(path);
+        EXPECT_EQ(defaults.integerForKey("languageMode"), 0);
+        for (const int value : {1, 2}) {
+            defaults.setInteger("languageMode", value);
+            EXPECT_THAT(defaults.flush(), Optional(HasSubstr(why)));
+        }
+        EXPECT_EQ(defaults.integerForKey("languageMode"), 2);
+        EXPECT_THAT(log->takeLines(),
+                    ElementsAre(AllOf(HasSubstr("could not be read"), HasSubstr(why)))); // once
+        struct stat after{};
+        ASSERT_EQ(::lstat(name.c_str(), &after), 0);
+        EXPECT_EQ(std::tuple(after.st_ino, after.st_mode, after.st_size),
+                  std::tuple(before.st_ino, before.st_mode, before.st_size));
+    }
+    EXPECT_TRUE(std::ifstream(document).get() == '[');
+    if (!isRoot) {
+        GTEST_SKIP() << "device nodes and other users' files are made by root alone";
+    }
 }
 
 TEST_F(SettingsUserDefaultsTest, SaysThatItCouldNotSaveAndLeavesTheOldFileWhole)
@@ -142,8 +225,7 @@ TEST_F(SettingsUserDefaultsTest, SaysThatItCouldNotSaveAndLeavesTheOldFileWhole)
     ::setrlimit(RLIMIT_FSIZE, &before);
     {
         // Reading does not try to write again, which would wait for another program.
-        QLockFile other(path + QStringLiteral(".lock"));
-        ASSERT_TRUE(other.lock());
+        const auto other = lock();
         std::ofstream(path.toStdString(), std::ios::app) << "another=1\n";
         EXPECT_EQ(defaults.integerForKey("languageMode"), 1);
     }
@@ -204,8 +286,7 @@ TEST_F(SettingsUserDefaultsTest, AKillAtAnyMomentLeavesAWholeRecord)
 TEST_F(SettingsUserDefaultsTest, DoesNotWaitForeverForAnotherProgram)
 {
     SettingsUserDefaults(path).setData(key, "old");
-    QLockFile other(path + QStringLiteral(".lock"));
-    ASSERT_TRUE(other.lock());
+    static const auto other = lock(); // the writer that was given up would go on once it is free
     expectUnsaved();
 }
 
