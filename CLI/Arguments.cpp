@@ -21,6 +21,10 @@ Examples:
   kelmothctl set dpi 1600
   kelmothctl --simulate basilisk-v3-pro-wired read
 
+Exit status: 0 done, 1 the mouse refused or did not answer, 2 wrong arguments,
+3 no mouse to configure, 4 no permission, 5 the mouse took it, but it could not be
+saved.
+
 "kelmothctl COMMAND --help" says more about a command.)";
 
 /// "0x00aa", "170" or, as lists of USB devices have it, "00aa"; none for anything that is not one 16-bit

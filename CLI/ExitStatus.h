@@ -9,6 +9,7 @@ enum class ExitStatus {
     usage = 2,        ///< the arguments make no sense; nothing was done
     noMouse = 3,      ///< no mouse that can be configured
     noPermission = 4, ///< there is one, but this user may not open it
+    notSaved = 5,     ///< the mouse took it, but it could not be saved
 };
 
 } // namespace kelmoth

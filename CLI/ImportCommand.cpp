@@ -124,7 +124,8 @@ QCoro::Task<bool> performAll(std::vector<ImportStep> steps, RazerDevice device, 
 std::string_view ImportCommand::details() const
 {
     return R"(Takes a file as "kelmothctl export" writes it, and writes each setting that differs
-and that the model supports. Each is reported; when one fails the exit status is 1.
+and that the model supports. Each is reported; when one fails the exit status is 1,
+and 5 when the mouse took all of it, but it could not be saved.
 
 Example:
   kelmothctl import basilisk.json)";
@@ -157,11 +158,14 @@ QCoro::Task<ExitStatus> ImportCommand::run(Session *session)
     const auto &manager = session->manager();
     const auto steps = importPlan(*settings, answeredSettings(manager, manager.unanswered()), device);
     const bool isWell = co_await performAll(steps, device, session);
-    session->flushDefaults();
+    const auto loss = session->flushDefaults();
+    if (loss) {
+        session->report(*loss);
+    }
     if (!isWell) {
         co_return session->report({ExitStatus::failed, "the mouse did not take every setting", true});
     }
-    co_return ExitStatus::done;
+    co_return loss ? loss->status : ExitStatus::done;
 }
 
 } // namespace kelmoth

@@ -52,4 +52,12 @@ ExitStatus Session::report(const Failure &failure)
     return failure.status;
 }
 
+std::optional<Failure> Session::flushDefaults() const
+{
+    const auto why = m_platform.userDefaults->flush();
+    return why ? std::optional(
+                     Failure{ExitStatus::notSaved, "the mouse took it, but it could not be saved: " + *why})
+               : std::nullopt;
+}
+
 } // namespace kelmoth

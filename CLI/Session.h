@@ -42,8 +42,9 @@ public:
     /// Forgets what the manager has said so far.
     void dismissToasts() { m_toasts.hide(); }
 
-    /// Waits, some seconds at most, until what the manager saved has reached the disk.
-    void flushDefaults() const { m_platform.userDefaults->flush(); }
+    /// Waits, some seconds at most, until what the manager saved has reached the disk. The failure when it
+    /// has not.
+    std::optional<Failure> flushDefaults() const;
 
 private:
     Options m_options;

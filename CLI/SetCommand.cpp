@@ -14,7 +14,7 @@ namespace kelmoth {
 namespace {
 
 /// Reads the mouse and writes the change, with nobody else changing anything meanwhile. The failure when the
-/// mouse does not hold the change now.
+/// mouse does not hold the change now, or the disk does not.
 QCoro::Task<std::optional<Failure>> change(Session *session, RazerDevice device, SettingChange *change)
 {
     ChangeLock lock;
@@ -35,7 +35,7 @@ QCoro::Task<std::optional<Failure>> change(Session *session, RazerDevice device,
         co_return failure;
     }
     const bool isDone = co_await change->apply(manager);
-    session->flushDefaults();
+    failure = session->flushDefaults();
     if (!isDone) {
         failure = {ExitStatus::failed, session->refusal(device), true};
     }
@@ -49,7 +49,8 @@ std::string_view SetCommand::details() const
     return R"(Writes to the first mouse that can be configured, or the one chosen with --product.
 The mouse is read first, and what it took is saved. With --json all settings are
 printed as "kelmothctl read --json" does. A word that the model does not know is
-answered with those that it does.
+answered with those that it does. When the mouse took the change, but it could not be
+saved, the exit status is 5.
 
 Example:
   kelmothctl set dpi 1600 --stage 3
@@ -83,12 +84,16 @@ QCoro::Task<ExitStatus> SetCommand::run(Session *session)
     }
     const auto failure = co_await change(session, mouse.device, m_change);
     if (failure) {
-        co_return session->report(*failure);
+        session->report(*failure);
+    }
+    const auto status = failure ? failure->status : ExitStatus::done;
+    if (status != ExitStatus::done && status != ExitStatus::notSaved) {
+        co_return status;
     }
     const auto &manager = session->manager();
     if (!session->options().json) {
         output.print(m_change->outcome(manager) + '\n');
-        co_return ExitStatus::done;
+        co_return status;
     }
     auto unanswered = manager.unanswered();
     m_change->settle(unanswered);
@@ -97,7 +102,7 @@ QCoro::Task<ExitStatus> SetCommand::run(Session *session)
     co_await battery.finished();
     const auto mice = relisted({mouse}, session->monitor());
     output.printJSON(readingJSON(mice.empty() ? mouse : mice.front(), reading));
-    co_return ExitStatus::done;
+    co_return status;
 }
 
 } // namespace kelmoth

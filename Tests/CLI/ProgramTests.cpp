@@ -35,8 +35,11 @@ TEST(ProgramTest, TellsItsCallerHowItWent)
         {"kelmothctl --simulate unknown list", 0, IsEmpty(), HasSubstr("no supported mouse")},
         {"kelmothctl --simulate unknown read", 3, IsEmpty(), HasSubstr("no supported mouse")},
         {"$1 doctor", 0, HasSubstr("simulated")},
-        {"XDG_CONFIG_HOME=/dev/null $1 set stage 3 --verbose", 0, HasSubstr("stage is now 3"),
-         HasSubstr("Settings could not be saved: /dev/null/com.kelmoth.app")},
+        {"XDG_CONFIG_HOME=/dev/null $1 set stage 3", 5, HasSubstr("stage is now 3"),
+         HasSubstr("it could not be saved: /dev/null/com.kelmoth.app")},
+        {"$1 export | XDG_CONFIG_HOME=/dev/null $1 import -", 5, HasSubstr("already"),
+         HasSubstr("could not be saved: /dev/null/com.kelmoth.app")},
+        {"kelmothctl --help", 0, HasSubstr("5 the mouse took it")},
         // What was on the wire belongs to failures of the mouse alone.
         {"$1 set button left disabled", 2, IsEmpty(),
          "kelmothctl: the left button always stays the left click\n"},
