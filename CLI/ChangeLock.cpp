@@ -1,15 +1,19 @@
 #include "CLI/ChangeLock.h"
 
+#include "Platform/RegularFile.h"
+
 #include <QCoroTimer>
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
 
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
 #include <string>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <system_error>
+#include <utility>
 
 namespace kelmoth {
 
@@ -20,38 +24,29 @@ constexpr std::chrono::milliseconds pollInterval{5};
 
 constexpr const char *fileName = "com.kelmoth.app.set.lock";
 
-/// Opens a lock file, which must be this user's own: in a directory of everyone's it may be anybody's.
-FileDescriptor openOwn(const std::string &path)
+/// Beside the lock of the program in the tray: one place for all processes of the user, also for those that
+/// have no session, and one where a confined program can plant nothing. Without a home that can be written it
+/// is the directory for temporary files; what lies there may be anybody's.
+FileDescriptor openLockFile(std::string *obstacle)
 {
-    FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
-    struct stat info{};
-    if (file && (::fstat(file.get(), &info) != 0 || info.st_uid != ::geteuid() || !S_ISREG(info.st_mode))) {
-        errno = EPERM;
-        return {};
-    }
-    return file;
-}
-
-FileDescriptor openLockFile()
-{
-    const char *directory = std::getenv("XDG_RUNTIME_DIR");
-    if (directory && *directory) {
-        if (auto file = openOwn(std::string(directory) + '/' + fileName)) {
-            return file;
-        }
-    }
-    directory = std::getenv("TMPDIR");
-    return openOwn(std::string(directory && *directory ? directory : "/tmp") + '/' + fileName + '.' +
-                   std::to_string(::geteuid()));
+    const auto home = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    QDir().mkpath(home);
+    const auto open = [obstacle](const QString &directory, const std::string &name) {
+        return openRegularFile(QFile::encodeName(directory).toStdString() + '/' + name, O_RDWR | O_CREAT,
+                               {.isOwn = true}, obstacle);
+    };
+    auto file = open(home, fileName);
+    return file ? std::move(file) : open(QDir::tempPath(), fileName + ('.' + std::to_string(::geteuid())));
 }
 
 } // namespace
 
 QCoro::Task<std::optional<std::string>> ChangeLock::take()
 {
-    m_file = openLockFile();
+    std::string obstacle;
+    m_file = openLockFile(&obstacle);
     if (!m_file) {
-        co_return "cannot lock out other changes: " + std::generic_category().message(errno);
+        co_return "cannot lock out other changes: " + obstacle;
     }
     const QDeadlineTimer deadline(limit);
     while (::flock(m_file.get(), LOCK_EX | LOCK_NB) != 0) {

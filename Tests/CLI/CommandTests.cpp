@@ -1,5 +1,6 @@
 // The commands of kelmothctl on simulated mice, in a time that nobody has to wait for.
 
+#include "CLI/ChangeLock.h"
 #include "CLI/MouseChanges.h"
 #include "CLI/Session.h"
 #include "Tests/Manager/SimulatedMachineTest.h"
@@ -9,6 +10,7 @@
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 
+#include <filesystem>
 #include <fstream>
 #include <sys/stat.h>
 
@@ -33,8 +35,6 @@ public:
 class CommandTest : public SimulatedMachineTest {
 protected:
     using JSON = nlohmann::ordered_json;
-
-    CommandTest() { qputenv("XDG_RUNTIME_DIR", qgetenv("HOME")); }
 
     SimulatedMouse &plugInOnly(const std::string &model)
     {
@@ -334,6 +334,31 @@ lift-off distance: medium -> high: failed (Failed to set lift-off distance)
     EXPECT_EQ(other.state().dpiStages, held.dpiStages);
     EXPECT_EQ(other.state().buttons, held.buttons);
     EXPECT_EQ(other.state().liftOff, held.liftOff);
+}
+
+TEST_F(ChangeTest, OneLockKeepsAllProcessesOfTheUserApart)
+{
+    const auto home = qgetenv("XDG_DATA_HOME").toStdString() + "/com.kelmoth.app.set.lock";
+    const auto before = qgetenv("TMPDIR");
+    qputenv("TMPDIR", directory.path().toUtf8());
+    for (const bool isPlanted : {false, true}) {
+        if (isPlanted) {
+            std::filesystem::remove(home);
+            std::filesystem::create_symlink(path, home);
+        }
+        std::optional<ChangeLock> first(std::in_place);
+        ChangeLock second;
+        qputenv("XDG_RUNTIME_DIR", directory.path().toUtf8());
+        EXPECT_EQ(QCoro::waitFor(first->take()), std::nullopt);
+        qunsetenv("XDG_RUNTIME_DIR"); // as for cron
+        auto waiting = second.take();
+        EXPECT_FALSE(waiting.isReady());
+        first.reset();
+        EXPECT_EQ(QCoro::waitFor(std::move(waiting)), std::nullopt);
+        EXPECT_FALSE(std::filesystem::exists(path)) << "the link was followed";
+    }
+    std::filesystem::remove(home);
+    qputenv("TMPDIR", before);
 }
 
 TEST_F(ChangeTest, AnyRecordIsSafeToImport)

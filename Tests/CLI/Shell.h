@@ -30,8 +30,6 @@ inline Ending shell(const std::string &line, const QStringList &arguments = {},
     auto environment = QProcessEnvironment::systemEnvironment();
     const auto path = QStringLiteral("PATH");
     environment.insert(path, QFileInfo(program).path() + QLatin1Char(':') + environment.value(path));
-    // Processes of other tests are not waited for.
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), environment.value(QStringLiteral("HOME")));
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral("bash"),
