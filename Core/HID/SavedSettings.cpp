@@ -99,10 +99,11 @@ DeviceState SavedSettings::stateForDevice(const RazerDevice &device)
 bool SavedSettings::save(const DeviceState &state, const RazerDevice &device)
 {
     auto record = encode(state);
-    if (record) {
-        m_defaults->setData(deviceKey(device), *std::move(record));
+    if (!record) {
+        return false;
     }
-    return record.has_value();
+    m_defaults->setData(deviceKey(device), *std::move(record));
+    return true;
 }
 
 } // namespace kelmoth
