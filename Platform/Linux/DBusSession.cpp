@@ -1,13 +1,12 @@
 #include "Platform/Linux/DBusSession.h"
 
+#include "Platform/Linux/RunningProcess.h"
+
 #include <QDBusReply>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include <cerrno>
-#include <csignal>
 #include <utility>
 
 namespace kelmoth {
@@ -36,22 +35,6 @@ QDBusMessage busCall(const QString &method, const QVariantList &arguments)
     auto call = QDBusMessage::createMethodCall(busService, busPath, busService, method);
     call.setArguments(arguments);
     return call;
-}
-
-/// A process that has ended but whose parent has not noticed is still listed, as "Z".
-bool isZombie(std::int64_t process)
-{
-    QFile status(QStringLiteral("/proc/%1/stat").arg(process));
-    if (!status.open(QFile::ReadOnly)) {
-        return false;
-    }
-    const auto line = status.readAll();
-    return line.mid(line.lastIndexOf(')') + 1).trimmed().startsWith('Z'); // the name may hold anything
-}
-
-bool hasTerminated(std::int64_t process)
-{
-    return (::kill(static_cast<pid_t>(process), 0) != 0 && errno == ESRCH) || isZombie(process);
 }
 
 } // namespace
@@ -92,7 +75,7 @@ std::vector<RunningApplication> DBusSession::runningApplications(std::string_vie
     if (!process.isValid() || process.value() == 0) {
         return {};
     }
-    return {{.processIdentifier = process.value(), .isTerminated = hasTerminated(process.value())}};
+    return {{.processIdentifier = process.value(), .isTerminated = hasEnded(process.value())}};
 }
 
 void DBusSession::observe(std::string_view name, std::string_view object, std::function<void()> handler)

@@ -5,6 +5,10 @@
 
 namespace kelmoth {
 
+/// Whether a process of this number is not there any more, or waits only for its parent to notice its end.
+/// Any thread.
+bool hasEnded(std::int64_t process);
+
 /// What became of the wish that a process end.
 enum class EndOfProcess { ended, refused, stillRunning };
 

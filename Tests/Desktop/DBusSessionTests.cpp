@@ -5,7 +5,9 @@
 #include <QTest>
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <optional>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace kelmoth {
@@ -140,6 +142,20 @@ TEST(RunningProcessTest, EndsAsAskedOrIsGivenUp)
     deaf->kill();
     deaf->waitForFinished();
     EXPECT_EQ(endProcess(deaf->processId(), 1s), EndOfProcess::refused);
+}
+
+TEST(RunningProcessTest, HasEndedAlsoBeforeItsParentNotices)
+{
+    const auto child = ::fork();
+    if (child == 0) {
+        std::_Exit(0);
+    }
+    ::siginfo_t info{};
+    ASSERT_EQ(::waitid(P_PID, static_cast<::id_t>(child), &info, WEXITED | WNOWAIT), 0);
+    EXPECT_TRUE(hasEnded(child));
+    ::waitpid(child, nullptr, 0);
+    EXPECT_TRUE(hasEnded(child));
+    EXPECT_FALSE(hasEnded(::getpid()));
 }
 
 } // namespace
