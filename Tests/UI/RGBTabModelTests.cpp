@@ -114,6 +114,27 @@ TEST_F(RGBTabTest, WritesAtTheEndOfADragAndSaysSo)
     EXPECT_EQ(lines.back(), "🔵 RGBTabView: setRGB returned: ❌");
 }
 
+TEST_F(RGBTabTest, ShowsOfAStoredBrightnessWhatThereIs)
+{
+    const std::pair<double, QString> rows[]{{1e308, QStringLiteral("100%")}, {-1e308, QStringLiteral("0%")}};
+    open({"basilisk-v3"});
+    light(scrollWheel, {0, 255, 0}); // half as bright as it can be
+    for (const auto &[stored, text] : rows) {
+        mouse().unplug();
+        settle();
+        auto state = manager->deviceState();
+        state.rgbSettings[scrollWheel].brightness = stored;
+        defaults->setData("com.kelmoth.deviceState.153", encode(state));
+        QStringList shown; // the stored light, then that of the mouse
+        const auto watch = QObject::connect(&tab(), &RGBTabModel::lightChanged, &tab(),
+                                            [&] { shown.append(tab().brightnessText()); });
+        mouse().replug();
+        settle();
+        QObject::disconnect(watch);
+        EXPECT_TRUE(shown.contains(text)) << shown.join(QLatin1Char(' ')).toStdString();
+    }
+}
+
 TEST_F(RGBTabTest, OffersWhatTheModelHas)
 {
     struct Row {

@@ -67,7 +67,7 @@ std::optional<int> presetOfHue(double hue)
                                      : std::optional(static_cast<int>(found - presetHues.begin()));
 }
 
-/// A position that is no number counts as the strip's start.
+/// Also of what was stored, which may be any number. None at all counts as the strip's start.
 double onStrip(double position)
 {
     return std::isnan(position) ? 0.0 : std::clamp(position, 0.0, 1.0);
@@ -236,7 +236,7 @@ void RGBTabModel::loadFromDeviceState()
         return;
     }
     m_view.selectedEffect = found->second.effect;
-    m_view.brightness = found->second.brightness;
+    m_view.brightness = onStrip(found->second.brightness);
     loadColor(found->second.color);
     publishLight();
 }
