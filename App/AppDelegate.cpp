@@ -190,8 +190,9 @@ void AppDelegate::handleClick()
 
 void AppDelegate::openApp()
 {
-    if (m_popover && m_statusItem->isHosted().has_value()) {
-        showPopover(*m_statusItem->isHosted() ? Popover::Place::atItem : Popover::Place::asWindow);
+    const auto isHosted = m_popover ? m_statusItem->isHosted() : std::nullopt;
+    if (isHosted) {
+        showPopover(*isHosted ? Popover::Place::atItem : Popover::Place::asWindow);
         return;
     }
     m_opensOnceHostIsKnown = true;

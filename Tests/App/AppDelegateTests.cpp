@@ -40,6 +40,7 @@ struct FakeSession : UserSession {
 /// What the delegate does with its status item and popover, and what can be done to them.
 struct Screen {
     std::optional<bool> hosted = true;
+    bool isTrayDying = false; ///< it is gone once it has been asked for
     std::function<void()> click, hostChanged;
     std::vector<MenuEntry> menu;
     std::optional<ScreenRect> frame;
@@ -59,7 +60,10 @@ public:
     void setMenu(std::vector<MenuEntry> menu) override { m_screen.menu = std::move(menu); }
     void setToolTip(const std::string &text) override { m_screen.toolTip = text; }
     void setAlphaValue(double alpha) override { m_screen.alpha = alpha; }
-    std::optional<bool> isHosted() const override { return m_screen.hosted; }
+    std::optional<bool> isHosted() const override
+    {
+        return m_screen.isTrayDying ? std::exchange(m_screen.hosted, {}) : m_screen.hosted;
+    }
     void setHostHandler(std::function<void()> handler) override { m_screen.hostChanged = std::move(handler); }
     std::optional<ScreenRect> frame() const override { return m_screen.frame; }
 
@@ -166,9 +170,11 @@ protected:
 TEST_F(AppDelegateTest, StartsOnceForAUser)
 {
     preferences.setAppearanceMode(2);
+    loginService->now = LoginItemStatus::enabled;
     launch();
     EXPECT_THAT(takeLines(),
-                ElementsAre("Kelmoth v" + resourceMainBundle()->version() + " started as Menu Bar App"));
+                ElementsAre("✅ Launch at Login now points to " + loginService->path,
+                            "Kelmoth v" + resourceMainBundle()->version() + " started as Menu Bar App"));
     EXPECT_EQ(appliedMode, Appearance::Mode::dark);
     EXPECT_TRUE(isLocked());
     struct stat lock{};
@@ -328,6 +334,12 @@ TEST_F(AppDelegateTest, IsAWindowWhereNothingShowsTheItem)
     // By itself too, when the desktop has had its time.
     screen.isShown = false;
     EXPECT_TRUE(QTest::qWaitFor([this] { return screen.isShown; }));
+    (void)screen.takeCalls();
+
+    screen.hosted = true;
+    screen.isTrayDying = true;
+    delegate->openApp();
+    EXPECT_THAT(screen.takeCalls(), ElementsAre("animated", "at item", "front"));
 }
 
 TEST_F(AppDelegateTest, ATrayThatIsReplacedIsNotMissed)
