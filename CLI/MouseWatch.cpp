@@ -4,7 +4,9 @@
 #include "CLI/MouseSummary.h"
 
 #include <array>
-#include <sys/stat.h>
+#include <cstdint>
+#include <sys/epoll.h>
+#include <sys/socket.h>
 
 namespace kelmoth {
 
@@ -30,10 +32,15 @@ std::string changeLine(const MouseChange &change, const Terminal &terminal)
     return line + " (" + productIDText(device.productID) + ", " + device.connectionLabel() + ")\n";
 }
 
-bool isPipe(int descriptor)
+/// What tells that nobody reads any more, besides errors and the end of both directions, which always do.
+/// Over a network the reader's going looks like its having said all that it has to say; on this machine it
+/// does not.
+std::uint32_t signOfNoReader(int descriptor)
 {
-    struct stat status{};
-    return ::fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
+    int family = AF_UNSPEC;
+    ::socklen_t size = sizeof family;
+    const bool isSocket = ::getsockopt(descriptor, SOL_SOCKET, SO_DOMAIN, &family, &size) == 0;
+    return isSocket && family != AF_UNIX ? std::uint32_t{EPOLLRDHUP} : 0;
 }
 
 } // namespace
@@ -50,13 +57,15 @@ MouseWatch::MouseWatch(Session *session) : m_session(session)
 
 void MouseWatch::watchReader()
 {
+    // Without this a watch of mice that never change would outlive its reader. What comes in from there,
+    // which a notifier of the descriptor itself would tell of without end, is not asked for.
     const int descriptor = m_session->output().standardOutput();
-    if (!isPipe(descriptor)) {
-        return;
+    ::epoll_event event{.events = signOfNoReader(descriptor), .data = {}};
+    m_hangUp = FileDescriptor(::epoll_create1(EPOLL_CLOEXEC));
+    if (::epoll_ctl(m_hangUp.get(), EPOLL_CTL_ADD, descriptor, &event) != 0) {
+        return; // a file, which has no reader
     }
-    // The writing end of a pipe becomes exceptional when its last reader goes. Without this a watch of mice
-    // that never change would outlive its reader.
-    m_reader = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Exception);
+    m_reader = std::make_unique<QSocketNotifier>(m_hangUp.get(), QSocketNotifier::Read);
     connect(m_reader.get(), &QSocketNotifier::activated, this, &MouseWatch::finish);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CLI/Session.h"
+#include "Platform/FileDescriptor.h"
 
 #include <QFuture>
 #include <QObject>
@@ -36,6 +37,7 @@ private:
     void finish();
 
     Session *m_session;
+    FileDescriptor m_hangUp; ///< becomes readable when the reader goes
     std::unique_ptr<QSocketNotifier> m_reader;
     std::vector<RazerDevice> m_known;
     std::map<QUuid, std::string> m_paths;

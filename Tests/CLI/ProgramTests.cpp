@@ -1,9 +1,15 @@
 // The built program, as a shell runs it, on simulated mice in real time.
 
+#include "Platform/Linux/FileDescriptor.h"
 #include "Tests/CLI/Shell.h"
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <cstdlib>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace kelmoth {
@@ -101,6 +107,61 @@ TEST(ProgramTest, ExportsToWhereAPathLeads)
         EXPECT_EQ(result.status, 0);
         EXPECT_EQ(result.output, row.output);
         EXPECT_EQ(result.error, "");
+    }
+}
+
+/// What the watch writes to, and what its reader holds.
+using Ends = std::pair<FileDescriptor, FileDescriptor>;
+
+Ends socketOfThisMachine()
+{
+    std::array<int, 2> ends{};
+    ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data());
+    return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
+
+Ends socketOfTheNetwork()
+{
+    const FileDescriptor listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    FileDescriptor reader(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    ::sockaddr_in address{};
+    ::socklen_t size = sizeof address;
+    ::listen(listener.get(), 1); // at a port of the kernel's choice
+    ::getsockname(listener.get(), reinterpret_cast<::sockaddr *>(&address), &size);
+    ::connect(reader.get(), reinterpret_cast<::sockaddr *>(&address), size);
+    return {FileDescriptor(::accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC)), std::move(reader)};
+}
+
+Ends terminal()
+{
+    FileDescriptor reader(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    ::grantpt(reader.get());
+    ::unlockpt(reader.get());
+    return {FileDescriptor(::open(::ptsname(reader.get()), O_RDWR | O_NOCTTY | O_CLOEXEC)),
+            std::move(reader)};
+}
+
+TEST(ProgramTest, AWatchEndsWithItsReader)
+{
+    for (const auto &connect : {socketOfThisMachine, socketOfTheNetwork, terminal}) {
+        auto [output, reader] = connect();
+        if (connect == socketOfThisMachine) {
+            ::shutdown(reader.get(), SHUT_WR); // it reads on
+        }
+        QProcess watch;
+        watch.setChildProcessModifier([end = output.get()] { ::dup2(end, STDOUT_FILENO); });
+        watch.start(program, {QStringLiteral("--simulate"), QStringLiteral("basilisk-v3-x-hyperspeed"),
+                              QStringLiteral("watch")});
+        ASSERT_TRUE(watch.waitForStarted(patience));
+        output = {};
+        std::string lines;
+        for (char next = 0; lines.find("battery") == lines.npos && ::read(reader.get(), &next, 1) == 1;) {
+            lines += next;
+        }
+        EXPECT_THAT(lines, HasSubstr("battery"));
+        reader = {};
+        EXPECT_TRUE(watch.waitForFinished(patience));
+        EXPECT_EQ(watch.exitCode(), 0);
     }
 }
 
