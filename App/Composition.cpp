@@ -49,8 +49,8 @@ std::shared_ptr<UserSession> joinSession()
     return sessionOn(sessionBus());
 }
 
-std::optional<Composition> compose(const Arguments &arguments, const char *firstArgument,
-                                   std::string *failure, std::function<void()> openLoginItemsSettings)
+std::optional<Composition> compose(const Arguments &arguments, std::shared_ptr<LoginItemService> loginItem,
+                                   std::string *failure)
 {
     auto platform = linuxPlatform();
     fillQtPlatform(platform);
@@ -65,8 +65,7 @@ std::optional<Composition> compose(const Arguments &arguments, const char *first
     platform.notifications = std::make_shared<DBusNotifications>(bus);
     const auto desktop = std::make_shared<PortalDesktopSettings>(bus);
     platform.desktopSettings = desktop;
-    platform.loginItemService = std::make_shared<AutostartLoginItem>(startedProgramPath(firstArgument),
-                                                                     std::move(openLoginItemsSettings));
+    platform.loginItemService = std::move(loginItem);
     const std::shared_ptr<XConnection> connection = XConnection::connectToServer();
     platform.statusBar = std::make_shared<TrayStatusBar>(connection, pictureFor(desktop));
     platform.eventMonitor = std::make_shared<PressMonitor>(connection);

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "App/Arguments.h"
-#include "Platform/Linux/AutostartLoginItem.h"
 #include "Platform/Platform.h"
 #include "Platform/Qt/PopoverScreen.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,13 +16,11 @@ struct Composition {
     std::shared_ptr<const PopoverScreen> screen;
 };
 
-/// This system, with simulated mice in place of the attached ones where the arguments ask for them.
-/// `firstArgument` is the word that the program was started by. None when the list of simulated mice is
-/// wrong; `failure` then says how. `openLoginItemsSettings` is for a program that may start no other. Main
-/// thread, with the application object.
-std::optional<Composition> compose(const Arguments &arguments, const char *firstArgument,
-                                   std::string *failure,
-                                   std::function<void()> openLoginItemsSettings = openAutostartSettings);
+/// This system, with simulated mice in place of the attached ones where the arguments ask for them, and with
+/// `loginItem` for its start at login. None when the list of simulated mice is wrong; `failure` then says
+/// how. Main thread, with the application object.
+std::optional<Composition> compose(const Arguments &arguments, std::shared_ptr<LoginItemService> loginItem,
+                                   std::string *failure);
 
 /// The user's session, joined; its bus greets whoever joins it, which is waited for. Main thread.
 std::shared_ptr<UserSession> joinSession();

@@ -114,17 +114,20 @@ int runApplication(int argc, char **argv, const Arguments &arguments)
     }
     preferX();
     const auto identifier = resourceMainBundle()->identifier();
-    const Sandbox sandbox(identifier, AppDelegate::lockFileName(identifier));
+    const auto programPath = startedProgramPath(argc > 0 ? argv[0] : "");
+    Sandbox sandbox(identifier, AppDelegate::lockFileName(identifier), programPath);
     int status = failed;
     {
-        const char *firstArgument = argc > 0 ? argv[0] : "";
         const QApplication application(argc, argv);
         QApplication::setQuitOnLastWindowClosed(false);
         QGuiApplication::setApplicationDisplayName(QStringLiteral("Kelmoth")); // what assistive tools call it
         QGuiApplication::setDesktopFileName(QStringLiteral("com.kelmoth.app"));
         std::string failure;
-        const auto composition =
-            compose(arguments, firstArgument, &failure, [&sandbox] { sandbox.openLoginItemsSettings(); });
+        const auto loginItem = std::make_shared<AutostartLoginItem>(
+            programPath, [&sandbox](AutostartRequest request, AutostartLoginItem::Answer answer) {
+                sandbox.askForAutostart(request, std::move(answer));
+            });
+        const auto composition = compose(arguments, loginItem, &failure);
         if (!composition) {
             return rejectUsage(failure);
         }

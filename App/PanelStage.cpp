@@ -33,8 +33,8 @@ public:
 class InstalledProgram : public LoginItemService {
 public:
     LoginItemStatus status() const override { return LoginItemStatus::notRegistered; }
-    std::optional<std::string> registerItem() override { return std::nullopt; }
-    std::optional<std::string> unregisterItem() override { return std::nullopt; }
+    void registerItem(Done done) override { done(std::nullopt); }
+    void unregisterItem(Done done) override { done(std::nullopt); }
     void openLoginItemsSettings() override {}
     bool isInApplicationsFolder() const override { return true; }
     std::string bundlePath() const override { return "/usr/bin/kelmoth"; }

@@ -1,7 +1,7 @@
 #include "App/Sandbox.h"
 
-#include "Platform/Linux/AutostartLoginItem.h"
 #include "Platform/Linux/Confinement.h"
+#include "Platform/Linux/SystemCallFilter.h"
 #include "Platform/Qt/QtPlatform.h"
 #include "Platform/RegularFile.h"
 
@@ -9,12 +9,17 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <string_view>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace kelmoth {
 
@@ -85,7 +90,7 @@ std::vector<std::string> readablePaths()
         paths.push_back(location(QStandardPaths::GenericDataLocation) / name);
     }
     paths.push_back(location(QStandardPaths::GenericConfigLocation));
-    paths.push_back(fs::read_symlink("/proc/self/exe", ignored).parent_path());
+    paths.push_back(fs::read_symlink("/proc/self/exe", ignored));
     for (const auto *name : variables) {
         const auto list = variable(name);
         for (std::size_t begin = 0; begin < list.size();) {
@@ -106,8 +111,7 @@ FileRights rightsOfTheProgram(const std::string &identifier, const std::string &
     FileRights rights{.readable = readablePaths(),
                       .usable = {"/dev", lockFile ? lock.string() : ""},
                       .own = {made(settingsDirectory().toStdString()),
-                              made(autostartDirectory().toStdString()),
-                              location(QStandardPaths::GenericCacheLocation) / "fontconfig"}};
+                              made(location(QStandardPaths::GenericCacheLocation) / "fontconfig")}};
     if (!variable("XDG_RUNTIME_DIR").empty()) {
         const fs::path runtime(variable("XDG_RUNTIME_DIR"));
         const auto temporary = made(runtime / identifier);
@@ -127,12 +131,57 @@ bool usesNetwork()
     return !isDisplayHere || variable("DBUS_SESSION_BUS_ADDRESS").find("tcp:") != std::string_view::npos;
 }
 
+/// Whether the X server of the display listens at a name that is no file's. The clients' library tries that
+/// one first, and takes a refusal for an end.
+bool isDisplayAbstract()
+{
+    const auto display = variable("DISPLAY");
+    const auto number = display.substr(display.rfind(':') + 1);
+    const auto name = "/tmp/.X11-unix/X" + std::string(number.substr(0, number.find('.')));
+    ::sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const auto length = name.copy(&address.sun_path[1], sizeof address.sun_path - 1);
+    const FileDescriptor end(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    return ::connect(end.get(), reinterpret_cast<::sockaddr *>(&address),
+                     static_cast<::socklen_t>(offsetof(::sockaddr_un, sun_path) + 1 + length)) == 0 ||
+           errno != ECONNREFUSED;
+}
+
+/// Whether the display, a bus or the input method is, or may be, reached by such a name.
+bool usesAbstractSockets()
+{
+    constexpr std::array addresses{"DBUS_SESSION_BUS_ADDRESS", "AT_SPI_BUS_ADDRESS", "IBUS_ADDRESS"};
+    const auto isAbstract = [](const char *name) {
+        return variable(name).find("abstract=") != std::string_view::npos;
+    };
+    // Where IBus listens stands in a file that it writes at its own start.
+    return isDisplayAbstract() || std::ranges::any_of(addresses, isAbstract) ||
+           variable("QT_IM_MODULE") == "ibus";
+}
+
+/// None when all that is asked for is refused from now on.
+std::optional<std::string> confineProgram(const FileRights &rights)
+{
+    auto failure = confine(rights, {.byNetwork = usesNetwork(), .byAbstractSocket = usesAbstractSockets()});
+    if (const auto other = filterSystemCalls(usesNetwork())) {
+        failure = (failure ? *failure + "; " : "") + "system calls: " + *other;
+    }
+    return failure;
+}
+
 } // namespace
 
-Sandbox::Sandbox(const std::string &identifier, const std::string &lockFileName)
-    : m_helper(openAutostartSettings),
-      m_failure(confine(rightsOfTheProgram(identifier, lockFileName), usesNetwork()))
+Sandbox::Sandbox(const std::string &identifier, const std::string &lockFileName, const QString &programPath)
+    : m_helper([programPath](char request) {
+          return performAutostart(static_cast<AutostartRequest>(request), programPath);
+      }),
+      m_failure(confineProgram(rightsOfTheProgram(identifier, lockFileName)))
 {
+}
+
+void Sandbox::askForAutostart(AutostartRequest request, AutostartLoginItem::Answer answer)
+{
+    m_helper.ask(static_cast<char>(request), std::move(answer));
 }
 
 } // namespace kelmoth

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -21,11 +22,15 @@ public:
 
     virtual LoginItemStatus status() const = 0;
 
-    /// Has the program started at login from now on. None on success, else what went wrong, for the user.
-    virtual std::optional<std::string> registerItem() = 0;
+    /// Told when a request is done: none on success, else what went wrong, for the user. Called on the main
+    /// thread, before the request returns or later; not at all once the program ends.
+    using Done = std::function<void(std::optional<std::string> failure)>;
 
-    /// Ends that. None on success, else what went wrong, for the user.
-    virtual std::optional<std::string> unregisterItem() = 0;
+    /// Has the program started at login from now on.
+    virtual void registerItem(Done done) = 0;
+
+    /// Ends that.
+    virtual void unregisterItem(Done done) = 0;
 
     /// Shows the user the place where programs are allowed to start at login.
     virtual void openLoginItemsSettings() = 0;

@@ -232,12 +232,22 @@ std::optional<std::string> replaceRegularFile(const std::string &path, std::stri
                                               const Replacement &how)
 {
     FileStatus before{};
+    if (::lstat(path.c_str(), &before) == 0 && !S_ISREG(before.st_mode)) {
+        return kindOf(before.st_mode);
+    }
+    const int error = tryReplaceRegularFile(path, text, how);
+    return error == 0 ? std::nullopt : std::optional(textOf(error));
+}
+
+int tryReplaceRegularFile(const std::string &path, std::string_view text, const Replacement &how)
+{
+    FileStatus before{};
     const bool isThere = ::lstat(path.c_str(), &before) == 0;
     if (!isThere && errno != ENOENT) {
-        return textOf(errno);
+        return errno;
     }
     if (isThere && !S_ISREG(before.st_mode)) {
-        return kindOf(before.st_mode);
+        return S_ISDIR(before.st_mode) ? EISDIR : EEXIST;
     }
     const auto mode = how.mode || !isThere ? how.mode : before.st_mode & permissions;
     Successor file;
@@ -248,10 +258,7 @@ std::optional<std::string> replaceRegularFile(const std::string &path, std::stri
     if (error == 0) {
         error = file.write(text, how.waitsForDisk);
     }
-    if (error == 0) {
-        error = file.takePlaceOf(path);
-    }
-    return error == 0 ? std::nullopt : std::optional(textOf(error));
+    return error == 0 ? file.takePlaceOf(path) : error;
 }
 
 std::optional<std::string> writeNamedFile(const std::string &path, std::string_view text)

@@ -40,6 +40,9 @@ struct Replacement {
 std::optional<std::string> replaceRegularFile(const std::string &path, std::string_view text,
                                               const Replacement &how = {});
 
+/// The same with 0, or the errno of the obstacle: EISDIR or EEXIST for what is no regular file.
+int tryReplaceRegularFile(const std::string &path, std::string_view text, const Replacement &how);
+
 /// Writes a text to where a path that the user named leads, its links followed. A regular file is replaced as
 /// a whole; into a device, a FIFO (whose reader is waited for) and an open file, such as /dev/stdout, the
 /// text is written. None when it is done, else why not.

@@ -5,6 +5,23 @@
 
 namespace kelmoth {
 
+namespace {
+
+/// Takes a success into the memory before it tells of it.
+LoginItemService::Done finishing(LoginItem::Done done, std::function<void()> remember)
+{
+    return [done = std::move(done), remember = std::move(remember)](std::optional<std::string> failure) {
+        if (failure) {
+            done(LoginItemServiceError{std::move(*failure)});
+            return;
+        }
+        remember();
+        done(std::nullopt);
+    };
+}
+
+} // namespace
+
 std::string NotInApplicationsError::localizedDescription() const
 {
     return L10n::text(key);
@@ -43,58 +60,62 @@ void LoginItem::openLoginItemsSettings()
     }
 }
 
-std::optional<LoginItemError> LoginItem::setEnabled(bool enabled)
+void LoginItem::setEnabled(bool enabled, const Done &done)
 {
-    return enabled ? enable() : disable();
+    enabled ? enable(done) : disable(done);
 }
 
-std::optional<LoginItemError> LoginItem::enable()
+void LoginItem::enable(const Done &done)
 {
     if (!isInApplicationsFolder()) {
-        return NotInApplicationsError{};
+        done(NotInApplicationsError{});
+        return;
     }
-    if (m_service->status() != LoginItemStatus::enabled) {
-        if (auto failure = m_service->registerItem()) {
-            return LoginItemServiceError{std::move(*failure)};
-        }
+    const auto finish =
+        finishing(done, [this] { m_defaults->setData(registeredPathKey, m_service->bundlePath()); });
+    if (m_service->status() == LoginItemStatus::enabled) {
+        finish(std::nullopt);
+    } else {
+        m_service->registerItem(finish);
     }
-    m_defaults->setData(registeredPathKey, m_service->bundlePath());
-    return std::nullopt;
 }
 
-std::optional<LoginItemError> LoginItem::disable()
+void LoginItem::disable(const Done &done)
 {
-    if (status() != LoginItemStatus::notRegistered) {
-        if (auto failure = m_service->unregisterItem()) {
-            return LoginItemServiceError{std::move(*failure)};
-        }
+    const auto finish = finishing(done, [this] { m_defaults->removeObject(registeredPathKey); });
+    if (status() == LoginItemStatus::notRegistered) {
+        finish(std::nullopt);
+    } else {
+        m_service->unregisterItem(finish);
     }
-    m_defaults->removeObject(registeredPathKey);
-    return std::nullopt;
 }
 
 void LoginItem::repairIfNeeded()
 {
-    if (!isInApplicationsFolder() || m_service->status() != LoginItemStatus::enabled) {
-        return;
+    const bool isRegisteredHere = isInApplicationsFolder() && m_service->status() == LoginItemStatus::enabled;
+    if (isRegisteredHere && m_defaults->dataForKey(registeredPathKey) != m_service->bundlePath()) {
+        registerAnew();
     }
-    const auto path = m_service->bundlePath();
-    if (m_defaults->dataForKey(registeredPathKey) == path) {
-        return;
-    }
-    if (const auto failure = registerAnew()) {
-        log("❌ Launch at Login repair failed: %s", failure->c_str());
-        return;
-    }
-    m_defaults->setData(registeredPathKey, path);
-    log("✅ Launch at Login now points to %s", path.c_str());
 }
 
-/// What went wrong; none on success.
-std::optional<std::string> LoginItem::registerAnew()
+void LoginItem::registerAnew()
 {
-    auto failure = m_service->unregisterItem();
-    return failure ? failure : m_service->registerItem();
+    const auto finish = [this](const std::optional<std::string> &failure) {
+        if (failure) {
+            log("❌ Launch at Login repair failed: %s", failure->c_str());
+            return;
+        }
+        const auto path = m_service->bundlePath();
+        m_defaults->setData(registeredPathKey, path);
+        log("✅ Launch at Login now points to %s", path.c_str());
+    };
+    m_service->unregisterItem([this, finish](const std::optional<std::string> &failure) {
+        if (failure) {
+            finish(failure);
+        } else {
+            m_service->registerItem(finish);
+        }
+    });
 }
 
 } // namespace kelmoth

@@ -3,6 +3,7 @@
 #include "Platform/LoginItemService.h"
 #include "Platform/UserDefaults.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,7 +32,7 @@ using LoginItemError = std::variant<NotInApplicationsError, LoginItemServiceErro
 std::string localizedDescription(const LoginItemError &error);
 
 /// Starts the program when its user logs in, and remembers from where it was registered, so that a
-/// registration of a copy that has moved is mended. Main thread.
+/// registration of a copy that has moved is mended. Outlives its requests. Main thread.
 class LoginItem {
 public:
     static constexpr std::string_view registeredPathKey = "loginItemRegisteredPath";
@@ -48,17 +49,21 @@ public:
     /// Shows the user the place where programs are allowed to start at login.
     void openLoginItemsSettings();
 
-    /// Switches launch at login on or off; none on success.
-    std::optional<LoginItemError> setEnabled(bool enabled);
+    /// Told when a switch is done; none on success. Called on the main thread, perhaps before the call that
+    /// it was given to returns.
+    using Done = std::function<void(const std::optional<LoginItemError> &error)>;
+
+    /// Switches launch at login on or off.
+    void setEnabled(bool enabled, const Done &done);
 
     /// Registers the program anew when it was registered from another place; for the start of the program.
     /// Logs what it did, and failures.
     void repairIfNeeded();
 
 private:
-    std::optional<LoginItemError> enable();
-    std::optional<LoginItemError> disable();
-    std::optional<std::string> registerAnew();
+    void enable(const Done &done);
+    void disable(const Done &done);
+    void registerAnew();
 
     std::shared_ptr<LoginItemService> m_service;
     std::shared_ptr<UserDefaults> m_defaults;

@@ -1,35 +1,26 @@
 #include "Platform/Linux/AutostartLoginItem.h"
 
 #include "Platform/Linux/DesktopEntry.h"
-#include "Platform/Log.h"
-#include "Platform/RegularFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <filesystem>
 #include <system_error>
-#include <unistd.h>
 #include <vector>
 
 namespace kelmoth {
 
 namespace {
 
-QString entryPath()
+/// What an error number says to the user.
+AutostartLoginItem::Answer textOf(LoginItemService::Done done)
 {
-    return autostartDirectory() + QStringLiteral("/com.kelmoth.app.desktop");
-}
-
-std::string errorText(int number)
-{
-    return std::generic_category().message(number);
+    return [done = std::move(done)](int failure) {
+        done(failure == 0 ? std::nullopt : std::optional(std::generic_category().message(failure)));
+    };
 }
 
 /// Whether `path` is below `directory`, under the name that is given or under the one it leads to.
@@ -52,73 +43,30 @@ bool isInBuildTree(const QString &path)
     return false;
 }
 
-/// The settings of one desktop, as it calls itself in XDG_CURRENT_DESKTOP.
-struct AutostartSettings {
-    const char *desktop;
-    const char *command; ///< words without quotes
-};
-
-/// In the order in which the commands of one desktop are tried.
-constexpr std::array settingsOfDesktops{
-    AutostartSettings{"KDE", "systemsettings kcm_autostart"},
-    AutostartSettings{"KDE", "systemsettings5 kcm_autostart"},
-    AutostartSettings{"KDE", "kcmshell6 kcm_autostart"},
-    AutostartSettings{"KDE", "kcmshell5 kcm_autostart"},
-    AutostartSettings{"XFCE", "xfce4-session-settings"},
-    AutostartSettings{"MATE", "mate-session-properties"},
-    AutostartSettings{"X-Cinnamon", "cinnamon-settings startup"},
-    AutostartSettings{"LXQt", "lxqt-config-session"},
-    AutostartSettings{"LXDE", "lxsession-edit"},
-    AutostartSettings{"Budgie", "budgie-desktop-settings"},
-    AutostartSettings{"GNOME", "gnome-session-properties"},
-    AutostartSettings{"GNOME", "gnome-tweaks"},
-};
-
-/// Starts a program that outlives this one; false when there is none of that name.
-bool start(const QString &name, const QStringList &arguments)
-{
-    const auto program = QStandardPaths::findExecutable(name);
-    return !program.isEmpty() && QProcess::startDetached(program, arguments);
-}
-
 } // namespace
 
-QString autostartDirectory()
+AutostartLoginItem::AutostartLoginItem(QString programPath)
+    : AutostartLoginItem(programPath, [programPath](AutostartRequest request, const Answer &answer) {
+          const int failure = performAutostart(request, programPath);
+          if (answer) {
+              answer(failure);
+          }
+      })
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/autostart");
 }
 
-void openAutostartSettings()
-{
-    const auto desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'));
-    for (const auto &desktop : desktops) {
-        for (const auto &row : settingsOfDesktops) {
-            auto words = QString::fromLatin1(row.command).split(QLatin1Char(' '));
-            const auto name = words.takeFirst();
-            if (desktop == QLatin1String(row.desktop) && start(name, words)) {
-                return;
-            }
-        }
-    }
-    QDir().mkpath(autostartDirectory());
-    if (!start(QStringLiteral("xdg-open"), {autostartDirectory()})) {
-        log("⚠️ Nothing here can open %s", qUtf8Printable(autostartDirectory()));
-    }
-}
-
-AutostartLoginItem::AutostartLoginItem(QString programPath, std::function<void()> openSettings)
-    : m_programPath(std::move(programPath)), m_openSettings(std::move(openSettings))
+AutostartLoginItem::AutostartLoginItem(QString programPath, Ask ask)
+    : m_programPath(std::move(programPath)), m_ask(std::move(ask))
 {
 }
 
 LoginItemStatus AutostartLoginItem::status() const
 {
-    const QFileInfo file(entryPath());
+    const QFileInfo file(autostartEntryPath());
     if (!file.exists() && !file.isSymLink()) {
         return LoginItemStatus::notRegistered;
     }
-    const auto entry = DesktopEntry::read(entryPath());
+    const auto entry = DesktopEntry::read(autostartEntryPath());
     // An entry that only switches off needs no program.
     if (!entry || (!entry->startsAProgram() && (entry->namesAProgram() || !entry->isSwitchedOff()))) {
         return LoginItemStatus::notFound;
@@ -126,28 +74,19 @@ LoginItemStatus AutostartLoginItem::status() const
     return entry->isSwitchedOff() ? LoginItemStatus::requiresApproval : LoginItemStatus::enabled;
 }
 
-std::optional<std::string> AutostartLoginItem::registerItem()
+void AutostartLoginItem::registerItem(Done done)
 {
-    if (::access(QFile::encodeName(m_programPath).constData(), X_OK) != 0) {
-        return errorText(errno);
-    }
-    std::error_code failure;
-    std::filesystem::create_directories(QFile::encodeName(autostartDirectory()).toStdString(), failure);
-    if (failure) {
-        return failure.message();
-    }
-    // The main thread does not wait for the disk.
-    return replaceRegularFile(QFile::encodeName(entryPath()).toStdString(),
-                              DesktopEntry::autostarting(m_programPath).toStdString(),
-                              {.mode = 0644, .waitsForDisk = false});
+    m_ask(AutostartRequest::registerEntry, textOf(std::move(done)));
 }
 
-std::optional<std::string> AutostartLoginItem::unregisterItem()
+void AutostartLoginItem::unregisterItem(Done done)
 {
-    if (::unlink(QFile::encodeName(entryPath()).constData()) != 0 && errno != ENOENT) {
-        return errorText(errno);
-    }
-    return std::nullopt;
+    m_ask(AutostartRequest::unregisterEntry, textOf(std::move(done)));
+}
+
+void AutostartLoginItem::openLoginItemsSettings()
+{
+    m_ask(AutostartRequest::openSettings, nullptr);
 }
 
 bool AutostartLoginItem::isInApplicationsFolder() const

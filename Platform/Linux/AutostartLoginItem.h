@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/AutostartEntry.h"
 #include "Platform/LoginItemService.h"
 
 #include <QString>
@@ -8,31 +9,29 @@
 
 namespace kelmoth {
 
-/// Where the entries of what starts at login are: `autostart` in the user's configuration directory.
-QString autostartDirectory();
-
-/// Opens the settings of the desktop that runs for what starts at login; where none are known, the folder.
-/// Needs no application object.
-void openAutostartSettings();
-
 /// Launch at login by an XDG autostart entry, "com.kelmoth.app.desktop" in that directory. The entry is
 /// looked at anew each time: the user and the desktop change it too. Main thread.
 class AutostartLoginItem : public LoginItemService {
 public:
-    /// `programPath` is the absolute path by which the program is to be started, links and all.
-    /// `openSettings` does what `openLoginItemsSettings` is asked for.
-    explicit AutostartLoginItem(QString programPath,
-                                std::function<void()> openSettings = openAutostartSettings);
+    /// Told 0, or the errno of what could not be done.
+    using Answer = std::function<void(int failure)>;
+    /// Asks for something; `answer` may be null.
+    using Ask = std::function<void(AutostartRequest request, Answer answer)>;
+
+    /// `programPath` is the absolute path by which the program is to be started, links and all. What is asked
+    /// for is done by this process, before the request returns.
+    explicit AutostartLoginItem(QString programPath);
+
+    /// For a process that has what is asked for done by another, which knows the path itself.
+    AutostartLoginItem(QString programPath, Ask ask);
 
     /// `enabled` for an entry that starts a program, `requiresApproval` for one that is switched off in the
     /// desktop's own settings, `notFound` for one that cannot be read or starts nothing.
     LoginItemStatus status() const override;
 
-    /// Writes the entry anew, as a whole: it is the old one or the new one at any moment.
-    std::optional<std::string> registerItem() override;
-    std::optional<std::string> unregisterItem() override;
-
-    void openLoginItemsSettings() override { m_openSettings(); }
+    void registerItem(Done done) override;
+    void unregisterItem(Done done) override;
+    void openLoginItemsSettings() override;
 
     /// Whether the program, links resolved, lies where programs are installed (/Applications, /usr, /opt,
     /// ~/.local) and not in a directory in which it is built.
@@ -42,7 +41,7 @@ public:
 
 private:
     QString m_programPath;
-    std::function<void()> m_openSettings;
+    Ask m_ask;
 };
 
 /// The path by which the running program was started, links not resolved: from its first argument, where

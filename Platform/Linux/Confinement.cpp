@@ -3,6 +3,7 @@
 #include "Platform/FileDescriptor.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <fcntl.h>
 #include <linux/landlock.h>
@@ -20,11 +21,14 @@ constexpr std::uint64_t accessTruncate = 1ULL << 14;
 constexpr std::uint64_t accessIoctl = 1ULL << 15;
 constexpr std::uint64_t accessBindTCP = 1ULL << 0;
 constexpr std::uint64_t accessConnectTCP = 1ULL << 1;
+constexpr std::uint64_t scopeAbstractSockets = 1ULL << 0;
+constexpr std::uint64_t scopeSignals = 1ULL << 1;
 
-/// landlock_ruleset_attr, with the member that came with version 4.
+/// landlock_ruleset_attr, with the members that came with versions 4 and 6.
 struct RulesetAttributes {
     std::uint64_t files;
     std::uint64_t network;
+    std::uint64_t scopes;
 };
 
 constexpr std::uint64_t reading = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
@@ -47,6 +51,15 @@ std::uint64_t knownTo(int version, std::uint64_t accesses)
         accesses &= ~accessTruncate;
     }
     return version < 5 ? accesses & ~accessIoctl : accesses;
+}
+
+/// What a version can refuse of the kinds that it knows; others are not to be named.
+std::size_t sizeKnownTo(int version)
+{
+    if (version >= 6) {
+        return sizeof(RulesetAttributes);
+    }
+    return version >= 4 ? offsetof(RulesetAttributes, scopes) : offsetof(RulesetAttributes, network);
 }
 
 /// False with errno set.
@@ -74,18 +87,18 @@ int landlockVersion()
     return version > 0 ? static_cast<int>(version) : 0;
 }
 
-std::optional<std::string> confine(const FileRights &rights, bool usesNetwork)
+std::optional<std::string> confine(const FileRights &rights, const Contacts &contacts)
 {
     const int version = landlockVersion();
     if (version == 0) {
         return "the kernel has no Landlock";
     }
-    const bool guardsNetwork = version >= 4 && !usesNetwork;
-    const RulesetAttributes attributes{.files = knownTo(version, everything),
-                                       .network = guardsNetwork ? accessBindTCP | accessConnectTCP : 0};
-    const auto size = version >= 4 ? sizeof attributes : sizeof attributes.files;
+    const RulesetAttributes attributes{
+        .files = knownTo(version, everything),
+        .network = contacts.byNetwork ? 0 : accessBindTCP | accessConnectTCP,
+        .scopes = contacts.byAbstractSocket ? scopeSignals : scopeSignals | scopeAbstractSockets};
     const FileDescriptor ruleset(
-        static_cast<int>(::syscall(SYS_landlock_create_ruleset, &attributes, size, 0U)));
+        static_cast<int>(::syscall(SYS_landlock_create_ruleset, &attributes, sizeKnownTo(version), 0U)));
     bool isDone = static_cast<bool>(ruleset);
     const auto allowAll = [&](const std::vector<std::string> &paths, std::uint64_t accesses) {
         for (const auto &path : paths) {

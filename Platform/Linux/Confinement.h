@@ -15,14 +15,20 @@ struct FileRights {
     std::vector<std::string> own;      ///< also make, rename and remove files, directories and sockets
 };
 
+/// By what a confined process reaches others; never closed is what has a file's name.
+struct Contacts {
+    bool byNetwork = false;        ///< by TCP
+    bool byAbstractSocket = false; ///< by sockets whose name is no file's
+};
+
 /// How far the kernel's Landlock goes: the version of its interface, 1 and up; 0 when it is missing or
 /// switched off. Any thread.
 int landlockVersion();
 
 /// Confines this thread, and the threads and processes that it starts from now on, until their ends: to these
-/// rights, to running no other program, and to no new privileges, as set-user-ID programs would give. Without
-/// `usesNetwork` also to no TCP, where the kernel knows how. What is open stays usable. None on success, else
-/// an English text that says why it is not confined.
-std::optional<std::string> confine(const FileRights &rights, bool usesNetwork);
+/// rights and contacts, to signals among themselves, to running no other program, and to no new privileges,
+/// as set-user-ID programs would give; contacts from version 4 (TCP) and 6 on, signals from 6 on. What is
+/// open stays usable. None on success, else an English text that says why it is not confined.
+std::optional<std::string> confine(const FileRights &rights, const Contacts &contacts);
 
 } // namespace kelmoth

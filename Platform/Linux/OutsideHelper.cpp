@@ -1,46 +1,114 @@
 #include "Platform/Linux/OutsideHelper.h"
 
+#include <QSocketNotifier>
+#include <QTimer>
+
 #include <array>
+#include <cerrno>
 #include <cstdlib>
+#include <deque>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace kelmoth {
 
-OutsideHelper::OutsideHelper(const std::function<void()> &action)
+/// This process's end of the conversation.
+class OutsideHelper::Exchange : public QObject {
+public:
+    Exchange(FileDescriptor socket, std::chrono::milliseconds patience)
+        : m_socket(std::move(socket)), m_notifier(m_socket.get(), QSocketNotifier::Read)
+    {
+        m_patience.setSingleShot(true);
+        m_patience.setInterval(patience);
+        connect(&m_patience, &QTimer::timeout, this, [this] { giveUp(ETIMEDOUT); });
+        connect(&m_notifier, &QSocketNotifier::activated, this, &Exchange::receive);
+    }
+
+    void ask(char request, std::function<void(int)> answer)
+    {
+        m_waiting.push_back(std::move(answer));
+        // Of a helper that has ended the notifier tells, after the answers that it has left.
+        if (::send(m_socket.get(), &request, 1, MSG_DONTWAIT | MSG_NOSIGNAL) != 1 && errno != EPIPE) {
+            QMetaObject::invokeMethod(this, [this] { giveUp(EPIPE); }, Qt::QueuedConnection);
+        }
+        if (!m_patience.isActive()) {
+            m_patience.start();
+        }
+    }
+
+private:
+    void receive()
+    {
+        int failure = 0;
+        const auto size = ::recv(m_socket.get(), &failure, sizeof failure, MSG_DONTWAIT);
+        if (size < 0) {
+            return; // a helper that has left a request unread resets the connection before its end
+        }
+        if (size != sizeof failure || m_waiting.empty()) {
+            giveUp(EPIPE);
+            return;
+        }
+        const auto answer = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        if (m_waiting.empty()) {
+            m_patience.stop();
+        } else {
+            m_patience.start();
+        }
+        if (answer) {
+            answer(failure);
+        }
+    }
+
+    void giveUp(int failure)
+    {
+        m_patience.stop();
+        m_notifier.setEnabled(false);
+        m_socket = {};
+        for (const auto &answer : std::exchange(m_waiting, {})) {
+            if (answer) {
+                answer(failure);
+            }
+        }
+    }
+
+    FileDescriptor m_socket;
+    QSocketNotifier m_notifier;
+    QTimer m_patience;
+    std::deque<std::function<void(int)>> m_waiting;
+};
+
+OutsideHelper::OutsideHelper(const std::function<int(char)> &action, std::chrono::milliseconds patience)
+    : m_patience(patience)
 {
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) {
         return;
     }
-    m_wishes = FileDescriptor(ends[0]);
+    m_socket = FileDescriptor(ends[0]);
     const FileDescriptor helpers(ends[1]);
-    m_process = ::fork();
-    if (m_process != 0) {
+    if (::fork() != 0) {
         return; // in the program, with or without a helper
     }
     ::close(ends[0]); // or it would never see the end
     ::setsid();       // what it starts shall not end with the terminal that started the program
-    char wish = 0;
-    while (::read(helpers.get(), &wish, 1) == 1) {
-        action();
+    char request = 0;
+    while (::read(helpers.get(), &request, 1) == 1) {
+        const int failure = action(request);
+        (void)::send(helpers.get(), &failure, sizeof failure, MSG_NOSIGNAL);
     }
     std::_Exit(0);
 }
 
-OutsideHelper::~OutsideHelper()
-{
-    m_wishes = {};
-    if (m_process > 0) {
-        ::waitpid(m_process, nullptr, 0);
-    }
-}
+OutsideHelper::~OutsideHelper() = default;
 
-void OutsideHelper::ask() const
+void OutsideHelper::ask(char request, std::function<void(int)> answer)
 {
-    const char wish = 0;
-    (void)::send(m_wishes.get(), &wish, 1, MSG_DONTWAIT | MSG_NOSIGNAL);
+    if (!m_exchange) {
+        m_exchange = std::make_unique<Exchange>(std::move(m_socket), m_patience);
+    }
+    m_exchange->ask(request, std::move(answer));
 }
 
 } // namespace kelmoth

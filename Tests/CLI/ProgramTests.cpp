@@ -1,6 +1,6 @@
 // The built program, as a shell runs it, on simulated mice in real time.
 
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/FileDescriptor.h"
 #include "Tests/CLI/Shell.h"
 
 #include <gmock/gmock.h>

@@ -23,7 +23,7 @@ int main(int argc, char **argv)
         QCoreApplication::setApplicationName(QStringLiteral("kelmoth"));
         Arguments arguments;
         arguments.verbose = true;
-        auto composition = compose(arguments, argv[0], nullptr);
+        auto composition = compose(arguments, nullptr, nullptr);
         const auto machine = simulatedMachine("basilisk-v3-pro-wired");
         if (!composition || !machine) {
             return 2;

@@ -67,8 +67,10 @@ TEST(LoginItemTest, SwitchesOnAndOffAndMendsWhatPointsElsewhere)
         if (row.step == start) {
             item.repairIfNeeded();
             said = log->takeLines();
-        } else if (const auto error = item.setEnabled(row.step == on)) {
-            said = {localizedDescription(*error)};
+        } else {
+            item.setEnabled(row.step == on, [&said](const auto &error) {
+                said = error ? Calls{localizedDescription(*error)} : Calls();
+            });
         }
         EXPECT_EQ(service->takeCalls(), row.calls);
         EXPECT_EQ(defaults->dataForKey(pathKey), row.storedAfter);
@@ -81,8 +83,11 @@ TEST(LoginItemTest, WithoutAServiceIsOffAndCannotBeSwitchedOn)
 {
     LoginItem item(nullptr, std::make_shared<MemoryDefaults>());
     item.repairIfNeeded();
-    EXPECT_TRUE(item.setEnabled(true));
-    EXPECT_FALSE(item.setEnabled(false));
+    for (const bool on : {true, false}) {
+        bool isDone = !on;
+        item.setEnabled(on, [&](const auto &error) { isDone = !error; });
+        EXPECT_EQ(isDone, !on);
+    }
     EXPECT_EQ(item.status(), notRegistered);
 }
 

@@ -135,6 +135,18 @@ TEST_F(SettingsTabTest, AFlipRegistersOrSpringsBack)
     tab().flipLaunchAtLogin(false);
     EXPECT_THAT(loginService->takeCalls(), ElementsAre("unregister"));
     EXPECT_FALSE(tab().launchAtLogin());
+
+    // A system that takes its time is asked for nothing else meanwhile, whatever becomes of the page.
+    loginService->isInApplications = true;
+    loginService->isSlow = true;
+    tab().flipLaunchAtLogin(true);
+    panel->panelShown();
+    QCoreApplication::processEvents();
+    tab().flipLaunchAtLogin(false);
+    EXPECT_THAT(loginService->takeCalls(), ElementsAre("register"));
+    tab().reset();
+    loginService->answerNow();
+    EXPECT_TRUE(tab().launchAtLogin());
 }
 
 TEST_F(SettingsTabTest, ChoicesAreStoredAndShown)

@@ -4,6 +4,8 @@
 #include "Core/Services/L10n.h"
 #include "UI/Views/Texts.h"
 
+#include <QPointer>
+
 #include <array>
 
 namespace kelmoth {
@@ -124,7 +126,7 @@ void SettingsTabModel::pickLiftOff(int level)
 
 void SettingsTabModel::flipLaunchAtLogin(bool enabled)
 {
-    if (!m_didLoadLaunchAtLogin) {
+    if (!m_didLoadLaunchAtLogin || m_isChangingLaunchAtLogin) {
         setSwitch(m_launchAtLogin);
         return;
     }
@@ -148,9 +150,20 @@ void SettingsTabModel::loadLaunchAtLoginState()
 
 void SettingsTabModel::setLaunchAtLogin(bool enabled)
 {
-    const auto error = m_loginItem.setEnabled(enabled);
+    m_isChangingLaunchAtLogin = true;
+    m_loginItem.setEnabled(enabled, [self = QPointer(this), enabled](const auto &error) {
+        if (self) {
+            self->m_isChangingLaunchAtLogin = false;
+            self->launchAtLoginDidChange(enabled, error);
+        }
+    });
+}
+
+void SettingsTabModel::launchAtLoginDidChange(bool enabled, const std::optional<LoginItemError> &error)
+{
     if (!error) {
         const auto status = m_loginItem.status();
+        setSwitch(enabled); // the page may have been shown anew meanwhile
         showLoginStatus(status);
         if (status == LoginItemStatus::requiresApproval) {
             m_loginItem.openLoginItemsSettings();

@@ -71,6 +71,7 @@ private:
 
     void loadLaunchAtLoginState();
     void setLaunchAtLogin(bool enabled);
+    void launchAtLoginDidChange(bool enabled, const std::optional<LoginItemError> &error);
     void showLoginStatus(LoginItemStatus status);
     void setMessage(std::optional<Message> message);
     void setSwitch(bool isOn);
@@ -80,7 +81,8 @@ private:
     Preferences &m_preferences;
     LoginItem &m_loginItem;
     bool m_launchAtLogin = false;
-    bool m_didLoadLaunchAtLogin = false; ///< false while the program sets the switch
+    bool m_didLoadLaunchAtLogin = false;    ///< false while the program sets the switch
+    bool m_isChangingLaunchAtLogin = false; ///< the system is asked to, and has not answered yet
     std::optional<Message> m_loginMessage;
     bool m_loginNeedsApproval = false;
     RowsModel m_appearanceChoices{{"value", "label", "icon", "selected"}};
