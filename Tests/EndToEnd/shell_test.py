@@ -373,6 +373,23 @@ class OneInstance(ShellTest):
         program.process.terminate()
         self.ended(program)
 
+    def test_is_started_at_login_when_it_is_installed(self):
+        place = os.path.join(os.environ["HOME"], ".local/bin")
+        os.makedirs(place)
+        installed = shutil.copy(PROGRAM, place)
+        entry = os.path.join(os.environ["XDG_CONFIG_HOME"], "autostart/com.kelmoth.app.desktop")
+        program = Panel([installed])
+        self.addCleanup(program.quit)
+        wait_for("the item", self.host.item)
+        self.host.click(1)
+        program.press("Settings")
+        program.press("Launch at Login")
+        wait_for("the entry", lambda: os.path.exists(entry))
+        with open(entry, encoding="utf-8") as text:
+            self.assertIn(f'Exec="{installed}"', text.read())
+        program.press("Launch at Login")
+        wait_for("the entry to go", lambda: not os.path.exists(entry))
+
     def test_writes_nowhere_else(self):
         first = self.first()
         settings, elsewhere = (os.path.join(os.environ[name], place) for name, place in (
