@@ -64,6 +64,29 @@ TEST_F(DBusSessionTest, CopiesFindAndHearEachOther)
     EXPECT_TRUE(QTest::qWaitFor([this] { return other().runningApplications(about).empty(); }));
 }
 
+/// Its parent has not noticed yet, and a child of its own holds the connection.
+TEST_F(DBusSessionTest, ACopyThatHasEndedDoesNotRun)
+{
+    QProcess copy;
+    copy.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), QStringLiteral(R"(
+import os, sys
+from gi.repository import Gio
+bus = Gio.DBusConnection.new_for_address_sync(sys.argv[1], Gio.DBusConnectionFlags(9), None, None)
+Gio.bus_own_name_on_connection(bus, "com.kelmoth.app", 0, None, None)
+bus.call_sync("org.freedesktop.DBus", "/", "org.freedesktop.DBus.Peer", "Ping", None, None, 0, -1, None)
+os.fork() or sys.stdin.read()
+os._exit(0))"),
+                                                    bus.address()});
+    bool hasEnded = false;
+    for (const QDeadlineTimer limit(60'000); !hasEnded && !limit.hasExpired();) { // and no event loop runs
+        const auto running = other().runningApplications(about);
+        hasEnded = !running.empty() && running[0].isTerminated;
+    }
+    EXPECT_TRUE(hasEnded);
+    copy.closeWriteChannel();
+    copy.waitForFinished();
+}
+
 TEST_F(DBusSessionTest, WhatComesBeforeAnybodyListensIsNotMissed)
 {
     DBusSession session(bus.connect(), identifier);
