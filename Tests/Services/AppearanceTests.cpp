@@ -17,24 +17,19 @@ protected:
 
 TEST_F(AppearanceTest, PutsThePreferenceBeforeTheDesktopAndThatBeforeThePalette)
 {
-    struct Row {
-        std::int64_t preference;
-        ColorScheme desktop;
-        bool palette;
-        bool isDark;
-    };
+    using Row = std::tuple<std::int64_t, ColorScheme, bool, bool>;
     using enum ColorScheme;
     const std::vector<Row> rows{
         {0, noPreference, false, false}, {0, noPreference, true, true}, {0, light, true, false},
         {0, dark, false, true},          {1, dark, true, false},        {2, light, false, true},
         {7, dark, false, true},          {-1, light, true, false},
     };
-    for (const auto &row : rows) {
-        defaults->setInteger("appearanceMode", row.preference);
-        desktop->scheme = row.desktop;
+    for (const auto &[preference, scheme, palette, isDark] : rows) {
+        defaults->setInteger("appearanceMode", preference);
+        desktop->scheme = scheme;
         Appearance appearance(preferences, desktop);
-        appearance.setPaletteIsDark(row.palette);
-        EXPECT_EQ(appearance.isDark(), row.isDark) << row.preference << " " << int(row.desktop);
+        appearance.setPaletteIsDark(palette);
+        EXPECT_EQ(appearance.isDark(), isDark) << preference << " " << int(scheme);
     }
 }
 

@@ -30,21 +30,17 @@ protected:
 
 TEST_F(ButtonsTabTest, ListsTheButtonsOfTheModelWithWhatTheyDo)
 {
-    struct Row {
-        std::vector<std::string> mice;
-        int buttons;
-        int actions;
-    };
+    using Row = std::tuple<std::vector<std::string>, int, int>;
     const std::vector<Row> rows{
         {{}, 5, 0},
         {{"basilisk-v3-x-hyperspeed"}, 6, 13},
         {{"basilisk-v3"}, 11, 14},
         {{"basilisk-v3-x-hyperspeed", "basilisk-v3:bluetooth"}, 6, 13},
     };
-    for (const auto &row : rows) {
-        open(row.mice);
-        EXPECT_EQ(tab().buttons()->count(), row.buttons);
-        EXPECT_EQ(tab().actions()->count(), row.actions);
+    for (const auto &[models, buttons, actions] : rows) {
+        open(models);
+        EXPECT_EQ(tab().buttons()->count(), buttons);
+        EXPECT_EQ(tab().actions()->count(), actions);
     }
     mouse().unplug();
     finishAll();

@@ -24,11 +24,7 @@ protected:
 
 TEST_F(ContentTest, TheBadgeTellsTheCharge)
 {
-    struct Row {
-        Int percent;
-        bool isCharging;
-        std::string icon;
-    };
+    using Row = std::tuple<Int, bool, std::string>;
     const std::vector<Row> rows{
         {0, false, "battery.0"},        {14, false, "battery.0"},       {15, false, "battery.25"},
         {39, false, "battery.25"},      {40, false, "battery.50"},      {64, false, "battery.50"},
@@ -36,10 +32,10 @@ TEST_F(ContentTest, TheBadgeTellsTheCharge)
         {10, true, "battery.100.bolt"}, {97, true, "battery.100.bolt"},
     };
     open({"basilisk-v3-pro"});
-    for (const auto &row : rows) {
-        charge(row.percent, row.isCharging);
-        EXPECT_EQ(panel->batteryText().toStdString(), std::to_string(row.percent) + "%");
-        EXPECT_EQ(panel->batteryIcon().toStdString(), row.icon) << row.percent;
+    for (const auto &[percent, isCharging, icon] : rows) {
+        charge(percent, isCharging);
+        EXPECT_EQ(panel->batteryText().toStdString(), std::to_string(percent) + "%");
+        EXPECT_EQ(panel->batteryIcon().toStdString(), icon) << percent;
         EXPECT_TRUE(panel->showsBattery());
     }
     mouse().addFault({.kind = Kind::rejected, .commandClass = std::uint8_t{0x07}, .times = -1});

@@ -10,20 +10,16 @@ using testing::ElementsAre;
 
 TEST(DPITextsTest, AreShortAndInEveryLanguageTheSame)
 {
-    struct Row {
-        Int dpi;
-        std::string formatted;
-        std::string shortened;
-    };
+    using Row = std::tuple<Int, std::string, std::string>;
     const std::vector<Row> rows{
         {0, "0", "0"},           {850, "850", "850"},           {1000, "1 000", "1K"},
         {2400, "2 400", "2.4K"}, {12500, "12 500", "12.5K"},    {26000, "26 000", "26K"},
         {999, "999", "999"},     {1950, "1 950", "1.9K"},       {1234567, "1 234 567", "1234.6K"},
         {-450, "-450", "-450"},  {-16000, "-16 000", "-16000"},
     };
-    for (const auto &row : rows) {
-        EXPECT_EQ(formattedDPI(row.dpi), row.formatted);
-        EXPECT_EQ(shortDPI(row.dpi), row.shortened);
+    for (const auto &[dpi, formatted, shortened] : rows) {
+        EXPECT_EQ(formattedDPI(dpi), formatted);
+        EXPECT_EQ(shortDPI(dpi), shortened);
     }
 }
 
@@ -37,21 +33,16 @@ protected:
 
 TEST_F(DPITabTest, ShowsTheActiveStageAndWhatTheModelOffers)
 {
-    struct Row {
-        std::vector<std::string> mice;
-        int maxDPI;
-        std::string label;
-        std::string lastPreset;
-    };
+    using Row = std::tuple<std::vector<std::string>, int, std::string, std::string>;
     const std::vector<Row> rows{{{"basilisk-v3"}, 26000, "26K", "26K"},
                                 {{"basilisk-v3-pro"}, 30000, "30K", "30K"},
                                 {{}, 18000, "18K", "18K"}};
-    for (const auto &row : rows) {
-        open(row.mice);
-        EXPECT_EQ(tab().maxDPI(), row.maxDPI);
-        EXPECT_EQ(tab().maxDPIText().toStdString(), row.label);
+    for (const auto &[models, maxDPI, label, lastPreset] : rows) {
+        open(models);
+        EXPECT_EQ(tab().maxDPI(), maxDPI);
+        EXPECT_EQ(tab().maxDPIText().toStdString(), label);
         EXPECT_EQ(tab().presets()->count(), 8);
-        EXPECT_EQ(texts(tab().presets(), "label").back(), row.lastPreset);
+        EXPECT_EQ(texts(tab().presets(), "label").back(), lastPreset);
     }
 
     open({"basilisk-v3"});

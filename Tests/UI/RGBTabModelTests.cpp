@@ -27,11 +27,7 @@ protected:
 
 TEST_F(RGBTabTest, TakesTheHueAndTheSwatchFromAColor)
 {
-    struct Row {
-        RGBColor color;
-        double hue;
-        std::optional<int> preset;
-    };
+    using Row = std::tuple<RGBColor, double, std::optional<int>>;
     const std::vector<Row> rows{
         {{0, 255, 0}, 1 / 3.0, 0},
         {{128, 128, 128}, 1 / 3.0, 0}, // a grey leaves both
@@ -43,31 +39,27 @@ TEST_F(RGBTabTest, TakesTheHueAndTheSwatchFromAColor)
         {{230, 230, 230}, 1 - 64 / 255.0 / 6, 9},
     };
     open({"basilisk-v3"});
-    for (const auto &row : rows) {
-        light(scrollWheel, row.color);
-        EXPECT_NEAR(tab().hue(), row.hue, 1e-9);
-        EXPECT_EQ(tab().selectedPresetIndex(), row.preset) << row.hue;
-        EXPECT_THAT(rowsThatAre(tab().presets(), "selected"), SizeIs(row.preset ? 1 : 0));
+    for (const auto &[color, hue, preset] : rows) {
+        light(scrollWheel, color);
+        EXPECT_NEAR(tab().hue(), hue, 1e-9);
+        EXPECT_EQ(tab().selectedPresetIndex(), preset) << hue;
+        EXPECT_THAT(rowsThatAre(tab().presets(), "selected"), SizeIs(preset ? 1 : 0));
     }
 }
 
 TEST_F(RGBTabTest, SendsTheColorOfTheStripOrTheSwatch)
 {
-    struct Row {
-        double position;
-        double hue;
-        RGBColor color;
-    };
+    using Row = std::tuple<double, double, RGBColor>;
     const std::vector<Row> rows{
         {0.65, 0.65, {22, 43, 229}}, {0.0, 0.0, {229, 22, 22}},    {1.0, 1.0, {229, 22, 22}},
         {1.7, 1.0, {229, 22, 22}},   {-0.1, 0.0, {229, 22, 22}},   {0.25, 0.25, {126, 229, 22}},
         {0.4, 0.4, {22, 229, 105}},  {0.75, 0.75, {126, 22, 229}},
     };
     open({"basilisk-v3"});
-    for (const auto &row : rows) {
-        tab().dragHue(row.position);
-        EXPECT_EQ(tab().hue(), row.hue);
-        EXPECT_EQ(tab().currentRGB(), row.color) << row.position;
+    for (const auto &[position, hue, color] : rows) {
+        tab().dragHue(position);
+        EXPECT_EQ(tab().hue(), hue);
+        EXPECT_EQ(tab().currentRGB(), color) << position;
         EXPECT_EQ(tab().selectedPresetIndex(), std::nullopt);
     }
     EXPECT_THAT(takeCommands(), IsEmpty());
@@ -137,21 +129,17 @@ TEST_F(RGBTabTest, ShowsOfAStoredBrightnessWhatThereIs)
 
 TEST_F(RGBTabTest, OffersWhatTheModelHas)
 {
-    struct Row {
-        std::vector<std::string> mice;
-        std::vector<std::string> effects;
-        int zones;
-    };
+    using Row = std::tuple<std::vector<std::string>, std::vector<std::string>, int>;
     const std::vector<Row> rows{
         {{"basilisk-v3"}, {"Off", "Static", "Spectrum", "Wave"}, 3},
         {{"basilisk-v3-x-hyperspeed"}, {"Off", "Static", "Breathe", "Spectrum", "Wave", "Reactive"}, 1},
         {{}, {}, 1},
     };
-    for (const auto &row : rows) {
-        open(row.mice);
-        EXPECT_EQ(texts(tab().effects(), "label"), row.effects);
-        EXPECT_EQ(tab().zoneTitles().size(), row.zones);
-        EXPECT_EQ(tab().showsZonePicker(), row.zones > 1);
+    for (const auto &[models, effects, zones] : rows) {
+        open(models);
+        EXPECT_EQ(texts(tab().effects(), "label"), effects);
+        EXPECT_EQ(tab().zoneTitles().size(), zones);
+        EXPECT_EQ(tab().showsZonePicker(), zones > 1);
     }
     tab().pickPreset(1);
     finishWrite(tab());

@@ -62,26 +62,20 @@ TEST_F(SettingsTabTest, LiftOffFollowsTheMouse)
 
 TEST_F(SettingsTabTest, TheSwitchShowsWhatTheSystemSays)
 {
-    struct Row {
-        LoginItemStatus status;
-        bool isInApplications;
-        bool isOn;
-        std::string message;
-        bool needsApproval;
-    };
+    using Row = std::tuple<LoginItemStatus, bool, bool, std::string, bool>;
     const std::vector<Row> rows{
         {notRegistered, true, false, "", false},     {enabled, true, true, "", false},
         {requiresApproval, true, true, allow, true}, {notFound, true, false, "", false},
         {enabled, false, true, move, false},         {requiresApproval, false, true, allow, true},
     };
     open({});
-    for (const auto &row : rows) {
-        loginService->now = row.status;
-        loginService->isInApplications = row.isInApplications;
+    for (const auto &[status, isInApplications, isOn, message, needsApproval] : rows) {
+        loginService->now = status;
+        loginService->isInApplications = isInApplications;
         panel->panelShown();
-        EXPECT_EQ(tab().launchAtLogin(), row.isOn) << int(row.status);
-        EXPECT_EQ(tab().loginMessage().toStdString(), row.message);
-        EXPECT_EQ(tab().loginNeedsApproval(), row.needsApproval);
+        EXPECT_EQ(tab().launchAtLogin(), isOn) << int(status);
+        EXPECT_EQ(tab().loginMessage().toStdString(), message);
+        EXPECT_EQ(tab().loginNeedsApproval(), needsApproval);
     }
     EXPECT_THAT(loginService->takeCalls(), IsEmpty());
     tab().flipLaunchAtLogin(false);
@@ -91,15 +85,8 @@ TEST_F(SettingsTabTest, TheSwitchShowsWhatTheSystemSays)
 
 TEST_F(SettingsTabTest, AFlipRegistersOrSpringsBack)
 {
-    struct Row {
-        bool isInApplications;
-        LoginItemStatus after;
-        std::optional<std::string> failure;
-        bool isOn;
-        std::string message;
-        std::vector<std::string> calls;
-        std::vector<std::string> lines;
-    };
+    using Row = std::tuple<bool, LoginItemStatus, std::optional<std::string>, bool, std::string,
+                           std::vector<std::string>, std::vector<std::string>>;
     const std::vector<Row> rows{
         {true, enabled, {}, true, "", {"register"}, {}},
         {true, requiresApproval, {}, true, allow, {"register", "open settings"}, {}},
@@ -112,17 +99,17 @@ TEST_F(SettingsTabTest, AFlipRegistersOrSpringsBack)
          {"❌ Launch at Login error: disk full"}},
         {false, enabled, {}, false, move, {}, {"❌ Launch at Login error: " + move}},
     };
-    for (const auto &row : rows) {
+    for (const auto &[isInApplications, after, failure, isOn, message, calls, lines] : rows) {
         loginService->now = notRegistered;
-        loginService->isInApplications = row.isInApplications;
-        loginService->afterRegistering = row.after;
-        loginService->registerFailure = row.failure;
+        loginService->isInApplications = isInApplications;
+        loginService->afterRegistering = after;
+        loginService->registerFailure = failure;
         open({});
         tab().flipLaunchAtLogin(true);
-        EXPECT_EQ(tab().launchAtLogin(), row.isOn);
-        EXPECT_EQ(tab().loginMessage().toStdString(), row.message);
-        EXPECT_EQ(loginService->takeCalls(), row.calls);
-        EXPECT_EQ(takeLines(), row.lines);
+        EXPECT_EQ(tab().launchAtLogin(), isOn);
+        EXPECT_EQ(tab().loginMessage().toStdString(), message);
+        EXPECT_EQ(loginService->takeCalls(), calls);
+        EXPECT_EQ(takeLines(), lines);
         QCoreApplication::processEvents();
     }
     const QSignalSpy changes(&tab(), &SettingsTabModel::loginMessageChanged);
