@@ -38,7 +38,7 @@ struct FakeSession : UserSession {
 };
 
 /// What the delegate does with its status item and popover, and what can be done to them.
-struct Screen {
+struct Screen : StatusBar {
     std::optional<bool> hosted = true;
     bool isTrayDying = false; ///< it is gone once it has been asked for
     std::function<void()> click, hostChanged;
@@ -51,63 +51,56 @@ struct Screen {
     std::vector<std::string> popoverCalls;
 
     std::vector<std::string> takeCalls() { return std::exchange(popoverCalls, {}); }
+    std::unique_ptr<StatusItem> statusItem() override;
 };
 
-class FakeStatusItem : public StatusItem {
-public:
-    explicit FakeStatusItem(Screen &screen) : m_screen(screen) {}
-    void setClickHandler(std::function<void()> handler) override { m_screen.click = std::move(handler); }
-    void setMenu(std::vector<MenuEntry> menu) override { m_screen.menu = std::move(menu); }
-    void setToolTip(const std::string &text) override { m_screen.toolTip = text; }
-    void setAlphaValue(double alpha) override { m_screen.alpha = alpha; }
+struct FakeStatusItem : StatusItem {
+    explicit FakeStatusItem(Screen &shown) : screen(shown) {}
+    void setClickHandler(std::function<void()> handler) override { screen.click = std::move(handler); }
+    void setMenu(std::vector<MenuEntry> menu) override { screen.menu = std::move(menu); }
+    void setToolTip(const std::string &text) override { screen.toolTip = text; }
+    void setAlphaValue(double alpha) override { screen.alpha = alpha; }
     std::optional<bool> isHosted() const override
     {
-        return m_screen.isTrayDying ? std::exchange(m_screen.hosted, {}) : m_screen.hosted;
+        return screen.isTrayDying ? std::exchange(screen.hosted, {}) : screen.hosted;
     }
-    void setHostHandler(std::function<void()> handler) override { m_screen.hostChanged = std::move(handler); }
-    std::optional<ScreenRect> frame() const override { return m_screen.frame; }
+    void setHostHandler(std::function<void()> handler) override { screen.hostChanged = std::move(handler); }
+    std::optional<ScreenRect> frame() const override { return screen.frame; }
 
-private:
-    Screen &m_screen;
+    Screen &screen;
 };
 
-class FakeStatusBar : public StatusBar {
-public:
-    explicit FakeStatusBar(Screen &screen) : m_screen(screen) {}
-    std::unique_ptr<StatusItem> statusItem() override { return std::make_unique<FakeStatusItem>(m_screen); }
+std::unique_ptr<StatusItem> Screen::statusItem()
+{
+    return std::make_unique<FakeStatusItem>(*this);
+}
 
-private:
-    Screen &m_screen;
-};
-
-class FakePopover : public Popover {
-public:
-    explicit FakePopover(Screen &screen) : m_screen(screen) {}
-    bool isShown() const override { return m_screen.isShown; }
-    bool isWindow() const override { return m_screen.place == Place::asWindow; }
+struct FakePopover : Popover {
+    explicit FakePopover(Screen &shown) : screen(shown) {}
+    bool isShown() const override { return screen.isShown; }
+    bool isWindow() const override { return screen.place == Place::asWindow; }
     void setAnimates(bool animates) override
     {
-        m_screen.popoverCalls.emplace_back(animates ? "animated" : "still");
+        screen.popoverCalls.emplace_back(animates ? "animated" : "still");
     }
     void show(Place place, const std::optional<ScreenRect> &) override
     {
         static constexpr std::array names{"at item", "at pointer", "as window"};
-        m_screen.popoverCalls.emplace_back(names.at(static_cast<std::size_t>(place)));
-        if (!std::exchange(m_screen.isShown, true)) {
-            m_screen.place = place;
+        screen.popoverCalls.emplace_back(names.at(static_cast<std::size_t>(place)));
+        if (!std::exchange(screen.isShown, true)) {
+            screen.place = place;
             Q_EMIT willShow();
         }
     }
-    void follow(const ScreenRect &) override { m_screen.popoverCalls.emplace_back("follows"); }
+    void follow(const ScreenRect &) override { screen.popoverCalls.emplace_back("follows"); }
     void performClose() override
     {
-        m_screen.isShown = false;
+        screen.isShown = false;
         Q_EMIT didClose();
     }
-    void makeKeyAndOrderFront() override { m_screen.popoverCalls.emplace_back("front"); }
+    void makeKeyAndOrderFront() override { screen.popoverCalls.emplace_back("front"); }
 
-private:
-    Screen &m_screen;
+    Screen &screen;
 };
 
 struct FakeMonitor : EventMonitor {
@@ -130,7 +123,7 @@ protected:
         plugIn(models);
         auto platform = Platform::current();
         platform.session = session;
-        platform.statusBar = std::make_shared<FakeStatusBar>(screen);
+        platform.statusBar = {std::shared_ptr<void>(), &screen};
         platform.eventMonitor = presses;
         delegate = std::make_unique<AppDelegate>(AppDelegate::Parts{
             .platform = platform,
