@@ -45,15 +45,8 @@ QEasingCurve easing(const QVariantList &spline)
     return curve;
 }
 
-struct Motion {
-    double response;
-    double damping;
-};
-
-void PrintTo(const Motion &value, std::ostream *out)
-{
-    *out << "response " << value.response << ", damping " << value.damping;
-}
+/// Response and damping.
+using Motion = std::pair<double, double>;
 
 class SpringTest : public testing::TestWithParam<Motion> {};
 
