@@ -52,14 +52,10 @@ TEST_F(ContentTest, TheBadgeTellsTheCharge)
 
 TEST_F(ContentTest, SaysWhyAPageCannotBeUsed)
 {
-    struct Row {
-        const char *mouse;
-        const char *connectionIcon;
-        const char *connection;
-        const char *title;    ///< null: the page can be used
-        const char *lastLine; ///< its beginning
-    };
-    for (const auto &row : {
+    // The mouse and its connection, then the title and how the last line begins; none: the page can be used.
+    using Text = const char *;
+    using Row = std::tuple<Text, Text, Text, Text, Text>;
+    for (const auto &[model, icon, connection, title, lastLine] : {
              Row{"", "wifi", "No connection", "No Device Connected", "Bluetooth configuration is"},
              Row{"stranger", "cable.connector", "USB cable", "Unsupported Device",
                  "This app supports only:\n"},
@@ -70,14 +66,14 @@ TEST_F(ContentTest, SaysWhyAPageCannotBeUsed)
              Row{"basilisk-v3-x-hyperspeed", "wifi", "2.4 GHz receiver", nullptr, nullptr},
              Row{"basilisk-v3", "cable.connector", "USB cable", nullptr, nullptr},
          }) {
-        SCOPED_TRACE(row.mouse);
-        open(*row.mouse ? std::vector<std::string>{row.mouse} : std::vector<std::string>{});
-        EXPECT_EQ(panel->isPageUsable(), row.title == nullptr);
-        EXPECT_EQ(panel->connectionIcon().toStdString(), row.connectionIcon);
-        EXPECT_EQ(panel->connectionLabel().toStdString(), row.connection);
-        if (row.title) {
-            EXPECT_EQ(panel->noticeTitle().toStdString(), row.title);
-            EXPECT_THAT(texts(panel->noticeLines(), "label").back(), testing::StartsWith(row.lastLine));
+        SCOPED_TRACE(model);
+        open(*model ? std::vector<std::string>{model} : std::vector<std::string>{});
+        EXPECT_EQ(panel->isPageUsable(), title == nullptr);
+        EXPECT_EQ(panel->connectionIcon().toStdString(), icon);
+        EXPECT_EQ(panel->connectionLabel().toStdString(), connection);
+        if (title) {
+            EXPECT_EQ(panel->noticeTitle().toStdString(), title);
+            EXPECT_THAT(texts(panel->noticeLines(), "label").back(), testing::StartsWith(lastLine));
         }
         panel->selectTab(ContentModel::settings);
         EXPECT_TRUE(panel->isPageUsable()) << "settings need no mouse";

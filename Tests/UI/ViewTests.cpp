@@ -21,14 +21,8 @@ TEST_F(ViewTest, ATapReachesTheMouseAndItsAnswerShows)
 {
     show({pro});
     const auto light = [this] { return mouse().state().lights.at(RGBZone::logo); };
-    struct Tap {
-        int tab;
-        const char *name;
-        QAccessible::Role role;
-        std::function<int()> held; ///< by the mouse
-        int afterwards;
-    };
-    const std::vector<Tap> taps{
+    // What is tapped and on which page, what the mouse holds, and what it holds afterwards.
+    const std::vector<std::tuple<int, const char *, QAccessible::Role, std::function<int()>, int>> taps{
         {ContentModel::dpi, "Stage 3", radio, [&] { return mouse().state().activeStage; }, 3},
         {ContentModel::dpi, "12K", radio, [&] { return mouse().state().dpiStages.at(2); }, 12000},
         {ContentModel::rgb, "Logo", QAccessible::PageTab, [] { return 0; }, 0},
@@ -36,13 +30,13 @@ TEST_F(ViewTest, ATapReachesTheMouseAndItsAnswerShows)
         {ContentModel::rgb, "Off", radio, [&] { return light().effect; }, 0},
         {ContentModel::settings, "High", radio, [&] { return mouse().state().liftOff; }, 2},
     };
-    for (const auto &tap : taps) {
-        SCOPED_TRACE(tap.name);
-        panel->selectTab(tap.tab);
-        click(tap.name, tap.role);
+    for (const auto &[page, name, role, held, afterwards] : taps) {
+        SCOPED_TRACE(name);
+        panel->selectTab(page);
+        click(name, role);
         finishAll();
-        EXPECT_EQ(tap.held(), tap.afterwards);
-        const auto now = state(tap.name, tap.role);
+        EXPECT_EQ(held(), afterwards);
+        const auto now = state(name, role);
         EXPECT_TRUE(now.checked || now.selected);
         EXPECT_FALSE(now.disabled);
     }
