@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cmath>
+#include <set>
 #include <utility>
 
 namespace kelmoth {
@@ -113,9 +114,12 @@ void PortalDesktopSettings::Taste::apply(const QString &settingsNamespace, const
     }
 }
 
+/// Of several portals each adds what it knows to the answer, the desktop's own first: the first word on a
+/// setting counts.
 PortalDesktopSettings::Taste PortalDesktopSettings::tasteFrom(const QDBusMessage &reply)
 {
     Taste taste;
+    std::set<std::pair<QString, QString>> told;
     if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QStringLiteral("a{sa{sv}}")) {
         return taste;
     }
@@ -133,7 +137,9 @@ PortalDesktopSettings::Taste PortalDesktopSettings::tasteFrom(const QDBusMessage
             all.beginMapEntry();
             all >> key >> value;
             all.endMapEntry();
-            taste.apply(settingsNamespace, key, unwrapped(value.variant()));
+            if (told.emplace(settingsNamespace, key).second) {
+                taste.apply(settingsNamespace, key, unwrapped(value.variant()));
+            }
         }
         all.endMap();
         all.endMapEntry();

@@ -40,6 +40,20 @@ QVariant one(const QString &settingsNamespace, const char *key, const QVariant &
     return QVariant::fromValue(Settings{{settingsNamespace, {{QString::fromLatin1(key), value}}}});
 }
 
+/// What several portals say of the same setting, as one answer; the desktop's own comes first.
+QVariant inTurn(const QString &settingsNamespace, const char *key, const QVariantList &values)
+{
+    QDBusArgument all;
+    all.beginMap(QMetaType::fromType<QString>(), QMetaType::fromType<QVariantMap>());
+    for (const auto &value : values) {
+        all.beginMapEntry();
+        all << settingsNamespace << QVariantMap{{QString::fromLatin1(key), value}};
+        all.endMapEntry();
+    }
+    all.endMap();
+    return QVariant::fromValue(all);
+}
+
 /// A portal at the other end of a bus. It answers with `answer`, or not at all while that is absent.
 class FakePortal : public QDBusVirtualObject {
 public:
@@ -123,6 +137,10 @@ TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
         {"some duration", one(plasma, duration, QStringLiteral("0.5"))},
         {"duration no number", one(plasma, duration, QString())},
         {"duration as bool", one(plasma, duration, false)},
+        {"dark, then no preference", inTurn(appearance, "color-scheme", {1U, 0U}), ColorScheme::dark},
+        {"an accent, then none", inTurn(appearance, "accent-color", {color(0, 0, 1), color(-1, -1, -1)}),
+         none, 0xFF},
+        {"animated, then not", inTurn(gnome, "enable-animations", {true, false})},
         {"a text", QStringLiteral("dark")},
         {"a map of another kind", QVariantMap{{appearance, 1U}}},
         {"a crowd", QVariant::fromValue(Settings{{plasma, crowd}})},
