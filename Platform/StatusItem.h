@@ -34,7 +34,8 @@ public:
     /// Called for each click of the left button.
     virtual void setClickHandler(std::function<void()> handler) = 0;
 
-    /// The menu of the right button, in place of the last one.
+    /// The menu of the right button, in place of the last one. What a host has read of that keeps its place
+    /// and its effect.
     virtual void setMenu(std::vector<MenuEntry> entries) = 0;
 
     /// The text shown while the pointer rests on the item.

@@ -1,6 +1,5 @@
 #include "Platform/Qt/TrayStatusBar.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
@@ -32,7 +31,10 @@ protected:
 } // namespace
 
 TrayStatusItem::TrayStatusItem(std::shared_ptr<XConnection> connection, StatusPicture picture)
-    : m_connection(std::move(connection)), m_picture(std::move(picture)), m_hosts(m_connection)
+    : m_connection(std::move(connection)),
+      m_picture(std::move(picture)),
+      m_hosts(m_connection),
+      m_menu(std::make_unique<ItemMenu>())
 {
     connect(&m_hosts, &TrayHosts::changed, this, &TrayStatusItem::followHosts);
     if (m_hosts.isAny().value_or(false)) {
@@ -108,31 +110,38 @@ void TrayStatusItem::click(QSystemTrayIcon::ActivationReason reason)
     }
 }
 
+/// Hosts read a menu once and keep the numbers of its entries: the menu and its entries stay, and what they
+/// say changes.
 void TrayStatusItem::setMenu(std::vector<MenuEntry> entries)
 {
-    std::unique_ptr<QMenu> menu = std::make_unique<ItemMenu>();
-    for (auto &entry : entries) {
-        if (!entry.action) {
-            menu->addSeparator();
-            continue;
-        }
-        auto *action = menu->addAction(QString::fromStdString(entry.title));
-        if (!entry.keyEquivalent.empty()) {
-            action->setShortcut(
-                QKeySequence(QStringLiteral("Ctrl+") + QString::fromStdString(entry.keyEquivalent)));
-        }
-        // An action may replace the menu that it is chosen from.
-        connect(
-            action, &QAction::triggered, this, [act = std::move(entry.action)] { act(); },
-            Qt::QueuedConnection);
+    m_entries = std::move(entries);
+    while (m_menu->actions().size() > std::ssize(m_entries)) {
+        delete m_menu->actions().constLast();
     }
-    if (m_icon) {
-        m_icon->setContextMenu(menu.get());
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        const auto index = static_cast<qsizetype>(i);
+        auto *action = index < m_menu->actions().size() ? m_menu->actions().at(index) : addEntry(i);
+        const auto &[title, act, keyEquivalent] = m_entries[i];
+        action->setSeparator(!act);
+        action->setText(QString::fromStdString(title));
+        action->setShortcut(keyEquivalent.empty() ? QKeySequence()
+                                                  : QKeySequence(QStringLiteral("Ctrl+") +
+                                                                 QString::fromStdString(keyEquivalent)));
     }
-    m_menu.swap(menu);
-    if (menu) {
-        menu.release()->deleteLater(); // it may be open
-    }
+}
+
+/// The entry does what the one at its place says by then.
+QAction *TrayStatusItem::addEntry(std::size_t index)
+{
+    auto *action = m_menu->addAction(QString());
+    connect(
+        action, &QAction::triggered, action,
+        [this, index] {
+            const auto act = m_entries.at(index).action; // it may change the menu that it is chosen from
+            act();
+        },
+        Qt::QueuedConnection);
+    return action;
 }
 
 void TrayStatusItem::setToolTip(const std::string &text)

@@ -4,6 +4,7 @@
 #include "Platform/Qt/XConnection.h"
 #include "Platform/StatusItem.h"
 
+#include <QAction>
 #include <QIcon>
 #include <QMenu>
 #include <QObject>
@@ -42,15 +43,17 @@ private:
     void followWindow();
     bool isDocking() const;
     void click(QSystemTrayIcon::ActivationReason reason);
+    QAction *addEntry(std::size_t index);
 
     const std::shared_ptr<XConnection> m_connection;
     const StatusPicture m_picture;
     TrayHosts m_hosts;
     QString m_toolTip;
     double m_alpha = 1.0;
-    std::unique_ptr<QMenu> m_menu;
-    std::unique_ptr<QSystemTrayIcon> m_icon; ///< none before the first host came
+    std::vector<MenuEntry> m_entries;
+    const std::unique_ptr<QMenu> m_menu;     ///< with an action for each
     QPointer<QWidget> m_window;              ///< the item's own, in a system tray of the X server
+    std::unique_ptr<QSystemTrayIcon> m_icon; ///< none before the first host came
     std::function<void()> m_clickHandler;
     std::function<void()> m_hostHandler;
 };

@@ -66,7 +66,8 @@ class SystemTray:
 
 
 class NotifierHost:
-    """A bar that shows what registers with it on the bus, and draws the menus of its items itself."""
+    """A bar that shows what registers with it on the bus, and draws the menus of its items itself. It reads a menu
+    once, and again only when it is told of a change."""
 
     WATCHER = "org.kde.StatusNotifierWatcher"
     INTERFACES = f"""<node><interface name="{WATCHER}">
@@ -77,7 +78,7 @@ class NotifierHost:
         </interface></node>"""
 
     def __init__(self, edge="bottom"):
-        self._names = []
+        self._names, self._menu = [], None
         x, y = {"left": (0, SCREEN.height - 200), "right": (SCREEN.width - 24, SCREEN.height - 200),
                 "top": (SCREEN.width - 200, 0), "bottom": (SCREEN.width - 200, SCREEN.height - 24)}[edge]
         self._item = Area(x, y, 24, 24)
@@ -88,6 +89,12 @@ class NotifierHost:
         self._bus.register_object("/StatusNotifierWatcher", Gio.DBusNodeInfo.new_for_xml(self.INTERFACES).interfaces[0],
                                   self._register, self._property, None)
         Gio.bus_own_name_on_connection(self._bus, self.WATCHER, Gio.BusNameOwnerFlags.NONE, None, None)
+        for change in ("LayoutUpdated", "ItemsPropertiesUpdated"):
+            self._bus.signal_subscribe(None, "com.canonical.dbusmenu", change, None, None, Gio.DBusSignalFlags.NONE,
+                                       self._forget_menu)
+
+    def _forget_menu(self, *_):
+        self._menu = None
 
     def _register(self, _connection, _sender, _path, _interface, _method, arguments, invocation):
         self._names.append(arguments[0])
@@ -119,10 +126,13 @@ class NotifierHost:
         item = self._proxy("/StatusNotifierItem", "org.kde.StatusNotifierItem")
         menu = self._proxy(item.get_cached_property("Menu").unpack(), "com.canonical.dbusmenu")
         menu.AboutToShow("(i)", 0)
-        _, (_, _, entries) = menu.GetLayout("(iias)", 0, -1, [])
+        while GLib.MainContext.default().iteration(False):
+            pass  # what the program has told of before
+        if not self._menu:
+            _, (_, _, self._menu) = menu.GetLayout("(iias)", 0, -1, [])
         return [(properties.get("label", ""),
                  lambda number=number: menu.Event("(isvu)", number, "clicked", GLib.Variant("i", 0), 0))
-                for number, properties, _ in entries]
+                for number, properties, _ in self._menu]
 
 
 class ShellTest(unittest.TestCase):
@@ -209,6 +219,7 @@ class HostTest:
         self.launch()
         entries = self.host.menu()
         self.assertEqual([title for title, _ in entries], ["Open Kelmoth", "", "About Kelmoth", "", "Quit"])
+        quit_program = entries[4][1]
         entries[0][1]()
         self.in_front()
         self.program.press("Settings")
@@ -221,7 +232,8 @@ class HostTest:
         entries[2][1]()
         self.program.find("Zamknij")
         self.in_front()
-        self.host.menu()[4][1]()
+        self.host.menu()
+        quit_program()  # as hosts do that keep the numbers of entries
         self.ended(self.program)
 
     def test_the_popover_lies_beside_the_item(self):
