@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
+#include <QScreen>
 
 #include <utility>
 
@@ -27,6 +28,25 @@ protected:
         QMenu::keyPressEvent(event);
     }
 };
+
+xcb_window_t idOf(const QWidget &window)
+{
+    return static_cast<xcb_window_t>(window.internalWinId());
+}
+
+/// From pixels of the server. The toolkit lets each screen begin where the server does.
+QRect inPoints(const QRect &area)
+{
+    const auto screens = QGuiApplication::screens();
+    for (const auto *screen : screens) {
+        const QPointF origin = screen->geometry().topLeft();
+        const double ratio = screen->devicePixelRatio();
+        if (QRectF(origin, QSizeF(screen->size()) * ratio).contains(area.center())) {
+            return QRectF(origin + (area.topLeft() - origin) / ratio, QSizeF(area.size()) / ratio).toRect();
+        }
+    }
+    return area;
+}
 
 } // namespace
 
@@ -63,7 +83,8 @@ void TrayStatusItem::show()
     followWindow();
 }
 
-/// Where the item is a window, the toolkit does not tell when it has come to its place.
+/// Where the item is a window, the toolkit does not tell when it has come to its place; nor of the window
+/// that it makes for the next tray, which is looked for among all that are shown.
 void TrayStatusItem::followWindow()
 {
     const auto widgets = QApplication::topLevelWidgets();
@@ -71,6 +92,8 @@ void TrayStatusItem::followWindow()
         if (m_connection && widget->inherits("QSystemTrayIconSys")) {
             m_window = widget;
             widget->installEventFilter(this);
+            qApp->removeEventFilter(this);
+            connect(widget, &QObject::destroyed, this, [this] { qApp->installEventFilter(this); });
         }
     }
 }
@@ -78,20 +101,25 @@ void TrayStatusItem::followWindow()
 bool TrayStatusItem::eventFilter(QObject *watched, QEvent *event)
 {
     const auto type = event->type();
-    if (type == QEvent::Move || type == QEvent::Resize || type == QEvent::Paint) {
+    if (!m_window && type == QEvent::Polish) {
+        followWindow();
+    }
+    if (watched == m_window && (type == QEvent::Move || type == QEvent::Resize || type == QEvent::Paint)) {
         QMetaObject::invokeMethod(this, &TrayStatusItem::followHosts, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
 }
 
-/// Whether the item waits for its tray to take it in: until then it is nowhere.
+/// Whether the item waits for a tray to take it in: until then it is nowhere. A tray that ends lets go of it,
+/// or takes its window along.
 bool TrayStatusItem::isDocking() const
 {
     if (!m_window) {
         return false;
     }
-    const auto id = static_cast<xcb_window_t>(m_window->internalWinId());
-    return id == XCB_NONE || m_connection->parentOf(id) == m_connection->root();
+    const auto id = idOf(*m_window);
+    const auto parent = id == XCB_NONE ? XCB_NONE : m_connection->parentOf(id);
+    return parent == XCB_NONE || parent == m_connection->root();
 }
 
 std::optional<bool> TrayStatusItem::isHosted() const
@@ -160,9 +188,10 @@ void TrayStatusItem::setAlphaValue(double alpha)
     }
 }
 
+/// Only a tray of the X server tells. The server is asked: the toolkit learns of the place later.
 std::optional<ScreenRect> TrayStatusItem::frame() const
 {
-    const auto area = m_icon && !isDocking() ? m_icon->geometry() : QRect();
+    const auto area = m_window && !isDocking() ? inPoints(m_connection->areaOf(idOf(*m_window))) : QRect();
     return area.isEmpty() ? std::nullopt
                           : std::optional(ScreenRect{area.x(), area.y(), area.width(), area.height()});
 }

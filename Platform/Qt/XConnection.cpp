@@ -66,6 +66,16 @@ xcb_window_t XConnection::parentOf(xcb_window_t window) const
     return reply ? reply->parent : XCB_NONE;
 }
 
+QRect XConnection::areaOf(xcb_window_t window) const
+{
+    const auto sizeCookie = xcb_get_geometry(m_connection, window);
+    const auto placeCookie = xcb_translate_coordinates(m_connection, window, m_root, 0, 0);
+    const XReply<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(m_connection, sizeCookie, nullptr));
+    const XReply<xcb_translate_coordinates_reply_t> place(
+        xcb_translate_coordinates_reply(m_connection, placeCookie, nullptr));
+    return size && place ? QRect(place->dst_x, place->dst_y, size->width, size->height) : QRect();
+}
+
 bool XConnection::isComposited() const
 {
     return selectionOwner(atom("_NET_WM_CM_S" + std::to_string(m_screenNumber))) != XCB_NONE;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QRect>
 #include <QSocketNotifier>
 
 #include <cstdint>
@@ -36,6 +37,9 @@ public:
 
     /// The window that another lies in; none when that is gone.
     xcb_window_t parentOf(xcb_window_t window) const;
+
+    /// Where a window is on the root window, in pixels of the server; nothing when it is gone.
+    QRect areaOf(xcb_window_t window) const;
 
     /// Whether a compositor shows windows that others shine through.
     bool isComposited() const;

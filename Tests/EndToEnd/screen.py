@@ -80,11 +80,18 @@ class Screen:
         """Whether a system tray takes items in."""
         return self._display.get_selection_owner(self._display.intern_atom("_NET_SYSTEM_TRAY_S0")) != X.NONE
 
+    def _item(self):
+        with contextlib.suppress(error.XError):
+            return next((window for window in self._windows() if max(self._area(window)[2:]) < 64), None)
+
     def item(self):
         """The area of the program's window in a system tray."""
-        areas = map(self._area, self._windows())
         with contextlib.suppress(error.XError):
-            return next((area for area in areas if max(area.width, area.height) < 64), None)
+            window = self._item()
+            return window and self._area(window)
+
+    def destroy_item(self):
+        self.close(self._item())
 
     def click(self, point, button=1):
         xtest.fake_input(self._display, X.MotionNotify, x=point[0], y=point[1])

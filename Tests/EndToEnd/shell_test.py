@@ -282,6 +282,18 @@ class InASystemTray(HostTest, ShellTest):
         self.open_window()
         self.hidden()
 
+    def test_the_panel_waits_for_a_tray_that_takes_the_item_along(self):
+        self.launch()
+        self.toggle()
+        self.in_front()
+        place = SCREEN.panel()
+        SCREEN.destroy_item()  # as happens when the tray is killed
+        self.host.close()
+        self.program.find("Settings")  # by then it has heard of that, too
+        self.assertEqual(SCREEN.panel(), place)
+        self.host = self.open(self.Host("top"))
+        wait_for("the panel beside the new item", lambda: (now := SCREEN.panel()) and now.x == place.x and now.y < 100)
+
     def test_opens_beside_the_item_from_the_start(self):
         self.host = self.open(self.Host())
         self.start("--show")
