@@ -67,12 +67,16 @@ QPoint besideItem(Edge edge, const QRect &item, const QSize &size)
     return {item.left() - gap - size.width(), centred.y()};
 }
 
-/// At the bottom where a bar lies there, else at the top.
+/// At the end of a bar: on the right of one above or below, at the bottom of one at a side.
 QPoint usualCorner(const QRect &screen, const QRect &available, const QSize &size)
 {
-    const bool hasBarBelow = screen.bottom() - available.bottom() > available.top() - screen.top();
-    return {available.right() + 1 - gap - size.width(),
-            hasBarBelow ? available.bottom() + 1 - gap - size.height() : available.top() + gap};
+    const int above = available.top() - screen.top();
+    const int below = screen.bottom() - available.bottom();
+    const int left = available.left() - screen.left();
+    const int right = screen.right() - available.right();
+    const bool isAtSide = above <= 0 && below <= 0 && (left > 0 || right > 0);
+    return {isAtSide && left > right ? available.left() + gap : available.right() + 1 - gap - size.width(),
+            isAtSide || below > above ? available.bottom() + 1 - gap - size.height() : available.top() + gap};
 }
 
 } // namespace

@@ -27,6 +27,9 @@ TEST(PopoverPlacementTest, LiesBesideTheItemOnItsInnerSide)
         {"a click below", {screen, {0, 0, 1280, 996}, {}, QPoint(1000, 1010)}, {830, 382}},
         {"nothing known", {screen, screen, {}, {}}, {934, 6}},
         {"nothing known, a bar below", {screen, {0, 0, 1280, 996}, {}, {}}, {934, 380}},
+        {"nothing known, a bar at the left", {screen, {48, 0, 1232, 1024}, {}, {}}, {54, 408}},
+        {"nothing known, a bar at the right", {screen, {0, 0, 1232, 1024}, {}, {}}, {886, 408}},
+        {"nothing known, a dock and a bar above", {screen, {64, 27, 1216, 997}, {}, {}}, {934, 33}},
         {"a screen that is too small", {{0, 0, 320, 480}, {0, 0, 320, 480}, {}, QPoint(310, 470)}, {0, 0}},
     };
     for (const auto &row : rows) {
