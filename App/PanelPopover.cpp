@@ -18,12 +18,6 @@ std::optional<QRect> rectOf(const std::optional<ScreenRect> &rect)
     return rect ? std::optional(QRect(rect->x, rect->y, rect->width, rect->height)) : std::nullopt;
 }
 
-/// Where the platform tells where the pointer is also while it is on somebody else's window.
-bool knowsPointer()
-{
-    return QGuiApplication::platformName() == QLatin1String("xcb");
-}
-
 const QScreen &screenAt(const std::optional<QRect> &item, const std::optional<QPoint> &click)
 {
     const auto place = item ? std::optional(item->center()) : click;
@@ -82,7 +76,7 @@ void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
 {
     const auto frame = rectOf(item);
     const auto click =
-        place == Place::atPointer && knowsPointer() ? std::optional(QCursor::pos()) : std::nullopt;
+        place == Place::atPointer && m_screen->knowsPointer() ? std::optional(QCursor::pos()) : std::nullopt;
     const auto &screen = screenAt(frame, click);
     m_window->putPanelAt(popoverPosition(
         {.screen = screen.geometry(), .available = screen.availableGeometry(), .item = frame, .click = click},

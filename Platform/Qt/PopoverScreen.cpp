@@ -14,6 +14,11 @@ bool PopoverScreen::canPlaceWindows() const
     return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
+bool PopoverScreen::knowsPointer() const
+{
+    return m_connection && !XConnection::isWithinWayland();
+}
+
 bool PopoverScreen::canShowShadows() const
 {
     return m_connection && m_connection->isComposited();

@@ -17,6 +17,9 @@ public:
     /// Whether a program has a say in where its windows lie.
     bool canPlaceWindows() const;
 
+    /// Whether a program learns where the pointer is also while that is on somebody else's window.
+    bool knowsPointer() const;
+
     /// Whether windows may shine through on screen now.
     bool canShowShadows() const;
 

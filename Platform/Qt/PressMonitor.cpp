@@ -34,15 +34,10 @@ std::optional<int> rawEventsOf(const XConnection &connection)
                                                   : std::nullopt;
 }
 
-bool isWayland()
-{
-    return qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-}
-
 } // namespace
 
 PressMonitor::PressMonitor(std::shared_ptr<XConnection> connection)
-    : m_connection(std::move(connection)), m_followsFocus(!m_connection || isWayland())
+    : m_connection(std::move(connection)), m_followsFocus(!m_connection || XConnection::isWithinWayland())
 {
     m_untilRest.setSingleShot(true);
     connect(&m_untilRest, &QTimer::timeout, this, [this] { select(m_isNeeded); });

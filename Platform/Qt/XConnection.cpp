@@ -37,6 +37,11 @@ XConnection::XConnection(xcb_connection_t *connection, int screenNumber)
             [this] { dispatch(xcb_poll_for_queued_event); });
 }
 
+bool XConnection::isWithinWayland()
+{
+    return qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
 XConnection::~XConnection()
 {
     m_notifier.setEnabled(false);

@@ -21,6 +21,10 @@ public:
     /// To the server of the application object's screens.
     static std::unique_ptr<XConnection> connectToServer();
 
+    /// Whether the server runs within a Wayland session: it then hears of the pointer only while that is on
+    /// one of its windows.
+    static bool isWithinWayland();
+
     ~XConnection() override;
     XConnection(const XConnection &) = delete;
     XConnection &operator=(const XConnection &) = delete;

@@ -320,6 +320,15 @@ class InANotifierHost(HostTest, ShellTest):
         self.assertIsNone(SCREEN.item())
 
 
+    def test_opens_in_the_corner_where_the_pointer_is_not_known(self):
+        self.host = self.open(self.Host("left"))
+        self.start(WAYLAND_DISPLAY="none", QT_QPA_PLATFORM="xcb")
+        wait_for("the item", self.host.item)
+        self.toggle()
+        self.in_front()
+        self.assertEqual(SCREEN.panel()[:2], (SCREEN.width - 346, 6))
+
+
 class WithoutAHost(ShellTest):
     def test_the_panel_is_a_window(self):
         program = self.start()
