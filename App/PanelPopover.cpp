@@ -35,7 +35,7 @@ PanelPopover::PanelPopover(ContentModel &model, PanelTranslator &translator,
 
 PanelWindow::Kind PanelPopover::kind() const
 {
-    if (m_isWindow) {
+    if (m_isWindow || !m_screen->canPlaceWindows()) {
         return PanelWindow::Kind::window;
     }
     return m_screen->canShowShadows() ? PanelWindow::Kind::shadowedPopover : PanelWindow::Kind::plainPopover;
@@ -63,13 +63,14 @@ void PanelPopover::show(Place place, const std::optional<ScreenRect> &item)
     if (!m_window) {
         build();
     }
-    m_isWindow = place == Place::asWindow || !m_screen->canPlaceWindows();
+    m_isWindow = place == Place::asWindow;
     m_window->become(kind());
-    if (!m_isWindow) {
+    const bool isPlaced = kind() != PanelWindow::Kind::window;
+    if (isPlaced) {
         m_screen->keepOutOfLists(*m_window);
         put(place, item);
     }
-    m_window->appear(m_animates && !m_isWindow);
+    m_window->appear(m_animates && isPlaced);
 }
 
 void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
@@ -85,7 +86,7 @@ void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
 
 void PanelPopover::follow(const ScreenRect &item)
 {
-    if (isShown() && !m_isWindow) {
+    if (isShown() && kind() != PanelWindow::Kind::window) {
         put(Place::atItem, item);
     }
 }

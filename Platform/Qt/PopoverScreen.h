@@ -13,9 +13,10 @@ class PopoverScreen {
 public:
     /// `connection` may be absent.
     explicit PopoverScreen(std::shared_ptr<XConnection> connection);
+    virtual ~PopoverScreen() = default;
 
     /// Whether a program has a say in where its windows lie.
-    bool canPlaceWindows() const;
+    virtual bool canPlaceWindows() const;
 
     /// Whether a program learns where the pointer is also while that is on somebody else's window.
     bool knowsPointer() const;
