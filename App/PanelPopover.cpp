@@ -18,6 +18,9 @@ std::optional<QRect> rectOf(const std::optional<ScreenRect> &rect)
     return rect ? std::optional(QRect(rect->x, rect->y, rect->width, rect->height)) : std::nullopt;
 }
 
+/// What the frame around a window takes of the screen's height, about: it is known too late.
+constexpr int usualTitleBar = 32;
+
 const QScreen &screenAt(const std::optional<QRect> &item, const std::optional<QPoint> &click)
 {
     const auto place = item ? std::optional(item->center()) : click;
@@ -69,8 +72,18 @@ void PanelPopover::show(Place place, const std::optional<ScreenRect> &item)
     if (isPlaced) {
         m_screen->keepOutOfLists(*m_window);
         put(place, item);
+    } else {
+        fit();
     }
     m_window->appear(m_animates && isPlaced);
+}
+
+/// The screen has room for the window, wherever it is put.
+void PanelPopover::fit()
+{
+    const auto available = QGuiApplication::primaryScreen()->availableGeometry();
+    m_window->setPanelHeight(
+        heightWithin(available.adjusted(0, usualTitleBar, 0, 0), PanelWindow::panelSize.height()));
 }
 
 void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
@@ -79,9 +92,11 @@ void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
     const auto click =
         place == Place::atPointer && m_screen->knowsPointer() ? std::optional(QCursor::pos()) : std::nullopt;
     const auto &screen = screenAt(frame, click);
-    m_window->putPanelAt(popoverPosition(
+    const auto area = popoverArea(
         {.screen = screen.geometry(), .available = screen.availableGeometry(), .item = frame, .click = click},
-        PanelWindow::panelSize));
+        PanelWindow::panelSize);
+    m_window->setPanelHeight(area.height());
+    m_window->putPanelAt(area.topLeft());
 }
 
 void PanelPopover::follow(const ScreenRect &item)

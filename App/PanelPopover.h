@@ -31,6 +31,7 @@ public:
 private:
     void build();
     PanelWindow::Kind kind() const;
+    void fit();
     void put(Place place, const std::optional<ScreenRect> &item);
 
     ContentModel &m_model;

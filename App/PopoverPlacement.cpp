@@ -12,6 +12,9 @@ constexpr int gap = 6;
 /// A bar that the desktop does not tell of is taken to be this thick where an item was clicked in it.
 constexpr int usualItem = 24;
 
+/// Below this height a panel is of no use.
+constexpr int leastHeight = 320;
+
 /// A bar may be as thick as this.
 constexpr int thickBar = 96;
 
@@ -81,18 +84,24 @@ QPoint usualCorner(const QRect &screen, const QRect &available, const QSize &siz
 
 } // namespace
 
-QPoint popoverPosition(const PopoverSurroundings &surroundings, const QSize &size)
+int heightWithin(const QRect &available, int wanted)
+{
+    return std::max(leastHeight, std::min(wanted, available.height()));
+}
+
+QRect popoverArea(const PopoverSurroundings &surroundings, const QSize &wanted)
 {
     const auto &[screen, available, item, click] = surroundings;
+    const QSize size(wanted.width(), heightWithin(available, wanted.height()));
     auto place = item;
     if (!place && click) {
         place = QRect(*click - QPoint(usualItem, usualItem) / 2, QSize(usualItem, usualItem));
     }
     if (place) {
         const auto edge = edgeOf(screen, available, place->center());
-        return within(available, besideItem(edge, *place, size), size);
+        return {within(available, besideItem(edge, *place, size), size), size};
     }
-    return within(available, usualCorner(screen, available, size), size);
+    return {within(available, usualCorner(screen, available, size), size), size};
 }
 
 } // namespace kelmoth

@@ -16,9 +16,14 @@ struct PopoverSurroundings {
     std::optional<QPoint> click; ///< where the item was clicked
 };
 
-/// The top left corner of a popover of this size: beside the item, on its inner side, in the middle of it as
-/// far as the screen reaches; beside the click when there is no item; else in the corner where desktops keep
-/// their status items. Never beyond the available area, unless that is too small.
-QPoint popoverPosition(const PopoverSurroundings &surroundings, const QSize &size);
+/// How high something may be that would be `wanted` high where there is room: not higher than the area,
+/// unless that is no height to work with.
+int heightWithin(const QRect &available, int wanted);
+
+/// Where a popover of this size lies: beside the item, on its inner side, in the middle of it as far as the
+/// screen reaches; beside the click when there is no item; else in the corner where desktops keep their
+/// status items. Never beyond the available area, for which it may become less high, unless that is too
+/// small.
+QRect popoverArea(const PopoverSurroundings &surroundings, const QSize &wanted);
 
 } // namespace kelmoth

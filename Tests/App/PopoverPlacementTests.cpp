@@ -14,6 +14,7 @@ TEST(PopoverPlacementTest, LiesBesideTheItemOnItsInnerSide)
         const char *name;
         PopoverSurroundings surroundings;
         QPoint position;
+        int height = 610;
     } rows[]{
         {"below", {screen, {0, 0, 1280, 996}, QRect(800, 1000, 22, 22), {}}, {641, 384}},
         {"below, in the corner", {screen, {0, 0, 1280, 996}, QRect(1256, 1000, 22, 22), {}}, {940, 384}},
@@ -30,10 +31,19 @@ TEST(PopoverPlacementTest, LiesBesideTheItemOnItsInnerSide)
         {"nothing known, a bar at the left", {screen, {48, 0, 1232, 1024}, {}, {}}, {54, 408}},
         {"nothing known, a bar at the right", {screen, {0, 0, 1232, 1024}, {}, {}}, {886, 408}},
         {"nothing known, a dock and a bar above", {screen, {64, 27, 1216, 997}, {}, {}}, {934, 33}},
-        {"a screen that is too small", {{0, 0, 320, 480}, {0, 0, 320, 480}, {}, QPoint(310, 470)}, {0, 0}},
+        {"a low screen, below",
+         {{0, 0, 1093, 614}, {0, 0, 1093, 590}, QRect(1000, 591, 22, 22), {}},
+         {753, 0},
+         590},
+        {"a low screen, above", {{0, 0, 1024, 600}, {0, 28, 1024, 572}, {}, QPoint(900, 10)}, {684, 28}, 572},
+        {"a screen that is too small",
+         {{0, 0, 320, 240}, {0, 0, 320, 240}, {}, QPoint(310, 230)},
+         {0, 0},
+         320},
     };
     for (const auto &row : rows) {
-        EXPECT_EQ(popoverPosition(row.surroundings, panel), row.position) << row.name;
+        EXPECT_EQ(popoverArea(row.surroundings, panel), QRect(row.position, QSize(340, row.height)))
+            << row.name;
     }
 }
 

@@ -282,6 +282,14 @@ class InASystemTray(HostTest, ShellTest):
         self.open_window()
         self.hidden()
 
+    def test_a_low_screen(self):
+        self.host = self.open(self.Host())
+        self.start(QT_SCALE_FACTOR="2")  # 640 × 512 points, of which the tray takes 14
+        wait_for("the item", self.host.item)
+        self.toggle()
+        self.in_front()
+        self.assertEqual(SCREEN.panel()[1::2], (0, SCREEN.height - 28))
+
     def test_the_panel_waits_for_a_tray_that_takes_the_item_along(self):
         self.launch()
         self.toggle()

@@ -231,6 +231,43 @@ TEST_F(ViewTest, AMouseThatCannotBeConfiguredIsExplained)
     EXPECT_TRUE(find("Not set", caption));
 }
 
+TEST_F(ViewTest, OnALowScreenThePageScrollsAndTheRestStaysWhole)
+{
+    show({pro});
+    view->setResizeMode(QQuickView::SizeRootObjectToView);
+    const auto place = [this](const char *name, Role role) {
+        (void)view->grabWindow();
+        auto *found = find(name, role);
+        EXPECT_TRUE(found) << name;
+        return found ? QRect(view->mapFromGlobal(found->rect().topLeft()), found->rect().size()) : QRect();
+    };
+    const auto scrollDown = [this] {
+        const QPointF middle(170, view->height() / 2.0);
+        QWheelEvent wheel(middle, view->mapToGlobal(middle), {}, {0, -2400}, {}, {}, Qt::NoScrollPhase,
+                          false);
+        QCoreApplication::sendEvent(view.get(), &wheel);
+    };
+    for (const int height : {610, 480, 320}) {
+        SCOPED_TRACE(height);
+        view->resize(340, height);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return view->rootObject()->height() == height; }));
+        EXPECT_GT(place("Razer Basilisk V3 Pro (Wireless)", caption).top(), 0);
+        const int top = place("DPI", QAccessible::PageTab).bottom();
+        const int bottom = place("Quit", button).top();
+        EXPECT_LT(place("Quit", button).bottom(), height);
+        EXPECT_GT(place("Stage 1", radio).top(), top);
+        scrollDown();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return place("Stage 5", radio).bottom() < bottom; }));
+        panel->openAbout();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return find("Close", button); }));
+        scrollDown();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return place("Close", button).bottom() < height; }));
+        panel->closeAbout();
+        panel->selectTab(ContentModel::rgb);
+        panel->selectTab(ContentModel::dpi);
+    }
+}
+
 TEST_F(ViewTest, AfterATransitionOnePageIsThere)
 {
     show({pro});

@@ -57,11 +57,11 @@ FocusScope {
 
         asynchronous: true
         focus: true
-        height: 560
+        height: Math.min(560, root.height - 20)
         opacity: root.presence
         width: 300
         x: 20
-        y: 25 - 16 * (1 - root.presence)
+        y: Math.round((root.height - height) / 2) - 16 * (1 - root.presence)
     }
 
     Connections {

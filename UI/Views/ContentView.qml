@@ -45,6 +45,8 @@ FocusScope {
             y: Math.round((parent.height - height) / 2)
 
             PanelHeader {
+                id: header
+
                 bottomPadding: 10
                 model: root.model
                 opacity: root.entrance
@@ -57,6 +59,8 @@ FocusScope {
             }
 
             PanelTabBar {
+                id: tabs
+
                 model: root.model
                 opacity: root.entrance
                 scale: 0.9 + 0.1 * root.entrance
@@ -64,12 +68,14 @@ FocusScope {
             }
 
             Item {
+                id: gap
+
                 height: 12
                 width: parent.width
             }
 
             Item {
-                height: 400
+                height: Math.max(0, Math.min(400, root.height - header.height - tabs.height - gap.height - footer.height))
                 opacity: root.entrance
                 width: parent.width
 
@@ -115,6 +121,8 @@ FocusScope {
             }
 
             PanelFooter {
+                id: footer
+
                 bottomPadding: 10
                 model: root.model
                 opacity: root.entrance

@@ -24,10 +24,10 @@ constexpr auto windowFlags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTi
                              Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                              Qt::WindowCloseButtonHint;
 
-QRegion roundedPanel()
+QRegion roundedPanel(const QSize &size)
 {
     QPainterPath path;
-    path.addRoundedRect(QRectF(QPointF(), PanelWindow::panelSize), cornerRadius, cornerRadius);
+    path.addRoundedRect(QRectF(QPointF(), size), cornerRadius, cornerRadius);
     return {path.toFillPolygon().toPolygon()};
 }
 
@@ -59,6 +59,7 @@ PanelWindow::PanelWindow(ContentModel &model, PanelTranslator &translator)
 
 void PanelWindow::become(Kind kind)
 {
+    m_kind = kind;
     const Qt::WindowFlags wanted = kind == Kind::window ? windowFlags : popoverFlags;
     if (flags() != wanted) {
         destroy(); // window managers look once
@@ -68,19 +69,27 @@ void PanelWindow::become(Kind kind)
         setIcon(QIcon(AboutModel::appIcon()));
     }
     setMargin(kind == Kind::shadowedPopover ? shadowMargin : 0, kind == Kind::window ? 0 : cornerRadius);
-    setMask(kind == Kind::plainPopover ? roundedPanel() : QRegion());
+    setMask(kind == Kind::plainPopover ? roundedPanel(m_panel) : QRegion());
 }
 
 void PanelWindow::setMargin(int margin, double radius)
 {
     m_margin = margin;
-    const auto whole = panelSize.grownBy(QMargins(margin, margin, margin, margin));
+    const auto whole = m_panel.grownBy(QMargins(margin, margin, margin, margin));
     setMinimumSize(whole);
     setMaximumSize(whole);
     resize(whole);
     if (auto *frame = rootObject()) {
         frame->setProperty("margin", margin);
         frame->setProperty("cornerRadius", radius);
+    }
+}
+
+void PanelWindow::setPanelHeight(int height)
+{
+    if (height != m_panel.height()) {
+        m_panel.setHeight(height);
+        become(m_kind);
     }
 }
 
@@ -109,7 +118,7 @@ void PanelWindow::keyPressEvent(QKeyEvent *event)
 /// A press on the shadow is one beside the panel.
 void PanelWindow::mousePressEvent(QMouseEvent *event)
 {
-    const QRect panel(QPoint(m_margin, m_margin), panelSize);
+    const QRect panel(QPoint(m_margin, m_margin), m_panel);
     if (panel.contains(event->position().toPoint())) {
         QQuickView::mousePressEvent(event);
     } else {

@@ -7,8 +7,8 @@
 
 namespace kelmoth {
 
-/// The panel as a window: 340 × 610, its scene built at once and kept. Without a frame until it becomes
-/// something else. Main thread.
+/// The panel as a window: 340 × 610 where there is room, its scene built at once and kept. Without a frame
+/// until it becomes something else. Main thread.
 class PanelWindow : public QQuickView {
     Q_OBJECT
 
@@ -32,6 +32,9 @@ public:
     /// Changes what it is; while it is hidden.
     void become(Kind kind);
 
+    /// How high the panel is from now on; its pages take what height there is.
+    void setPanelHeight(int height);
+
     /// Moves the panel's top left corner, whatever shadow there is around it.
     void putPanelAt(const QPoint &position);
 
@@ -45,6 +48,8 @@ protected:
 private:
     void setMargin(int margin, double cornerRadius);
 
+    Kind m_kind = Kind::plainPopover;
+    QSize m_panel = panelSize;
     int m_margin = 0; ///< around the panel
 };
 
