@@ -21,7 +21,7 @@ namespace {
 StatusPicture pictureFor(std::shared_ptr<const DesktopSettings> desktop)
 {
     return [desktop = std::move(desktop)](double alpha) {
-        return statusPicture(hasAlwaysDarkBar() || desktop->colorScheme() == ColorScheme::dark, alpha);
+        return statusPicture(hasAlwaysDarkBar() ? ColorScheme::dark : desktop->colorScheme(), alpha);
     };
 }
 

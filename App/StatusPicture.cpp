@@ -17,26 +17,59 @@ namespace {
 const QColor light(0xF5, 0xF5, 0xF7);
 const QColor dark(0x2E, 0x2E, 0x33);
 
+QImage mousePicture(int side, const QColor &color, const SymbolLook::Shadow &shadow)
+{
+    SymbolLook look;
+    look.size = QSizeF(side, side);
+    look.side = side * 0.86; // the rim needs room, too
+    look.name = QStringLiteral("computermouse.fill");
+    look.fill = {{0.0, color}};
+    look.shadows[0] = shadow;
+    const auto picture = paintSymbol(look, 1.0);
+    return picture.image.copy(QRect(picture.origin, QSize(side, side)));
+}
+
+/// On a bar whose colour is known the rim is only a softer edge.
+QImage softRimmed(int side, bool isLight)
+{
+    return mousePicture(side, isLight ? light : dark,
+                        {.color = isLight ? dark : light, .radius = std::max(1.0, side / 16.0)});
+}
+
+/// On a bar of any colour either the mouse or a full rim around it is to be seen.
+QImage fullRimmed(int side)
+{
+    const auto rim = mousePicture(side, dark, {});
+    auto picture = QImage(rim.size(), rim.format());
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    const int width = std::max(1, qRound(side / 20.0));
+    for (int y = -width; y <= width; ++y) {
+        for (int x = -width; x <= width; ++x) {
+            if (x * x + y * y <= width * width + 1) { // a disc, also where it is one pixel wide
+                painter.drawImage(x, y, rim);
+            }
+        }
+    }
+    painter.drawImage(0, 0, mousePicture(side, light, {}));
+    return picture;
+}
+
 /// Paints each size when a host asks for it.
 class MouseIcon : public QIconEngine {
 public:
-    MouseIcon(bool isLight, double alpha) : m_isLight(isLight), m_alpha(alpha) {}
+    MouseIcon(ColorScheme bar, double alpha) : m_bar(bar), m_alpha(alpha) {}
 
     QIconEngine *clone() const override { return new MouseIcon(*this); }
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override
     {
         const int side = std::min(rect.width(), rect.height());
-        SymbolLook look;
-        look.size = QSizeF(side, side);
-        look.side = side * 0.86; // the rim needs room, too
-        look.name = QStringLiteral("computermouse.fill");
-        look.fill = {{0.0, m_isLight ? light : dark}};
-        look.shadows[0] = {.color = m_isLight ? dark : light, .radius = std::max(1.0, side / 16.0)};
-        const auto picture = paintSymbol(look, 1.0);
         const QPoint corner((rect.width() - side) / 2, (rect.height() - side) / 2);
         painter->setOpacity(m_alpha);
-        painter->drawImage(rect.topLeft() + corner - picture.origin, picture.image);
+        painter->drawImage(rect.topLeft() + corner, m_bar == ColorScheme::noPreference
+                                                        ? fullRimmed(side)
+                                                        : softRimmed(side, m_bar == ColorScheme::dark));
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
@@ -55,15 +88,15 @@ public:
     }
 
 private:
-    bool m_isLight;
+    ColorScheme m_bar;
     double m_alpha;
 };
 
 } // namespace
 
-QIcon statusPicture(bool isForDarkBar, double alpha)
+QIcon statusPicture(ColorScheme bar, double alpha)
 {
-    return QIcon(new MouseIcon(isForDarkBar, alpha));
+    return QIcon(new MouseIcon(bar, alpha));
 }
 
 bool hasAlwaysDarkBar()
