@@ -55,6 +55,14 @@ void PanelPopover::build()
             Q_EMIT didClose();
         }
     });
+    connect(m_screen.get(), &PopoverScreen::shadowsChanged, m_window.get(), [this] {
+        if (isShown() && !m_isWindow) {
+            const auto position = m_window->panelPosition();
+            m_window->become(kind());
+            m_window->putPanelAt(position);
+            m_screen->cut(*m_window, m_window->shape());
+        }
+    });
 }
 
 void PanelPopover::show(Place place, const std::optional<ScreenRect> &item)
@@ -97,6 +105,7 @@ void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
         PanelWindow::panelSize);
     m_window->setPanelHeight(area.height());
     m_window->putPanelAt(area.topLeft());
+    m_screen->cut(*m_window, m_window->shape());
 }
 
 void PanelPopover::follow(const ScreenRect &item)

@@ -4,10 +4,24 @@
 
 #include <array>
 #include <utility>
+#include <vector>
+#include <xcb/shape.h>
+#include <xcb/xfixes.h>
 
 namespace kelmoth {
 
-PopoverScreen::PopoverScreen(std::shared_ptr<XConnection> connection) : m_connection(std::move(connection)) {}
+PopoverScreen::PopoverScreen(std::shared_ptr<XConnection> connection) : m_connection(std::move(connection))
+{
+    const auto *extension =
+        m_connection ? xcb_get_extension_data(m_connection->get(), &xcb_xfixes_id) : nullptr;
+    if (!extension || !extension->present) {
+        return;
+    }
+    m_selectionEvent = static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+    connect(m_connection.get(), &XConnection::received, this, &PopoverScreen::take);
+    m_connection->watchCompositor();
+    m_isComposited = m_connection->isComposited();
+}
 
 bool PopoverScreen::canPlaceWindows() const
 {
@@ -22,6 +36,37 @@ bool PopoverScreen::knowsPointer() const
 bool PopoverScreen::canShowShadows() const
 {
     return m_connection && m_connection->isComposited();
+}
+
+void PopoverScreen::take(const xcb_generic_event_t &event)
+{
+    if ((event.response_type & 0x7F) == m_selectionEvent &&
+        std::exchange(m_isComposited, m_connection->isComposited()) != m_isComposited) {
+        Q_EMIT shadowsChanged();
+    }
+}
+
+void PopoverScreen::cut(QWindow &window, const QRegion &shape) const
+{
+    if (!m_connection) {
+        return;
+    }
+    window.create();
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    if (shape.isEmpty()) {
+        xcb_shape_mask(m_connection->get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id, 0, 0, XCB_NONE);
+    } else {
+        std::vector<xcb_rectangle_t> rects;
+        for (const QRect &rect : shape) {
+            rects.push_back({static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
+                             static_cast<std::uint16_t>(rect.width()),
+                             static_cast<std::uint16_t>(rect.height())});
+        }
+        xcb_shape_rectangles(m_connection->get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                             XCB_CLIP_ORDERING_UNSORTED, id, 0, 0, static_cast<std::uint32_t>(rects.size()),
+                             rects.data());
+    }
+    xcb_flush(m_connection->get());
 }
 
 /// Window managers take the state of a window away when it is hidden; the toolkit adds its own to what it

@@ -2,6 +2,8 @@
 
 #include "Platform/Qt/XConnection.h"
 
+#include <QObject>
+#include <QRegion>
 #include <QWindow>
 
 #include <memory>
@@ -9,7 +11,9 @@
 namespace kelmoth {
 
 /// What a screen does for a popover that the toolkit does not ask it for. Main thread.
-class PopoverScreen {
+class PopoverScreen : public QObject {
+    Q_OBJECT
+
 public:
     /// `connection` may be absent.
     explicit PopoverScreen(std::shared_ptr<XConnection> connection);
@@ -27,8 +31,20 @@ public:
     /// Has a window that is about to be shown left out of task bars and pagers.
     void keepOutOfLists(QWindow &window) const;
 
+    /// Leaves of a window only these of its pixels; all when there are none. The toolkit's own mask knows
+    /// only logical ones.
+    void cut(QWindow &window, const QRegion &shape) const;
+
+Q_SIGNALS:
+    /// The answer of `canShowShadows` is another one than before.
+    void shadowsChanged();
+
 private:
+    void take(const xcb_generic_event_t &event);
+
     const std::shared_ptr<XConnection> m_connection;
+    std::uint8_t m_selectionEvent = 0;
+    bool m_isComposited = false;
 };
 
 } // namespace kelmoth

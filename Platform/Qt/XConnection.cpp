@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 
 #include <string>
+#include <xcb/xfixes.h>
 
 namespace kelmoth {
 
@@ -81,9 +82,25 @@ QRect XConnection::areaOf(xcb_window_t window) const
     return size && place ? QRect(place->dst_x, place->dst_y, size->width, size->height) : QRect();
 }
 
+xcb_atom_t XConnection::compositorSelection() const
+{
+    return atom("_NET_WM_CM_S" + std::to_string(m_screenNumber));
+}
+
 bool XConnection::isComposited() const
 {
-    return selectionOwner(atom("_NET_WM_CM_S" + std::to_string(m_screenNumber))) != XCB_NONE;
+    return selectionOwner(compositorSelection()) != XCB_NONE;
+}
+
+void XConnection::watchCompositor()
+{
+    const auto greeting = xcb_xfixes_query_version(m_connection, 1, 0); // it serves nobody who has not asked
+    xcb_discard_reply(m_connection, greeting.sequence);
+    xcb_xfixes_select_selection_input(m_connection, m_root, compositorSelection(),
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    xcb_flush(m_connection);
 }
 
 void XConnection::catchUp()

@@ -48,6 +48,10 @@ public:
     /// Whether a compositor shows windows that others shine through.
     bool isComposited() const;
 
+    /// From now on events of the extension XFIXES, which the server has, tell of compositors that come and
+    /// go.
+    void watchCompositor();
+
     /// Hands on all events of what the server has done up to now: the toolkit may have learnt of it before.
     void catchUp();
 
@@ -59,6 +63,7 @@ private:
 
     XConnection(xcb_connection_t *connection, int screenNumber);
     void dispatch(NextEvent nextEvent);
+    xcb_atom_t compositorSelection() const;
 
     xcb_connection_t *const m_connection;
     const int m_screenNumber;

@@ -14,6 +14,9 @@ class Desktop:
     """Entered, the environment of this process is that of the desktop: set before the accessibility library is
     asked for anything, since it connects once for a process."""
 
+    def __init__(self, size="1280x1024"):
+        self._size = size
+
     def __enter__(self):
         self._children = []
         self.home = tempfile.mkdtemp(prefix="kelmoth-desktop-")
@@ -55,7 +58,7 @@ class Desktop:
     def start_display(self):
         """The name and the process of another X server."""
         number, server = self._announced(
-            ["Xvfb", "-displayfd", "{fd}", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"])
+            ["Xvfb", "-displayfd", "{fd}", "-screen", "0", self._size + "x24", "-nolisten", "tcp", "-noreset"])
         return ":" + number, server
 
     def start_bus(self):

@@ -94,7 +94,7 @@ class Screen:
         self.close(self._item())
 
     def click(self, point, button=1):
-        xtest.fake_input(self._display, X.MotionNotify, x=point[0], y=point[1])
+        self.move(point)
         xtest.fake_input(self._display, X.ButtonPress, button)
         xtest.fake_input(self._display, X.ButtonRelease, button)
         self._display.sync()
@@ -105,6 +105,26 @@ class Screen:
         for kind, code in [*((X.KeyPress, code) for code in codes), *((X.KeyRelease, code) for code in codes)]:
             xtest.fake_input(self._display, kind, code)
         self._display.sync()
+
+    def move(self, point):
+        xtest.fake_input(self._display, X.MotionNotify, x=point[0], y=point[1])
+        self._display.sync()
+
+    def paint_ground(self, color):
+        """The colour of what no window covers, 0xRRGGBB."""
+        self._root.change_attributes(background_pixel=color)
+        self._root.clear_area()
+
+    def picture(self, area):
+        """What is seen there: the samples of all pixels in rows, blue, green, red and an unused one of each."""
+        return bytes(self._root.get_image(*area, X.ZPixmap, 0xFFFFFFFF).data)
+
+    def compositor(self):
+        """A window that says it is the compositor, as long as it is open."""
+        window = self._root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
+        window.set_selection_owner(self._display.intern_atom("_NET_WM_CM_S0"), X.CurrentTime)
+        self._display.sync()
+        return window
 
     def open_window(self, area, is_managed=True):
         """A window of another program, which takes the focus unless it is none of the window manager's business."""

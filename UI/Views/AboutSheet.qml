@@ -28,10 +28,11 @@ FocusScope {
     }
 
     Rectangle {
-        anchors.fill: parent
         color: "black"
+        height: Math.ceil(parent.height) // the panel may end within a logical pixel
         opacity: (Theme.dark ? 0.5 : 0.28) * root.presence
         radius: root.cornerRadius
+        width: Math.ceil(parent.width)
     }
 
     MouseArea {

@@ -29,7 +29,7 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         color: Theme.windowBackground
-        radius: root.cornerRadius
+        visible: root.cornerRadius === 0 // else what it lies in is its ground
     }
 
     FocusScope { // remembers the focus while the sheet has it

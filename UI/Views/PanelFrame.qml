@@ -7,6 +7,7 @@ FocusScope {
 
     required property var model ///< ContentModel
     property real cornerRadius: 0
+    property rect area: Qt.rect(margin, margin, 340, 610) ///< of the panel, on whole pixels of the screen
     property int margin: 0 ///< room for the shadow; none without one
 
     function fadeIn() {
@@ -24,8 +25,14 @@ FocusScope {
         easing.type: Easing.InOutQuad
         from: 0.3 // what is first drawn can be seen
         property: "opacity"
-        target: root
+        target: root.margin > 0 ? root : panel // without a compositor nothing shines through
         to: 1
+    }
+
+    Rectangle { // the window is opaque where it has no shadow, also beside round corners
+        anchors.fill: parent
+        color: Theme.windowBackground
+        visible: root.margin === 0
     }
 
     Surface {
@@ -41,19 +48,26 @@ FocusScope {
     ContentView {
         id: panel
 
-        anchors.fill: parent
-        anchors.margins: root.margin
         cornerRadius: root.cornerRadius
         focus: true
+        height: root.area.height
         model: root.model
+        width: root.area.width
+        x: root.area.x
+        y: root.area.y
     }
 
-    Rectangle {
+    Surface {
         anchors.fill: panel
-        border.color: Theme.outline
-        border.width: 1
-        color: "transparent"
+        borderColor: Theme.outline
+        borderWidth: 1
         radius: root.cornerRadius
         visible: root.cornerRadius > 0
+    }
+
+    WholeFrames {
+        anchors.fill: parent
+        edgeColor: root.margin === 0 ? Theme.windowBackground : "transparent"
+        z: 1000
     }
 }

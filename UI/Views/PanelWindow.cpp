@@ -1,15 +1,18 @@
 #include "UI/Views/PanelWindow.h"
 
+#include "UI/Components/ShapePath.h"
 #include "UI/Views/AboutModel.h"
 #include "UI/Views/Views.h"
 
 #include <QIcon>
+#include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainterPath>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QRegion>
+
+#include <cmath>
 
 namespace kelmoth {
 
@@ -24,11 +27,24 @@ constexpr auto windowFlags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTi
                              Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                              Qt::WindowCloseButtonHint;
 
-QRegion roundedPanel(const QSize &size)
+/// The same at each corner: what the panel's outline covers at least half of.
+QRegion rounded(const QRect &rect, double radius)
 {
-    QPainterPath path;
-    path.addRoundedRect(QRectF(QPointF(), size), cornerRadius, cornerRadius);
-    return {path.toFillPolygon().toPolygon()};
+    QImage corner(QSize(1, 1) * std::ceil(2 * radius), QImage::Format_ARGB32_Premultiplied);
+    corner.fill(Qt::white);
+    cut(corner, continuousRectangle(QRectF({}, rect.size()), radius));
+    QRegion region(rect);
+    for (int y = 0; y < corner.height(); ++y) {
+        int inset = 0;
+        while (qAlpha(corner.pixel(inset, y)) < 128) {
+            ++inset;
+        }
+        for (const int line : {rect.top() + y, rect.bottom() - y}) {
+            region -= QRect(rect.left(), line, inset, 1);
+            region -= QRect(rect.right() - inset + 1, line, inset, 1);
+        }
+    }
+    return region;
 }
 
 } // namespace
@@ -55,6 +71,11 @@ PanelWindow::PanelWindow(ContentModel &model, PanelTranslator &translator)
     setMaximumSize(panelSize);
     setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&model)}});
     setSource(QUrl(QStringLiteral("qrc:/qt/qml/Kelmoth/Views/PanelFrame.qml")));
+    connect(this, &QWindow::screenChanged, this, [this] {
+        if (rootObject()) {
+            fitToPixels();
+        }
+    });
 }
 
 void PanelWindow::become(Kind kind)
@@ -69,7 +90,22 @@ void PanelWindow::become(Kind kind)
         setIcon(QIcon(AboutModel::appIcon()));
     }
     setMargin(kind == Kind::shadowedPopover ? shadowMargin : 0, kind == Kind::window ? 0 : cornerRadius);
-    setMask(kind == Kind::plainPopover ? roundedPanel(m_panel) : QRegion());
+}
+
+QRect PanelWindow::area() const
+{
+    const double scale = devicePixelRatio();
+    // The renderer draws whole logical pixels alone.
+    const auto whole = [scale](int length) {
+        return static_cast<int>(std::floor(std::floor(std::round(length * scale) / scale) * scale));
+    };
+    const int margin = qRound(m_margin * scale);
+    return {margin, margin, whole(m_panel.width()), whole(m_panel.height())};
+}
+
+QRegion PanelWindow::shape() const
+{
+    return m_kind == Kind::plainPopover ? rounded(area(), cornerRadius * devicePixelRatio()) : QRegion();
 }
 
 void PanelWindow::setMargin(int margin, double radius)
@@ -82,6 +118,7 @@ void PanelWindow::setMargin(int margin, double radius)
     if (auto *frame = rootObject()) {
         frame->setProperty("margin", margin);
         frame->setProperty("cornerRadius", radius);
+        fitToPixels();
     }
 }
 
@@ -91,6 +128,14 @@ void PanelWindow::setPanelHeight(int height)
         m_panel.setHeight(height);
         become(m_kind);
     }
+}
+
+void PanelWindow::fitToPixels()
+{
+    const double scale = devicePixelRatio();
+    const QRect pixels = area();
+    rootObject()->setProperty("area",
+                              QRectF(QPointF(pixels.topLeft()) / scale, QSizeF(pixels.size()) / scale));
 }
 
 void PanelWindow::putPanelAt(const QPoint &position)

@@ -4,6 +4,7 @@
 #include "UI/Views/PanelTranslator.h"
 
 #include <QQuickView>
+#include <QRegion>
 
 namespace kelmoth {
 
@@ -29,11 +30,17 @@ public:
     /// built; `errors` then say why.
     PanelWindow(ContentModel &model, PanelTranslator &translator);
 
-    /// Changes what it is; while it is hidden.
+    /// Changes what it is: while it is hidden, or from one popover to the other.
     void become(Kind kind);
 
     /// How high the panel is from now on; its pages take what height there is.
     void setPanelHeight(int height);
+
+    /// What of the window is the panel, in pixels of the screen; empty when all of it is to be seen.
+    QRegion shape() const;
+
+    /// The place of the panel's top left corner, whatever shadow there is around it.
+    QPoint panelPosition() const { return position() + QPoint(m_margin, m_margin); }
 
     /// Moves the panel's top left corner, whatever shadow there is around it.
     void putPanelAt(const QPoint &position);
@@ -47,6 +54,8 @@ protected:
 
 private:
     void setMargin(int margin, double cornerRadius);
+    QRect area() const;
+    void fitToPixels();
 
     Kind m_kind = Kind::plainPopover;
     QSize m_panel = panelSize;
