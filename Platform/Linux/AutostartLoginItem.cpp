@@ -45,7 +45,7 @@ bool isInBuildTree(const QString &path)
 
 } // namespace
 
-AutostartLoginItem::AutostartLoginItem(QString programPath)
+AutostartLoginItem::AutostartLoginItem(const QString &programPath)
     : AutostartLoginItem(programPath, [programPath](AutostartRequest request, const Answer &answer) {
           const int failure = performAutostart(request, programPath);
           if (answer) {

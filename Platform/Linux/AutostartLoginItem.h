@@ -20,7 +20,7 @@ public:
 
     /// `programPath` is the absolute path by which the program is to be started, links and all. What is asked
     /// for is done by this process, before the request returns.
-    explicit AutostartLoginItem(QString programPath);
+    explicit AutostartLoginItem(const QString &programPath);
 
     /// For a process that has what is asked for done by another, which knows the path itself.
     AutostartLoginItem(QString programPath, Ask ask);

@@ -75,7 +75,7 @@ public:
         m_size = static_cast<::socklen_t>(
             offsetof(::sockaddr_un, sun_path) + 1 +
             ("/tmp/.X11-unix/X" + std::to_string(number)).copy(&m_address.sun_path[1], 90));
-        ::bind(m_listener.get(), address(), m_size);
+        (void)::bind(m_listener.get(), address(), m_size);
         ::listen(m_listener.get(), 9);
     }
     int connecting() const

@@ -128,7 +128,7 @@ Ends socketOfTheNetwork()
     ::socklen_t size = sizeof address;
     ::listen(listener.get(), 1); // at a port of the kernel's choice
     ::getsockname(listener.get(), reinterpret_cast<::sockaddr *>(&address), &size);
-    ::connect(reader.get(), reinterpret_cast<::sockaddr *>(&address), size);
+    (void)::connect(reader.get(), reinterpret_cast<::sockaddr *>(&address), size);
     return {FileDescriptor(::accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC)), std::move(reader)};
 }
 
