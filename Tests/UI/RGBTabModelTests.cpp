@@ -116,7 +116,7 @@ TEST_F(RGBTabTest, ShowsOfAStoredBrightnessWhatThereIs)
         settle();
         auto state = manager->deviceState();
         state.rgbSettings[scrollWheel].brightness = stored;
-        defaults->setData("com.kelmoth.deviceState.153", encode(state));
+        defaults->setData("com.kelmoth.deviceState.153", encode(state).value());
         QStringList shown; // the stored light, then that of the mouse
         const auto watch = QObject::connect(&tab(), &RGBTabModel::lightChanged, &tab(),
                                             [&] { shown.append(tab().brightnessText()); });
