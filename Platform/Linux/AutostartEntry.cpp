@@ -21,8 +21,8 @@ namespace kelmoth {
 
 namespace {
 
-/// Takes a link away, which may lead to anything, and a regular file too where that may go. 0, or the errno of
-/// what is in the way.
+/// Takes a link away, which may lead to anything, and a regular file too where that may go. 0, or the errno
+/// of what is in the way.
 int makeWay(const std::string &path, bool mayFileGo)
 {
     struct stat info{};

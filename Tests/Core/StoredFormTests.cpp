@@ -128,8 +128,7 @@ TEST(StoredForm, OfAKeyThatOccursTwiceTheLastValueCounts)
 TEST(StoredForm, RefusesTextThatIsNoRecord)
 {
     const std::string zero(1, '\0');
-    const std::string texts[]{
-        "", "null", "{}{}", "{\"a\":NaN}", sampleText + zero, sampleText + zero + 'x'};
+    const std::string texts[]{"", "null", "{}{}", "{\"a\":NaN}", sampleText + zero, sampleText + zero + 'x'};
     for (const auto &text : texts) {
         std::string failure;
         EXPECT_EQ(decodeDeviceState(text, &failure), std::nullopt);
