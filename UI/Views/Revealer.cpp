@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kelmoth {
 
@@ -21,6 +22,7 @@ void Revealer::setFlickable(QQuickItem *flickable)
         // The toolkit declares its Flickable in no public header.
         connect(flickable, SIGNAL(contentHeightChanged()), this, SLOT(revealAgain()));
         connect(flickable, SIGNAL(movementStarted()), this, SLOT(forget()));
+        connect(flickable, &QQuickItem::visibleChanged, this, &Revealer::forget);
         follow(flickable->window());
     }
     Q_EMIT flickableChanged();
@@ -35,6 +37,15 @@ void Revealer::follow(QQuickWindow *window)
                 reveal(window->activeFocusItem());
             }
         });
+    }
+}
+
+/// What folds lets the rest be where it is.
+void Revealer::revealAgain()
+{
+    const double height = m_flickable->property("contentHeight").toDouble();
+    if (height > std::exchange(m_contentHeight, height)) {
+        reveal(m_revealed);
     }
 }
 

@@ -23,7 +23,7 @@ public:
 
     /// Scrolls up or down as far as it takes to show `item` with a little around it; of one that is higher
     /// than the Flickable the upper part. Nothing for an item that is not in the Flickable. While the content
-    /// grows, the item stays in sight until the user scrolls.
+    /// grows, the item stays in sight until the user scrolls or the Flickable is out of sight.
     Q_INVOKABLE void reveal(QQuickItem *item);
 
 Q_SIGNALS:
@@ -31,7 +31,7 @@ Q_SIGNALS:
     void activeChanged();
 
 private Q_SLOTS:
-    void revealAgain() { reveal(m_revealed); }
+    void revealAgain();
     void forget() { m_revealed.clear(); }
 
 private:
@@ -39,6 +39,7 @@ private:
 
     QPointer<QQuickItem> m_flickable;
     QPointer<QQuickItem> m_revealed;
+    double m_contentHeight = 0;
     QMetaObject::Connection m_focus;
     bool m_active = false;
 };
