@@ -1,4 +1,5 @@
-"""A desktop of a test's own: X server, window manager, session bus and accessibility bus, in a home of its own.
+"""A desktop of a test's own: X server, window manager, session bus and accessibility bus, in a home of its own, with
+the fonts that were built for the program that is its first argument, of the family that KELMOTH_FONT names.
 
 Nothing of the user's is touched, and everything that is started ends with the `with` statement.
 """
@@ -7,6 +8,7 @@ import os
 import re
 import shutil
 import subprocess
+import sys
 import tempfile
 
 
@@ -22,8 +24,11 @@ class Desktop:
         self.home = tempfile.mkdtemp(prefix="kelmoth-desktop-")
         runtime = os.path.join(self.home, "run")
         os.mkdir(runtime, 0o700)
-        for name in [name for name in os.environ if re.match("XDG_|WAYLAND|QT_|GTK_|LC_|LANG", name)]:
+        for name in [name for name in os.environ if re.match("XDG_|WAYLAND|QT_|GTK_|LC_|LANG|FONTCONFIG", name)]:
             del os.environ[name]
+        fonts = os.path.join(os.path.dirname(sys.argv[1]), "../fonts", os.environ.get("KELMOTH_FONT", "DejaVu Sans"))
+        # The confined program may read the whole of that path.
+        os.environ.update(FONTCONFIG_PATH=fonts, FONTCONFIG_FILE=os.path.join(fonts, "fonts.conf"))
         os.environ.update(HOME=self.home, XDG_RUNTIME_DIR=runtime, LC_ALL="C.UTF-8", LANGUAGE="en",
                           XDG_CONFIG_HOME=os.path.join(self.home, "config"),
                           QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
