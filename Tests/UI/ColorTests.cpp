@@ -1,4 +1,5 @@
 #include "Core/Services/Appearance.h"
+#include "Tests/UI/Scene.h"
 #include "UI/Components/Contrast.h"
 #include "UI/Components/Theme.h"
 
@@ -93,6 +94,27 @@ TEST(ThemeTest, FollowsThePreferenceWhileTheProgramRuns)
     EXPECT_LT(theme.windowBackground().lightness(), window.lightness());
     EXPECT_GT(contrastRatio(theme.stage(QStringLiteral("white")), theme.stage(QStringLiteral("red"))), 1.5);
     preferences.setAppearanceMode(0);
+}
+
+TEST(ThemeTest, ColorsFadeButNotFromOneSchemeToTheOther)
+{
+    Scene scene(R"(
+Item {
+    property bool picked: false
+    property color plain: picked ? Theme.accent : Theme.label
+    property color fading: plain
+    ColorFade on fading { }
+})");
+    const auto lags = [&] { return scene.root()->property("fading") != scene.root()->property("plain"); };
+    scene.root()->setProperty("picked", true);
+    EXPECT_TRUE(lags());
+    Preferences::shared().setAppearanceMode(2);
+    EXPECT_FALSE(lags());
+    Preferences::shared().setAppearanceMode(1);
+    EXPECT_FALSE(lags());
+    scene.root()->setProperty("picked", false);
+    EXPECT_TRUE(lags());
+    Preferences::shared().setAppearanceMode(0);
 }
 
 } // namespace

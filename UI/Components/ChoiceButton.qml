@@ -81,7 +81,7 @@ PressArea {
 
             ColorFade on color {
                 damping: 0.7
-                enabled: root.moves
+                moves: root.moves
                 response: 0.3
             }
         }

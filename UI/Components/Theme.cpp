@@ -60,7 +60,15 @@ void Theme::update()
     m_scheme = scheme;
     m_reduceMotion = appearance.reduceMotion();
     m_palette = Palette::of(scheme);
+    setChanging(true);
     Q_EMIT changed();
+    setChanging(false);
+}
+
+void Theme::setChanging(bool isChanging)
+{
+    m_isChanging = isChanging;
+    Q_EMIT changingChanged();
 }
 
 QString Theme::roundedFamily()

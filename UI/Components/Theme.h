@@ -17,6 +17,8 @@ class Theme : public QObject {
     Q_PROPERTY(bool dark READ isDark NOTIFY changed)
     /// Nothing moves or fades.
     Q_PROPERTY(bool reduceMotion READ reduceMotion NOTIFY changed)
+    /// True while all colours become those of another scheme: they fade for other reasons only.
+    Q_PROPERTY(bool changing READ isChanging NOTIFY changingChanged)
     /// Nothing shines through.
     Q_PROPERTY(bool reduceTransparency READ reduceTransparency NOTIFY changed)
     /// A font with round ends, where one is installed; else the program's own.
@@ -58,6 +60,7 @@ public:
 
     bool isDark() const { return m_scheme.dark; }
     bool reduceMotion() const { return m_reduceMotion; }
+    bool isChanging() const { return m_isChanging; }
     bool reduceTransparency() const { return m_scheme.opaque; }
     static QString roundedFamily();
     QColor label() const { return m_palette.label; }
@@ -100,12 +103,15 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void changingChanged();
 
 private:
     void update();
+    void setChanging(bool isChanging);
 
     Scheme m_scheme;
     bool m_reduceMotion = false;
+    bool m_isChanging = false;
     Palette m_palette;
 };
 

@@ -176,7 +176,7 @@ ScrollArea {
             onMoved: position => root.model.dragBrightness(position)
 
             ColorFade on light {
-                enabled: preview.motion === LightPreview.Soft
+                moves: preview.motion === LightPreview.Soft
             }
         }
 
