@@ -157,10 +157,14 @@ TEST_F(ViewTest, TheKeyboardDoesItAll)
         EXPECT_EQ(focused(), next);
     }
     key(Qt::Key_Right);
+    time->hold();
+    key(Qt::Key_Space);
+    EXPECT_TRUE(state("Stage 2", radio).disabled);
+    EXPECT_TRUE(state("Stage 2", radio).focused);
     key(Qt::Key_Space);
     finishAll();
     EXPECT_EQ(mouse().state().activeStage, 2);
-    EXPECT_EQ(focused(), "Stage 2"); // also after it was disabled for a while
+    EXPECT_EQ(focused(), "Stage 2");
     for (int i = 0; i < 4; ++i) {
         key(Qt::Key_Tab);
     }

@@ -27,11 +27,7 @@ void tell(QObject *item, QAccessible::State changed)
 
 Operable::Operable(QQuickItem *parent) : QQuickItem(parent)
 {
-    connect(this, &QQuickItem::enabledChanged, this, [this] {
-        QAccessible::State changed;
-        changed.disabled = true;
-        tell(this, changed);
-    });
+    connect(this, &QQuickItem::enabledChanged, this, &Operable::tellOperable);
 }
 
 void Operable::announce()
@@ -61,7 +57,8 @@ void Operable::setUsable(bool usable)
 {
     if (m_usable != usable) {
         m_usable = usable;
-        setEnabled(usable);
+        setEnabled(usable || hasActiveFocus());
+        tellOperable();
         Q_EMIT usableChanged();
         constexpr int moment = 250; // milliseconds
         if (usable) {
@@ -70,6 +67,24 @@ void Operable::setUsable(bool usable)
         } else {
             m_dimming.start(moment, this);
         }
+    }
+}
+
+void Operable::itemChange(ItemChange change, const ItemChangeData &data)
+{
+    QQuickItem::itemChange(change, data);
+    if (change == ItemActiveFocusHasChanged && !data.boolValue && !m_usable) {
+        setEnabled(false);
+    }
+}
+
+void Operable::tellOperable()
+{
+    if (m_wasOperable != isOperable()) {
+        m_wasOperable = isOperable();
+        QAccessible::State changed;
+        changed.disabled = true;
+        tell(this, changed);
     }
 }
 

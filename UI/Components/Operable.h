@@ -16,7 +16,8 @@ class Operable : public QQuickItem {
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     Q_PROPERTY(QString description READ description WRITE setDescription NOTIFY descriptionChanged)
     /// Whether its owner lets it be used: it is disabled while not, and looks so. What is disabled from
-    /// above, for a while or under a veil, keeps its looks.
+    /// above, for a while or under a veil, keeps its looks. An item that has the keyboard's focus keeps it:
+    /// it only counts as disabled, and becomes so once the focus leaves.
     Q_PROPERTY(bool usable READ isUsable WRITE setUsable NOTIFY usableChanged)
     /// Whether it looks so: only after a while, since a moment's pause is not worth a flicker.
     Q_PROPERTY(bool dimmed READ isDimmed NOTIFY dimmedChanged)
@@ -43,6 +44,8 @@ public:
     QString text() const { return m_text; }
     QString description() const { return m_description; }
     bool isUsable() const { return m_usable; }
+    /// Whether it reacts: it is enabled, from above, too, and may be used.
+    bool isOperable() const { return isEnabled() && m_usable; }
     bool isDimmed() const { return m_dimmed; }
     int role() const { return m_role; }
     bool isSelected() const { return m_selected; }
@@ -88,14 +91,17 @@ Q_SIGNALS:
     void valueWished(double wish);
 
 protected:
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
     void timerEvent(QTimerEvent *event) override;
 
 private:
     void setDimmed(bool dimmed);
+    void tellOperable();
 
     QString m_text;
     QString m_description;
     bool m_usable = true;
+    bool m_wasOperable = true; ///< as assistive tools know it
     bool m_dimmed = false;
     QBasicTimer m_dimming;
     int m_role = QAccessible::Button;

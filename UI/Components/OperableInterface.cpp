@@ -69,7 +69,7 @@ QAccessible::State OperableInterface::state() const
         window != nullptr && window->isVisible() && item()->isVisible() && item()->opacity() > 0;
     const QRectF inWindow = item()->mapRectToScene(item()->boundingRect());
     QAccessible::State state;
-    state.disabled = !item()->isEnabled();
+    state.disabled = !item()->isOperable();
     state.invisible = !shown;
     state.offscreen = shown && !inWindow.intersects(QRectF(QPointF(), window->size()));
     state.focusable = item()->activeFocusOnTab();
@@ -114,7 +114,7 @@ QStringList OperableInterface::actionNames() const
 
 void OperableInterface::doAction(const QString &actionName)
 {
-    if (!item()->isEnabled() || !actionNames().contains(actionName)) {
+    if (!item()->isOperable() || !actionNames().contains(actionName)) {
         return;
     }
     if (actionName == setFocusAction()) {
@@ -137,7 +137,7 @@ void OperableInterface::setCurrentValue(const QVariant &value)
 {
     bool isNumber = false;
     const double wish = value.toDouble(&isNumber);
-    if (isNumber && item()->isEnabled()) {
+    if (isNumber && item()->isOperable()) {
         Q_EMIT item()->valueWished(wish);
     }
 }

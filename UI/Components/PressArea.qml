@@ -7,22 +7,29 @@ Operable {
 
     property real focusRadius: 8
     property int focusShape: Surface.Rectangle
-    readonly property bool hovered: area.containsMouse && enabled
+    property Item focusItem: root ///< what the focus ring lies around
+    readonly property bool hovered: area.containsMouse && enabled && !dimmed
     readonly property bool pressed: area.pressed && area.containsMouse
     default property alias content: holder.data
 
     signal triggered
 
+    function press(): void {
+        if (usable) {
+            triggered();
+        }
+    }
+
     Accessible.role: role
-    Keys.onEnterPressed: event => event.isAutoRepeat || triggered()
-    Keys.onReturnPressed: event => event.isAutoRepeat || triggered()
-    Keys.onSpacePressed: event => event.isAutoRepeat || triggered()
+    Keys.onEnterPressed: event => event.isAutoRepeat || press()
+    Keys.onReturnPressed: event => event.isAutoRepeat || press()
+    Keys.onSpacePressed: event => event.isAutoRepeat || press()
 
     activeFocusOnTab: true
     implicitHeight: holder.children.length === 1 ? holder.children[0].implicitHeight : 0
     implicitWidth: holder.children.length === 1 ? holder.children[0].implicitWidth : 0
 
-    onPressWished: triggered()
+    onPressWished: press()
 
     Item {
         anchors.fill: parent
@@ -48,8 +55,11 @@ Operable {
         anchors.fill: parent
         hoverEnabled: true
 
-        onClicked: root.triggered()
-        onPressed: root.forceActiveFocus(Qt.MouseFocusReason)
+        onClicked: root.press()
+        onPressed: mouse => {
+            mouse.accepted = root.usable;
+            root.forceActiveFocus(Qt.MouseFocusReason);
+        }
     }
 
     FocusRing {
