@@ -66,7 +66,7 @@ TEST(Slider, ADragIsOneEditInSteps)
     EXPECT_FALSE(item->property("editing").toBool());
 }
 
-TEST(Slider, EachKeyAndEachStepOfAToolIsAnEditOfItsOwn)
+TEST(Slider, EachKeyEachHeldKeyAndEachStepOfAToolIsAnEditOfItsOwn)
 {
     Scene scene(slider);
     QQuickItem *item = scene.item("slider");
@@ -80,6 +80,23 @@ TEST(Slider, EachKeyAndEachStepOfAToolIsAnEditOfItsOwn)
     scene.key(Qt::Key_End);
     scene.key(Qt::Key_Left);
     EXPECT_EQ(scene.log(), "start 100 end start 600 end start 1100 end start 1000 end");
+
+    const auto send = [&](QEvent::Type type, bool isRepeat) {
+        QKeyEvent event(type, Qt::Key_Left, Qt::NoModifier, QString(), isRepeat);
+        QCoreApplication::sendEvent(&scene.window(), &event);
+    };
+    for (const bool isRepeat : {false, true, true}) {
+        send(QEvent::KeyPress, isRepeat);
+        send(QEvent::KeyRelease, true); // as X11 has it
+    }
+    EXPECT_EQ(scene.log(), "start 900 end start 800 700");
+    send(QEvent::KeyRelease, false);
+    EXPECT_EQ(scene.log(), "end");
+    send(QEvent::KeyPress, true);
+    scene.root()->forceActiveFocus();
+    EXPECT_EQ(scene.log(), "start 600 end") << "the focus has left";
+    item->forceActiveFocus();
+    scene.root()->setProperty("shown", 1000);
 
     auto *tool = withRole(item, QAccessible::Slider);
     ASSERT_TRUE(tool && tool->valueInterface());
@@ -106,6 +123,43 @@ TEST(Slider, EachKeyAndEachStepOfAToolIsAnEditOfItsOwn)
     EXPECT_EQ(scene.log(), "");
     EXPECT_EQ(value->currentValue().toDouble(), 700);
     EXPECT_TRUE(tool->state().disabled);
+    EXPECT_TRUE(tool->state().focused) << "it may be for a moment";
+    scene.root()->forceActiveFocus();
+    scene.key(Qt::Key_Tab);
+    EXPECT_FALSE(tool->state().focused) << "the focus does not come anew";
+}
+
+TEST(Strip, IsTakenHoldOfByItsKnobWhichStandsAtTheValue)
+{
+    Scene scene(R"(
+Item {
+    property string log
+    property real shown: 1
+    width: 300; height: 100
+    Strip {
+        objectName: "strip"; x: 20; width: 200; position: parent.shown
+        onMoved: value => { parent.shown = value; parent.log += value.toFixed(2) + " "; }
+        onEnded: parent.log += "end "
+    }
+})");
+    auto *strip = scene.item("strip");
+    auto *knob = strip->childItems().constLast();
+    const auto middle = [&] { return knob->mapToItem(strip, QPointF(knob->width() / 2, 0)).x(); };
+    EXPECT_EQ(middle(), 200);
+    const QPoint hold = scene.at(strip, 1) + QPoint(6, 0); // beyond the strip's end
+    QTest::mouseMove(&scene.window(), hold);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return knob->scale() == 1.12; }));
+    QTest::mousePress(&scene.window(), Qt::LeftButton, {}, hold);
+    EXPECT_EQ(scene.log(), "");
+    QTest::mouseMove(&scene.window(), hold - QPoint(100, 0));
+    QTest::mouseRelease(&scene.window(), Qt::LeftButton, {}, hold - QPoint(100, 0));
+    EXPECT_EQ(scene.log(), "0.50 end");
+    EXPECT_EQ(middle(), 100);
+    QTest::mouseClick(&scene.window(), Qt::LeftButton, {}, scene.at(strip, 0.25));
+    EXPECT_EQ(scene.log(), "0.25 end");
+    EXPECT_EQ(middle(), 50);
+    QTest::mouseMove(&scene.window(), QPoint(5, 90));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return knob->scale() == 1; }));
 }
 
 constexpr auto choices = R"(

@@ -1,7 +1,7 @@
 import QtQuick
 import Kelmoth.Components
 
-/// A bar of colours with a marker on it; its whole width is the range.
+/// A bar of colours with a marker on it. Its whole width is the range: at its ends the marker stands over them.
 ValueHandle {
     id: root
 
@@ -9,7 +9,7 @@ ValueHandle {
     property alias stops: bar.stops     ///< of the gradient: objects with position and color
     property color markerColor: "transparent"
     property bool moves: false ///< the marker goes to its place, and is not there at once
-    readonly property real shownPosition: marker.x / Math.max(1, width - marker.width)
+    readonly property real shownPosition: Math.max(0, Math.min((marker.x + marker.width / 2) / Math.max(1, width), 1))
 
     signal ended
 
@@ -17,6 +17,7 @@ ValueHandle {
 
     implicitHeight: 18
     implicitWidth: 200
+    knobWidth: 18
     opacity: dimmed ? 0.45 : 1
 
     onEditingEnded: ended()
@@ -39,20 +40,14 @@ ValueHandle {
         width: parent.width
     }
 
-    Surface {
+    Knob {
         id: marker
 
-        anchors.verticalCenter: parent.verticalCenter
         borderColor: "white"
         borderWidth: 3
         color: root.markerColor
-        height: 18
+        handle: root
         shadowColor: "#60000000"
-        shadowRadius: 3
-        shadowY: 1
-        shape: Surface.Circle
-        width: 18
-        x: Math.round(root.fraction * (root.width - width))
 
         Behavior on x {
             enabled: root.moves
@@ -60,11 +55,6 @@ ValueHandle {
             EaseInOut {
                 time: 180
             }
-        }
-
-        FocusRing {
-            shape: Surface.Circle
-            target: root
         }
     }
 }

@@ -13,9 +13,11 @@ ValueHandle::ValueHandle(QQuickItem *parent) : Operable(parent)
     setRole(QAccessible::Slider);
     setActiveFocusOnTab(true);
     setAcceptedMouseButtons(Qt::LeftButton);
+    setAcceptHoverEvents(true);
     connect(this, &Operable::valueWished, this, &ValueHandle::edit);
     connect(this, &Operable::valueChanged, this, &ValueHandle::fractionChanged);
     connect(this, &Operable::rangeChanged, this, &ValueHandle::fractionChanged);
+    connect(this, &ValueHandle::fractionChanged, this, &ValueHandle::updateKnob);
 }
 
 double ValueHandle::fraction() const
@@ -39,6 +41,21 @@ double ValueHandle::valueAt(double x) const
     return possible(minimumValue() + (x - m_inset) / length * (maximumValue() - minimumValue()));
 }
 
+double ValueHandle::knobX() const
+{
+    return m_inset + fraction() * (width() - 2 * m_inset);
+}
+
+bool ValueHandle::isOnKnob(double x) const
+{
+    return std::abs(x - knobX()) <= m_knobWidth / 2;
+}
+
+bool ValueHandle::contains(const QPointF &point) const
+{
+    return QQuickItem::contains({isOnKnob(point.x()) ? width() / 2 : point.x(), point.y()});
+}
+
 /// An edit that begins and ends at once.
 void ValueHandle::edit(double wish)
 {
@@ -57,6 +74,8 @@ void ValueHandle::setEditing(bool editing)
         return;
     }
     m_editing = editing;
+    m_heldKey = editing ? m_heldKey : 0;
+    updateKnob();
     Q_EMIT editingChanged();
     if (editing) {
         Q_EMIT editingStarted();
@@ -91,31 +110,94 @@ std::optional<double> ValueHandle::wishOf(int key) const
 
 void ValueHandle::keyPressEvent(QKeyEvent *event)
 {
-    if (const auto wish = wishOf(event->key())) {
+    const auto wish = wishOf(event->key());
+    if (!wish || !isUsable()) {
+        event->ignore();
+    } else if (m_heldKey == 0 && !event->isAutoRepeat()) {
         edit(*wish);
+    } else if (m_heldKey != 0 || (!m_editing && possible(*wish) != value())) {
+        m_heldKey = event->key();
+        setEditing(true);
+        Q_EMIT moved(possible(*wish));
+    }
+}
+
+void ValueHandle::keyReleaseEvent(QKeyEvent *event)
+{
+    if (m_heldKey != 0 && event->key() == m_heldKey && !event->isAutoRepeat()) {
+        setEditing(false);
     } else {
         event->ignore();
     }
 }
 
+void ValueHandle::focusOutEvent(QFocusEvent *event)
+{
+    Operable::focusOutEvent(event);
+    if (m_heldKey != 0) {
+        setEditing(false);
+    }
+}
+
+void ValueHandle::hoverEnterEvent(QHoverEvent *event)
+{
+    followPointer(event->position().x());
+}
+
+void ValueHandle::hoverMoveEvent(QHoverEvent *event)
+{
+    followPointer(event->position().x());
+}
+
+void ValueHandle::hoverLeaveEvent(QHoverEvent *)
+{
+    followPointer(std::nullopt);
+}
+
+void ValueHandle::followPointer(std::optional<double> x)
+{
+    m_pointer = x;
+    updateKnob();
+}
+
+void ValueHandle::updateKnob()
+{
+    const bool isDragged = m_editing && m_heldKey == 0;
+    const bool isHovered = isDragged || (m_pointer && isOnKnob(*m_pointer));
+    if (m_isKnobHovered != isHovered) {
+        m_isKnobHovered = isHovered;
+        Q_EMIT knobHoveredChanged();
+    }
+}
+
 void ValueHandle::mousePressEvent(QMouseEvent *event)
 {
+    if (!isUsable()) {
+        event->ignore();
+        return;
+    }
     setKeepMouseGrab(true); // from a page that scrolls
     forceActiveFocus(Qt::MouseFocusReason);
+    const double x = event->position().x();
+    const bool isHeld = isOnKnob(x);
+    m_hold = isHeld ? x - knobX() : 0;
     setEditing(true);
-    Q_EMIT moved(valueAt(event->position().x()));
+    if (!isHeld) {
+        Q_EMIT moved(valueAt(x));
+    }
 }
 
 void ValueHandle::mouseMoveEvent(QMouseEvent *event)
 {
     if (m_editing) {
-        Q_EMIT moved(valueAt(event->position().x()));
+        Q_EMIT moved(valueAt(event->position().x() - m_hold));
     }
 }
 
-void ValueHandle::mouseReleaseEvent(QMouseEvent *)
+void ValueHandle::mouseReleaseEvent(QMouseEvent *event)
 {
     setKeepMouseGrab(false);
+    followPointer(event->position().x());
     setEditing(false);
 }
 

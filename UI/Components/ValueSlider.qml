@@ -2,7 +2,7 @@ import QtQuick
 import Kelmoth.Components
 
 /// A value on a line. The owner binds `value` and takes what `moved` tells; a drag is one edit, and so is each
-/// key and each step by assistive tools.
+/// key, all repeats of one that is held, and each step by assistive tools.
 ValueHandle {
     id: root
 
@@ -13,7 +13,8 @@ ValueHandle {
 
     implicitHeight: 20
     implicitWidth: 200
-    inset: knob.width / 2
+    inset: knobWidth / 2
+    knobWidth: 16
     opacity: dimmed ? 0.45 : 1
     stepSize: step > 0 ? step : (to - from) / 20
 
@@ -39,24 +40,12 @@ ValueHandle {
         width: knob.x + knob.width / 2
     }
 
-    Surface {
+    Knob {
         id: knob
 
-        anchors.verticalCenter: parent.verticalCenter
         borderColor: Theme.outline
         borderWidth: 0.5
         color: Theme.knob
-        height: 16
-        shadowColor: "#48000000"
-        shadowRadius: 3
-        shadowY: 1
-        shape: Surface.Circle
-        width: 16
-        x: Math.round(root.fraction * (root.width - width))
-
-        FocusRing {
-            shape: Surface.Circle
-            target: root
-        }
+        handle: root
     }
 }

@@ -157,6 +157,8 @@ ScrollArea {
             property color light: root.model.currentColor
 
             Layout.fillWidth: true
+            Layout.leftMargin: knobWidth / 2 - 2 // clear of the knob at either end
+            Layout.rightMargin: knobWidth / 2 - 2
             markerColor: Theme.dark ? Theme.gray : Theme.white
             position: root.model.brightness
             stops: [
