@@ -45,11 +45,10 @@ PressArea {
         }
     }
 
-    Surface {
-        anchors.fill: parent
-        color: root.pressed ? Theme.press : Theme.hover
+    PressLook {
         radius: 7
-        visible: root.hovered && !root.selected || root.pressed
+        rests: root.selected
+        target: root
     }
 
     Row {

@@ -63,6 +63,7 @@ Operable {
     }
 
     FocusRing {
+        parent: root.focusItem
         radius: root.focusRadius + 3
         shape: root.focusShape
         target: root

@@ -78,9 +78,15 @@ Item {
 
                 onTriggered: root.picked(index)
 
+                PressLook {
+                    radius: 5.5
+                    rests: segment.selected
+                    target: segment
+                }
+
                 AppText {
                     anchors.centerIn: parent
-                    color: segment.selected || segment.hovered ? Theme.label : Theme.secondaryLabel
+                    color: segment.selected ? Theme.label : Theme.secondaryLabel
                     horizontalAlignment: Text.AlignHCenter
                     size: 11
                     text: segment.modelData

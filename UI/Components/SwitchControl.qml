@@ -10,7 +10,8 @@ PressArea {
     signal toggled(value: bool)
 
     checkable: true
-    focusRadius: 6
+    focusItem: track
+    focusShape: Surface.Capsule
     implicitHeight: 24
     implicitWidth: label.implicitWidth + 12 + track.width
     role: Accessible.CheckBox
@@ -39,6 +40,11 @@ PressArea {
         height: 20
         shape: Surface.Capsule
         width: 34
+
+        PressLook {
+            shape: Surface.Capsule
+            target: root
+        }
 
         Surface {
             anchors.verticalCenter: parent.verticalCenter

@@ -237,11 +237,9 @@ FocusScope {
                         shape: Surface.Capsule
                     }
 
-                    Surface {
-                        anchors.fill: parent
-                        color: close.pressed ? Theme.press : Theme.hover
+                    PressLook {
                         shape: Surface.Capsule
-                        visible: close.hovered || close.pressed
+                        target: close
                     }
 
                     AppText {

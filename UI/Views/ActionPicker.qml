@@ -49,9 +49,15 @@ Column {
 
                 Surface {
                     anchors.fill: parent
-                    color: action.selected ? Theme.alpha(Theme.accent, 0.15) : action.pressed ? Theme.press : Theme.hover
+                    color: Theme.alpha(Theme.accent, 0.15)
                     radius: 6
-                    visible: action.selected || action.hovered || action.pressed
+                    visible: action.selected
+                }
+
+                PressLook {
+                    radius: 6
+                    rests: action.selected
+                    target: action
                 }
 
                 Symbol {

@@ -59,12 +59,10 @@ Item {
 
         onTriggered: root.model.toggleButton(root.button)
 
-        Surface {
-            anchors.fill: parent
+        PressLook {
             anchors.margins: 1
-            color: header.pressed ? Theme.press : Theme.hover
             radius: root.first || root.last ? 9 : 0
-            visible: header.hovered || header.pressed
+            target: header
         }
 
         RowLayout {

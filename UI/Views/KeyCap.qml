@@ -18,16 +18,21 @@ PressArea {
         anchors.fill: parent
         borderColor: Theme.outline
         borderWidth: 1
-        color: root.hovered ? Theme.accentPlain : Theme.controlBackground
+        color: Theme.controlBackground
         radius: 4
         shadowColor: "#1e000000"
         shadowRadius: 2
         shadowY: 1
     }
 
+    PressLook {
+        radius: 4
+        target: root
+    }
+
     AppText {
         anchors.centerIn: parent
-        color: root.hovered ? Theme.white : Theme.label
+        color: Theme.label
         fontSizeMode: Text.HorizontalFit
         horizontalAlignment: Text.AlignHCenter
         minimumPixelSize: 8

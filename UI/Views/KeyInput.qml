@@ -55,11 +55,9 @@ Column {
                     radius: 4
                 }
 
-                Surface {
-                    anchors.fill: parent
-                    color: modifier.pressed ? Theme.press : Theme.hover
+                PressLook {
                     radius: 4
-                    visible: modifier.hovered || modifier.pressed
+                    target: modifier
                 }
 
                 AppText {

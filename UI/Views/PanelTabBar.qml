@@ -80,11 +80,10 @@ Item {
                     radius: 10
                 }
 
-                Surface {
-                    anchors.fill: parent
-                    color: tab.pressed ? Theme.press : Theme.hover
+                PressLook {
                     radius: 10
-                    visible: tab.pressed || tab.hovered && !tab.selected
+                    rests: tab.selected
+                    target: tab
                 }
 
                 Surface {

@@ -34,11 +34,10 @@ PressArea {
         radius: root.radius
     }
 
-    Surface {
-        anchors.fill: parent
-        color: root.pressed ? Theme.press : Theme.hover
+    PressLook {
         radius: root.radius
-        visible: root.pressed || root.hovered && !root.selected
+        rests: root.selected
+        target: root
     }
 
     Surface {
