@@ -84,6 +84,8 @@ FocusScope {
                 }
 
                 PanelPage {
+                    id: dpiPage
+
                     current: root.model.selectedTab === 0
                     model: root.model.dpiTab
                     moves: root.entrance > 0
@@ -92,6 +94,8 @@ FocusScope {
                 }
 
                 PanelPage {
+                    id: rgbPage
+
                     current: root.model.selectedTab === 1
                     model: root.model.rgbTab
                     moves: root.entrance > 0
@@ -100,6 +104,8 @@ FocusScope {
                 }
 
                 PanelPage {
+                    id: buttonsPage
+
                     current: root.model.selectedTab === 2
                     model: root.model.buttonsTab
                     moves: root.entrance > 0
@@ -117,6 +123,7 @@ FocusScope {
                 PanelNotice {
                     anchors.fill: parent
                     model: root.model
+                    waits: dpiPage.waits || rgbPage.waits || buttonsPage.waits
                 }
             }
 

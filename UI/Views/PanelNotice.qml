@@ -3,16 +3,18 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Kelmoth.Components
 
-/// Says over a page why it cannot be used.
+/// Says over a page why it cannot be used. It comes and goes with the page, and at once with what the page can do.
 Item {
     id: root
 
     required property var model ///< ContentModel
+    property bool waits: false ///< until a page looks as if it could not be used
+    property real presence: model.selectedTab === 3 ? 0 : 1 ///< of a page that it can lie over
 
-    opacity: model.isPageUsable ? 0 : 1
+    opacity: model.isDeviceSupported || waits ? 0 : presence
     visible: opacity > 0
 
-    Behavior on opacity {
+    Behavior on presence {
         EaseInOut {
             time: 180
         }

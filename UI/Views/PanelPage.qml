@@ -13,6 +13,7 @@ Item {
     property bool moves: true ///< or is there, or gone, at once
     property real place: 1 ///< -1 before the leading edge, 0 in sight, 1 behind the trailing edge
     property alias veiled: page.veiled
+    readonly property alias waits: page.waits
 
     function load() {
         if (current && loader.status === Loader.Null) {
