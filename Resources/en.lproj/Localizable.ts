@@ -72,6 +72,14 @@
         <translation>Battery</translation>
     </message>
     <message>
+        <source>Charging</source>
+        <translation>Charging</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Pages</translation>
+    </message>
+    <message>
         <source>No Device Connected</source>
         <translation>No Device Connected</translation>
     </message>
@@ -182,6 +190,10 @@ via USB dongle (2.4GHz)</translation>
     <message>
         <source>Hue</source>
         <translation>Hue</translation>
+    </message>
+    <message>
+        <source>Lighting zone</source>
+        <translation>Lighting zone</translation>
     </message>
     <message>
         <source>Brightness</source>

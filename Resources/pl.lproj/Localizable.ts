@@ -72,6 +72,14 @@
         <translation>Bateria</translation>
     </message>
     <message>
+        <source>Charging</source>
+        <translation>Ładowanie</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Strony</translation>
+    </message>
+    <message>
         <source>No Device Connected</source>
         <translation>Nie podłączono urządzenia</translation>
     </message>
@@ -182,6 +190,10 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
     <message>
         <source>Hue</source>
         <translation>Odcień</translation>
+    </message>
+    <message>
+        <source>Lighting zone</source>
+        <translation>Strefa podświetlenia</translation>
     </message>
     <message>
         <source>Brightness</source>

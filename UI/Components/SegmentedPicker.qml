@@ -9,7 +9,7 @@ Item {
 
     property var model: []
     property int currentIndex: 0
-    property string text ///< what is picked
+    property string text ///< its name: what is picked
     property bool usable: true
     readonly property real segmentWidth: (width - 4) / Math.max(1, model.length)
     property real markPlace: currentIndex ///< of the mark, on its way

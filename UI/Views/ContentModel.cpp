@@ -120,7 +120,7 @@ bool ContentModel::showsBattery() const
 
 QString ContentModel::batteryIcon() const
 {
-    if (device() && device()->isCharging) {
+    if (isCharging()) {
         return QStringLiteral("battery.100.bolt");
     }
     const Int level = device() ? device()->batteryLevel.value_or(0) : 0;

@@ -12,7 +12,7 @@ namespace kelmoth {
 
 /// The panel itself, with the models of all that is in it. The view shows of it:
 /// - the header: `deviceName` (shown as it stands), `connectionIcon`, `connectionLabel` (a key) and, while
-///   `showsBattery`, `batteryIcon` and `batteryText` (as it stands);
+///   `showsBattery`, `batteryIcon` and `batteryText` (as it stands), and for assistive tools `isCharging`;
 /// - `tabs`: a button for each row of `label` (a key), `icon`, `selected`; a tap is `selectTab(row)`;
 /// - the page of `selectedTab` (0 DPI, 1 RGB, 2 Buttons, 3 Settings), with `dpiTab`, `rgbTab`, `buttonsTab`
 /// or
@@ -33,6 +33,7 @@ class ContentModel : public QObject {
     Q_PROPERTY(bool showsBattery READ showsBattery NOTIFY headerChanged)
     Q_PROPERTY(QString batteryIcon READ batteryIcon NOTIFY headerChanged)
     Q_PROPERTY(QString batteryText READ batteryText NOTIFY headerChanged)
+    Q_PROPERTY(bool isCharging READ isCharging NOTIFY headerChanged)
     Q_PROPERTY(kelmoth::RowsModel *tabs READ tabs CONSTANT)
     Q_PROPERTY(int selectedTab READ selectedTab NOTIFY selectedTabChanged)
     Q_PROPERTY(bool isDeviceSupported READ isDeviceSupported NOTIFY headerChanged)
@@ -66,6 +67,7 @@ public:
     bool showsBattery() const;
     QString batteryIcon() const;
     QString batteryText() const;
+    bool isCharging() const { return device() && device()->isCharging; }
 
     RowsModel *tabs() { return &m_tabs; }
     int selectedTab() const { return m_selectedTab; }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
@@ -26,6 +28,8 @@ Item {
         }
 
         FooterButton {
+            id: about
+
             icon: "info.circle"
             name: qsTr("About Kelmoth")
 
@@ -33,10 +37,24 @@ Item {
         }
 
         FooterButton {
+            id: quit
+
             icon: "power"
             name: qsTr("Quit")
 
             onTriggered: root.model.terminate()
+        }
+    }
+
+    Repeater {
+        model: [about, quit]
+
+        Hint {
+            required property FooterButton modelData
+
+            target: modelData.area
+            x: Math.round(Math.min(modelData.x + (modelData.width - width) / 2, root.width + 8 - width))
+            y: -height - 4
         }
     }
 }

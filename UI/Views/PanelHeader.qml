@@ -85,6 +85,7 @@ Item {
         }
 
         Item {
+            Accessible.description: root.model.isCharging ? qsTr("Charging") : ""
             Accessible.name: qsTr("Battery")
             Accessible.role: Accessible.Grouping
             implicitHeight: battery.implicitHeight + 8

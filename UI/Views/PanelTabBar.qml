@@ -19,6 +19,7 @@ Item {
         }
     }
 
+    Accessible.name: qsTr("Pages")
     Accessible.role: Accessible.PageTabList
     Keys.onLeftPressed: step(-1)
     Keys.onRightPressed: step(1)

@@ -13,6 +13,7 @@ ScrollArea {
     SegmentedPicker {
         currentIndex: root.model.zoneIndex
         model: root.model.zoneTitles.map(title => qsTr(title))
+        text: qsTr("Lighting zone")
         usable: root.model.isEnabled
         visible: root.model.showsZonePicker
         width: parent.width
