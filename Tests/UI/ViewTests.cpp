@@ -142,6 +142,32 @@ TEST_F(ViewTest, AButtonIsGivenAnActionAKeyAndAProfile)
     EXPECT_FALSE(find("Button remapped", QAccessible::AlertMessage));
 }
 
+TEST_F(ViewTest, AKeyIsShownAsItIsWrittenInEveryLanguage)
+{
+    show({pro});
+    panel->selectTab(ContentModel::buttons);
+    EXPECT_TRUE(
+        finish(manager->setButtonMapping(MouseButton::forward, ButtonAction::keyPress("up"), 1, false)));
+    preferences.chooseLanguage(1);
+    EXPECT_EQ(find("Dalej", button)->text(QAccessible::Description), QStringLiteral("up"));
+    EXPECT_EQ(find("Wstecz", button)->text(QAccessible::Description), QStringLiteral("Wstecz"));
+}
+
+TEST_F(ViewTest, WhatSymbolsShowIsSaidToo)
+{
+    show({"basilisk-v3-pro-wired"});
+    panel->selectTab(ContentModel::rgb);
+    EXPECT_EQ(find("Battery", QAccessible::Grouping)->text(QAccessible::Description),
+              QStringLiteral("Charging"));
+    EXPECT_TRUE(find("Pages", QAccessible::PageTabList) && find("Lighting zone", QAccessible::PageTabList));
+    for (const char *name : {"About Kelmoth", "Quit"}) {
+        const QRect target = find(name, button)->rect();
+        EXPECT_TRUE(target.width() >= 24 && target.height() >= 24);
+        QTest::mouseMove(view.get(), view->mapFromGlobal(target.topLeft() + QPoint(2, 2)));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return find(name, QAccessible::ToolTip); }));
+    }
+}
+
 TEST_F(ViewTest, TheKeyboardDoesItAll)
 {
     show({pro});

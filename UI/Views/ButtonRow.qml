@@ -48,7 +48,7 @@ Item {
     PressArea {
         id: header
 
-        description: qsTr(root.actionName)
+        description: root.actionName
         expandable: true
         expanded: root.expanded
         focusRadius: 8
@@ -101,7 +101,7 @@ Item {
                     lineHeight: 0.95
                     maximumLineCount: 2
                     size: 11
-                    text: qsTr(root.actionName)
+                    text: root.actionName
                     width: parent.width
                     wrapMode: Text.Wrap
                 }

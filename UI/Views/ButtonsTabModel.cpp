@@ -58,6 +58,13 @@ const ButtonAction &smartDefault(MouseButton button)
     return all.at(button);
 }
 
+/// The name under which an action is shown: a key or a macro as it is written, whatever its text may mean.
+QString shownName(const ButtonAction &action)
+{
+    const auto *text = std::get_if<std::string>(&action.value());
+    return panelText(text && !text->empty() ? actionName(action) : L10n::text(actionName(action)));
+}
+
 /// The row of an action among those that can be picked: that of its case, whatever its value; -1 for none.
 int rowOf(const ButtonAction &action, std::span<const ButtonActionChoice> choices)
 {
@@ -244,9 +251,8 @@ void ButtonsTabModel::updateRows()
         const auto action = currentAction(button);
         const bool isEdited = m_view.editingButton == button;
         buttons.append({static_cast<int>(button), panelText(label(button)), panelText(icon(button)),
-                        panelText(actionName(action)), m_view.expandedButton == button,
-                        rowOf(action, choices), isEdited && m_view.showKeyInput,
-                        isEdited && m_view.showProfilePicker});
+                        shownName(action), m_view.expandedButton == button, rowOf(action, choices),
+                        isEdited && m_view.showKeyInput, isEdited && m_view.showProfilePicker});
     }
     m_buttons.setRows(std::move(buttons));
 }

@@ -10,7 +10,7 @@ namespace kelmoth {
 
 /// The buttons page. The view shows of it:
 /// - `buttons`: a row for each of `button` (what the calls below take), `label` (a key), `icon`, `actionName`
-///   (a key, or text that is ready: look it up either way), `expanded`, `selectedAction` (a row of `actions`;
+///   (ready to show), `expanded`, `selectedAction` (a row of `actions`;
 ///   -1 for none), `showsKeyInput`, `showsProfilePicker`; a tap is `toggleButton(button)`;
 /// - under an expanded row `actions`: a button for each row of `label` (a key) and `icon`, selected when its
 ///   row is the button's `selectedAction`; a tap is `handleActionSelection(button, row)`;
