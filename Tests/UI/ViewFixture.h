@@ -76,6 +76,7 @@ protected:
 
     void click(const char *name, Role role)
     {
+        QCoreApplication::processEvents();
         (void)view->grabWindow(); // what has changed has then found its place
         auto *found = find(name, role);
         ASSERT_TRUE(found) << name;

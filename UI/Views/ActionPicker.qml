@@ -4,20 +4,41 @@ import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
 
-/// What a button can do, and under it the input for the value that an action needs.
+/// What a button can do, and under it the input for the value that an action needs; it stays while the picker
+/// closes.
 Column {
     id: root
 
+    component Kept: Binding { // late, when all that changes at once has changed
+        delayed: true
+        restoreMode: Binding.RestoreNone
+        target: root
+        when: root?.open ?? false
+    }
+
     required property int button ///< as in a row of the model
     required property var model ///< ButtonsTabModel
+    required property bool open
     required property int selectedAction
     required property bool showsKeyInput
     required property bool showsProfilePicker
+    property bool keyInput: false
+    property bool profilePicker: false
 
     bottomPadding: 10
     leftPadding: 6
     rightPadding: 6
     spacing: 8
+
+    Kept {
+        property: "keyInput"
+        value: root.showsKeyInput
+    }
+
+    Kept {
+        property: "profilePicker"
+        value: root.showsProfilePicker
+    }
 
     TileGrid {
         columns: 2
@@ -100,7 +121,7 @@ Column {
     }
 
     Repeater {
-        model: root.showsKeyInput ? 1 : 0
+        model: root.keyInput ? 1 : 0
 
         KeyInput {
             model: root.model
@@ -109,7 +130,7 @@ Column {
     }
 
     Repeater {
-        model: root.showsProfilePicker ? 1 : 0
+        model: root.profilePicker ? 1 : 0
 
         ProfilePicker {
             model: root.model

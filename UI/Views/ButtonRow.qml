@@ -119,13 +119,15 @@ Item {
     Item {
         id: drawer
 
+        property real extent: root.expanded ? picker.height : 0 // on a spring, which swings below nothing
+
         clip: true
         enabled: root.expanded // what is closing is not picked from any more
-        height: root.expanded ? picker.height : 0
+        height: Math.max(0, Math.floor(extent))
         width: parent.width
         y: header.height
 
-        Behavior on height { // but not while the page is away
+        Behavior on extent { // but not while the page is away
             enabled: drawer.visible
 
             SpringNumber {
@@ -140,11 +142,12 @@ Item {
             width: parent.width
 
             Repeater { // none while closed
-                model: root.expanded || drawer.height > 0 ? 1 : 0
+                model: root.expanded || drawer.extent !== 0 ? 1 : 0
 
                 ActionPicker {
                     button: root.button
                     model: root.model
+                    open: root.expanded
                     selectedAction: root.selectedAction
                     showsKeyInput: root.showsKeyInput
                     showsProfilePicker: root.showsProfilePicker

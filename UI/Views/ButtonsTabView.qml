@@ -9,6 +9,7 @@ ScrollArea {
 
     required property var model
 
+    centered: false // what grows under a row leaves it where it is
     spacing: 8
 
     Row {

@@ -8,6 +8,7 @@ Item {
     id: root
 
     property real spacing: 10
+    property bool centered: true ///< where there is room; else it begins at the top
     default property alias content: column.data
 
     /// Scrolls as far as it takes for `item` to be seen.
@@ -35,7 +36,7 @@ Item {
             spacing: root.spacing
             width: root.width
             x: 16
-            y: Math.max(0, Math.round((root.height - height) / 2))
+            y: root.centered ? Math.max(0, Math.round((root.height - height) / 2)) : 0
         }
 
         Revealer {
