@@ -66,7 +66,7 @@ QCoro::Task<std::optional<Data>> DeviceManager::WritingSection::send(RazerComman
 
 bool DeviceManager::WritingSection::isCurrent() const
 {
-    return m_manager && m_manager->isCurrent(m_device);
+    return !m_manager.isNull() && m_manager->isCurrent(m_device);
 }
 
 bool DeviceManager::WritingSection::conclude(bool accepted, const std::string &failure,

@@ -17,7 +17,7 @@ class PopoverScreen : public QObject {
 public:
     /// `connection` may be absent.
     explicit PopoverScreen(std::shared_ptr<XConnection> connection);
-    virtual ~PopoverScreen() = default;
+    ~PopoverScreen() override = default;
 
     /// Whether a program has a say in where its windows lie.
     virtual bool canPlaceWindows() const;

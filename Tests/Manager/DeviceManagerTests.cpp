@@ -42,7 +42,7 @@ TEST(MergeSavedState, TakesOverOnlyWhatTheModelSupports)
     smaller.buttonMappings.insert_or_assign(MouseButton::left, ButtonAction::disabled());
     EXPECT_EQ(mergeSavedState(saved, device), smaller);
     smaller.dpiStages = createDefaultState(device).dpiStages;
-    for (const std::size_t count : {6, 4}) {
+    for (const std::size_t count : {6U, 4U}) {
         saved.dpiStages.resize(count);
         EXPECT_EQ(mergeSavedState(saved, device), smaller);
     }

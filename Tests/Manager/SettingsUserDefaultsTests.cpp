@@ -144,9 +144,7 @@ TEST_F(SettingsUserDefaultsTest, ReadsAFileThatIsNoneAsEmptyAndReplacesIt)
 TEST_F(SettingsUserDefaultsTest, ItsFilesAreThoseOfQSettings)
 {
     for (const auto *text : {"", " blank ", "a, b; c = \"d\" \\ '", "@home", "@ByteArray(x)",
-                             "\x01"
-                             "face\x1f\n\t",
-                             "zażółć 🖱", "[x]"}) {
+                             "\001face\x1f\n\t", "zażółć 🖱", "[x]"}) {
         QSettings(path, QSettings::IniFormat).setValue("theirs", QString::fromUtf8(text));
         SettingsUserDefaults(path).setData("ours", text);
         EXPECT_EQ(SettingsUserDefaults(path).dataForKey("theirs"), text);

@@ -128,7 +128,7 @@ TEST_F(ViewTest, AButtonIsGivenAnActionAKeyAndAProfile)
     press("Left", button);
     finishWrite(*panel->buttonsTab());
     EXPECT_EQ(assigned(MouseButton::clutch), ButtonAction::keyPress("ctrl+left"));
-    int looks = 0; // once it has closed: it still swings
+    int looks = 0;                    // once it has closed: it still swings
     EXPECT_TRUE(QTest::qWaitFor([&] { // the picker closes, with all that is in it
         EXPECT_GT(find("Bottom Button", button)->rect().top(), find("Clutch", button)->rect().bottom());
         EXPECT_EQ(find("Double Click", radio) != nullptr, find("⌃ Ctrl", QAccessible::CheckBox) != nullptr);
