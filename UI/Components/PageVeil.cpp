@@ -29,9 +29,24 @@ void PageVeil::setActive(bool active)
     if (m_active == active) {
         return;
     }
+    const QImage prepared = active ? m_veil : QImage();
     m_active = active;
     reset();
+    if (!prepared.isNull()) {
+        m_veil = prepared;
+        Q_EMIT readyChanged();
+    }
     Q_EMIT activeChanged();
+}
+
+void PageVeil::prepare()
+{
+    if (const auto result = m_active ? nullptr : askForGrab()) {
+        (void)window()->grabWindow(); // draws what has been asked for
+        if (!result->image().isNull()) {
+            paint(result->image());
+        }
+    }
 }
 
 void PageVeil::itemChange(ItemChange change, const ItemChangeData &data)
@@ -48,7 +63,7 @@ void PageVeil::reset()
     disconnect(m_frames);
     m_grab.reset();
     m_grabbed = {};
-    if (isReady()) {
+    if (!m_veil.isNull()) {
         m_veil = {};
         Q_EMIT readyChanged();
     }
@@ -57,6 +72,15 @@ void PageVeil::reset()
         m_frames = connect(window(), &QQuickWindow::frameSwapped, this, &PageVeil::grab);
         grab();
     }
+}
+
+/// What the next frame grabs; none where there is nothing to see.
+QSharedPointer<QQuickItemGrabResult> PageVeil::askForGrab() const
+{
+    if (!m_source || !window() || !window()->isVisible() || m_source->width() < 1 || m_source->height() < 1) {
+        return {};
+    }
+    return m_source->grabToImage(QSizeF(m_source->width(), m_source->height()).toSize());
 }
 
 /// A grab costs a frame of its own, which calls for no other: one is under way then. A frame more may show
@@ -68,11 +92,7 @@ void PageVeil::grab()
         ++m_framesMeanwhile;
         return;
     }
-    if (!m_source || !window() || !window()->isVisible() || m_source->width() < 1 || m_source->height() < 1) {
-        return;
-    }
-    const QSize size = QSizeF(m_source->width(), m_source->height()).toSize();
-    m_grab = m_source->grabToImage(size);
+    m_grab = askForGrab();
     if (!m_grab) {
         return;
     }
@@ -89,12 +109,21 @@ void PageVeil::grab()
 
 void PageVeil::show(const QImage &grabbed)
 {
-    constexpr double radius = 3;
     if (grabbed.isNull() || grabbed == m_grabbed) {
         return;
     }
     const bool first = !isReady();
     m_grabbed = grabbed;
+    paint(grabbed);
+    update();
+    if (first) {
+        Q_EMIT readyChanged();
+    }
+}
+
+void PageVeil::paint(const QImage &grabbed)
+{
+    constexpr double radius = 3;
     const double scale = m_source && m_source->width() > 0 ? grabbed.width() / m_source->width() : 1.0;
     m_veil = blurred(grabbed.convertToFormat(QImage::Format_ARGB32_Premultiplied), radius / 2 * scale);
     for (int y = 0; y < m_veil.height(); ++y) {
@@ -104,16 +133,12 @@ void PageVeil::show(const QImage &grabbed)
             pixels[x] = qRgba(gray, gray, gray, qAlpha(pixels[x]));
         }
     }
-    update();
-    if (first) {
-        Q_EMIT readyChanged();
-    }
 }
 
 QSGNode *PageVeil::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
 {
     std::unique_ptr<QSGImageNode> node(static_cast<QSGImageNode *>(oldNode));
-    if (m_veil.isNull() || !m_source) {
+    if (!isReady() || !m_source) {
         m_shown = 0;
         return nullptr;
     }

@@ -18,7 +18,7 @@ class PageVeil : public QQuickItem {
     Q_PROPERTY(QQuickItem *source READ source WRITE setSource NOTIFY sourceChanged)
     /// Whether pictures are taken and shown.
     Q_PROPERTY(bool active READ isActive WRITE setActive NOTIFY activeChanged)
-    /// Whether there is a picture to show.
+    /// Whether there is a picture that is shown.
     Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged)
 
 public:
@@ -26,10 +26,14 @@ public:
 
     QQuickItem *source() const { return m_source; }
     bool isActive() const { return m_active; }
-    bool isReady() const { return !m_veil.isNull(); }
+    bool isReady() const { return m_active && !m_veil.isNull(); }
 
     void setSource(QQuickItem *source);
     void setActive(bool active);
+
+    /// Takes the first picture at once, of what is to be seen now, for when it becomes active in this turn of
+    /// the event loop. Costs two frames.
+    Q_INVOKABLE void prepare();
 
 Q_SIGNALS:
     void sourceChanged();
@@ -41,8 +45,10 @@ protected:
     QSGNode *updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *) override;
 
 private:
+    QSharedPointer<QQuickItemGrabResult> askForGrab() const;
     void grab();
     void show(const QImage &grabbed);
+    void paint(const QImage &grabbed);
     void reset();
 
     QPointer<QQuickItem> m_source;

@@ -10,6 +10,7 @@ Operable {
     property real maximumWidth: 340
     readonly property color tint: type === 0 ? Theme.red : type === 1 ? Theme.orange : type === 2 ? Theme.green : Theme.blue
     readonly property string icon: ["xmark.circle.fill", "exclamationmark.triangle.fill", "checkmark.circle.fill", "info.circle.fill"][type] ?? ""
+    readonly property real missing: Math.max(0, implicitWidth - width, implicitHeight - height) ///< room, while it grows
 
     signal tapped
 
@@ -62,6 +63,7 @@ Operable {
             AppText {
                 anchors.verticalCenter: parent.verticalCenter
                 maximumLineCount: 3
+                opacity: 1 - Math.min(1, root.missing / 100) // comes as the room for it grows
                 size: 13
                 text: root.message
                 weight: Font.Medium

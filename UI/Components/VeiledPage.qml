@@ -11,6 +11,13 @@ Item {
     readonly property bool waits: veiled && wasInSight && !veil.ready ///< and looks as before: its veil is being made
     default property alias content: page.data
 
+    /// To call before what makes it unusable changes it: its veil then shows what was to be seen last.
+    function prepare(): void {
+        if (inSight) {
+            veil.prepare();
+        }
+    }
+
     onInSightChanged: wasInSight = inSight && !veiled
     onVeiledChanged: if (!veiled) wasInSight = inSight
 

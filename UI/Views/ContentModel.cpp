@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 
 #include <array>
+#include <utility>
 
 namespace kelmoth {
 
@@ -74,6 +75,8 @@ ContentModel::ContentModel(DeviceManager &manager, ToastManager &toastManager, P
                            Appearance &appearance, LoginItem &loginItem, QObject *parent)
     : QObject(parent),
       m_deviceManager(manager),
+      m_loss(connect(&manager, &DeviceManager::connectedDeviceChanged, this, &ContentModel::tellLoss)),
+      m_wasSupported(isDeviceSupported()),
       m_appearance(appearance),
       m_dpiTab(manager, preferences),
       m_rgbTab(manager, preferences),
@@ -269,6 +272,13 @@ void ContentModel::setShowAbout(bool showAbout)
 void ContentModel::terminate()
 {
     QCoreApplication::quit();
+}
+
+void ContentModel::tellLoss()
+{
+    if (std::exchange(m_wasSupported, isDeviceSupported()) && !m_wasSupported) {
+        Q_EMIT deviceLost();
+    }
 }
 
 void ContentModel::followDevice()

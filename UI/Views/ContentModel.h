@@ -109,6 +109,8 @@ public:
     ToastModel *toast() { return &m_toast; }
 
 Q_SIGNALS:
+    /// No mouse can be configured any more; before any page follows.
+    void deviceLost();
     void headerChanged();
     void selectedTabChanged();
     void pageChanged();
@@ -123,12 +125,15 @@ private:
     const std::optional<RazerDevice> &device() const { return m_deviceManager.connectedDevice(); }
     const Notice &notice() const;
     TabModel &page();
+    void tellLoss();
     void followDevice();
     void updateTabs();
     void updateNotice();
     void setShowAbout(bool showAbout);
 
     DeviceManager &m_deviceManager;
+    QMetaObject::Connection m_loss; ///< made before those of the pages
+    bool m_wasSupported = false;
     Appearance &m_appearance;
     int m_selectedTab = dpi;
     bool m_showAbout = false;

@@ -138,6 +138,16 @@ FocusScope {
         }
     }
 
+    Connections {
+        function onDeviceLost(): void {
+            dpiPage.prepare();
+            rgbPage.prepare();
+            buttonsPage.prepare();
+        }
+
+        target: root.model
+    }
+
     AboutSheet {
         anchors.fill: parent
         cornerRadius: root.cornerRadius

@@ -15,6 +15,10 @@ Item {
     property alias veiled: page.veiled
     readonly property alias waits: page.waits
 
+    function prepare(): void {
+        page.prepare();
+    }
+
     function load() {
         if (current && loader.status === Loader.Null) {
             loader.setSource(view, {
