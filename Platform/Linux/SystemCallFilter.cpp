@@ -64,6 +64,23 @@ constexpr std::array refusedFileControls{F_SETOWN, F_SETOWN_EX};
 
 constexpr std::uint64_t lowHalf = 0xFFFF'FFFF; // as much of an argument as the kernel looks at
 
+// What an argument, counted from 0, has to be for a call to be refused. (The library's macros are C.)
+
+constexpr scmp_arg_cmp is(unsigned argument, std::uint64_t value)
+{
+    return {argument, SCMP_CMP_MASKED_EQ, lowHalf, value};
+}
+
+constexpr scmp_arg_cmp isNot(unsigned argument, std::uint64_t value)
+{
+    return {argument, SCMP_CMP_NE, value, 0};
+}
+
+constexpr scmp_arg_cmp isAtLeast(unsigned argument, std::uint64_t value)
+{
+    return {argument, SCMP_CMP_GE, value, 0};
+}
+
 /// The rules as they come together. The first failure stays.
 class Filter {
 public:
@@ -99,13 +116,12 @@ void refuseNetwork(Filter &filter)
     for (const int call : {SCMP_SYS(socket), SCMP_SYS(socketpair)}) {
         for (unsigned family = 0; family < AF_MAX; ++family) {
             if (family != AF_UNIX && family != AF_NETLINK) {
-                filter.refuse(call, {SCMP_A0(SCMP_CMP_MASKED_EQ, lowHalf, family)});
+                filter.refuse(call, {is(0, family)});
             }
         }
-        filter.refuse(call, {SCMP_A0(SCMP_CMP_GE, AF_MAX)});
+        filter.refuse(call, {isAtLeast(0, AF_MAX)});
     }
-    filter.refuse(SCMP_SYS(socket), {SCMP_A0(SCMP_CMP_MASKED_EQ, lowHalf, AF_NETLINK),
-                                     SCMP_A2(SCMP_CMP_NE, NETLINK_KOBJECT_UEVENT)});
+    filter.refuse(SCMP_SYS(socket), {is(0, AF_NETLINK), isNot(2, NETLINK_KOBJECT_UEVENT)});
 }
 
 } // namespace
@@ -116,17 +132,16 @@ std::optional<std::string> filterSystemCalls(bool usesNetwork)
     for (const int call : refusedCalls) {
         filter.refuse(call);
     }
-    filter.refuse(SCMP_SYS(fchmod), {SCMP_A1(SCMP_CMP_NE, 0600)});
+    filter.refuse(SCMP_SYS(fchmod), {isNot(1, 0600)});
     for (const int call : signalCalls) {
-        filter.refuse(call, {SCMP_A0(SCMP_CMP_NE, static_cast<std::uint64_t>(::getpid()))});
+        filter.refuse(call, {isNot(0, static_cast<std::uint64_t>(::getpid()))});
     }
-    filter.refuse(SCMP_SYS(prlimit64), {SCMP_A0(SCMP_CMP_NE, 0)});
+    filter.refuse(SCMP_SYS(prlimit64), {isNot(0, 0)});
     for (const auto control : refusedControls) {
-        filter.refuse(SCMP_SYS(ioctl), {SCMP_A1(SCMP_CMP_MASKED_EQ, lowHalf, control)});
+        filter.refuse(SCMP_SYS(ioctl), {is(1, control)});
     }
     for (const auto control : refusedFileControls) {
-        filter.refuse(SCMP_SYS(fcntl),
-                      {SCMP_A1(SCMP_CMP_MASKED_EQ, lowHalf, static_cast<unsigned>(control))});
+        filter.refuse(SCMP_SYS(fcntl), {is(1, static_cast<unsigned>(control))});
     }
     if (!usesNetwork) {
         refuseNetwork(filter);
