@@ -18,8 +18,8 @@ struct MockHidraw {
     std::atomic<std::uint16_t> productID = mouse->model().productID; ///< of the device that has the node now
     std::atomic<bool> isDenied = false; ///< nobody may open it; the kernel says so a call later than it would
     std::atomic<bool> isGone = false;   ///< the device was removed while the node was open
-    std::atomic<bool> isNextWriteCut = false;    ///< the next report that goes well counts a byte less
-    std::atomic<bool> isNextInterrupted = false; ///< a signal comes before the next report
+    std::atomic<bool> isNextWriteCut = false; ///< the next report that goes well counts a byte less
+    std::atomic<int> interruptions = 0;       ///< how many signals come before the next report goes
     /// While set, each report's transfer hangs for so long and then fails with ETIMEDOUT.
     std::atomic<std::chrono::milliseconds> hang = std::chrono::milliseconds{0};
     std::atomic<int> hangs = 0; ///< how many such transfers have begun
@@ -43,7 +43,8 @@ struct MockHidraw {
             std::this_thread::sleep_for(duration);
             return -ETIMEDOUT;
         }
-        if (isNextInterrupted.exchange(false)) {
+        if (interruptions > 0) {
+            --interruptions;
             return -EINTR;
         }
         // Reports begin with their ID, and 0 stands for none: it is not sent.
