@@ -328,6 +328,22 @@ via USB dongle (2.4GHz)</translation>
         <translation>right</translation>
     </message>
     <message>
+        <source>up arrow</source>
+        <translation>up arrow</translation>
+    </message>
+    <message>
+        <source>down arrow</source>
+        <translation>down arrow</translation>
+    </message>
+    <message>
+        <source>left arrow</source>
+        <translation>left arrow</translation>
+    </message>
+    <message>
+        <source>right arrow</source>
+        <translation>right arrow</translation>
+    </message>
+    <message>
         <source>Select profile:</source>
         <translation>Select profile:</translation>
     </message>

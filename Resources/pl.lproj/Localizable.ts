@@ -95,7 +95,8 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Bluetooth connected: %@</source>
-        <translation>Połączono przez Bluetooth: %@</translation>
+        <translation>Połączono przez Bluetooth:
+%@</translation>
     </message>
     <message>
         <source>Kelmoth cannot configure this mouse over Bluetooth in this version.</source>
@@ -107,7 +108,7 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Use the 2.4 GHz receiver to configure this mouse.</source>
-        <translation>Aby skonfigurować tę mysz, użyj odbiornika 2,4 GHz.</translation>
+        <translation>Skonfiguruj tę mysz przez odbiornik 2,4 GHz.</translation>
     </message>
     <message>
         <source>Unsupported Device</source>
@@ -241,7 +242,7 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Clutch</source>
-        <translation>Spust pod kciukiem</translation>
+        <translation>Przycisk pod kciukiem</translation>
     </message>
     <message>
         <source>Bottom Button</source>
@@ -273,11 +274,11 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Wheel Mode Toggle</source>
-        <translation>Przełączanie trybu kółka</translation>
+        <translation>Zmiana trybu kółka</translation>
     </message>
     <message>
         <source>Custom function</source>
-        <translation>Inna funkcja</translation>
+        <translation>Funkcja niestandardowa</translation>
     </message>
     <message>
         <source>Profile %d</source>
@@ -289,7 +290,7 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Pick a key (optional modifiers first):</source>
-        <translation>Wybierz klawisz (najpierw ewentualne modyfikatory):</translation>
+        <translation>Zaznacz modyfikatory (opcjonalnie) i wybierz klawisz:</translation>
     </message>
     <message>
         <source>⌃ Ctrl</source>
@@ -313,19 +314,35 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>up</source>
-        <translation>góra</translation>
+        <translation>↑</translation>
     </message>
     <message>
         <source>down</source>
-        <translation>dół</translation>
+        <translation>↓</translation>
     </message>
     <message>
         <source>left</source>
-        <translation>lewo</translation>
+        <translation>←</translation>
     </message>
     <message>
         <source>right</source>
-        <translation>prawo</translation>
+        <translation>→</translation>
+    </message>
+    <message>
+        <source>up arrow</source>
+        <translation>strzałka w górę</translation>
+    </message>
+    <message>
+        <source>down arrow</source>
+        <translation>strzałka w dół</translation>
+    </message>
+    <message>
+        <source>left arrow</source>
+        <translation>strzałka w lewo</translation>
+    </message>
+    <message>
+        <source>right arrow</source>
+        <translation>strzałka w prawo</translation>
     </message>
     <message>
         <source>Select profile:</source>
@@ -381,7 +398,7 @@ za pomocą odbiornika USB (2,4 GHz)</translation>
     </message>
     <message>
         <source>Move Kelmoth to the Applications folder to launch it at login.</source>
-        <translation>Aby uruchamiać Kelmoth przy logowaniu, przenieś go do folderu „Aplikacje”.</translation>
+        <translation>Aby uruchamiać Kelmoth przy logowaniu, zainstaluj program w systemie.</translation>
     </message>
     <message>
         <source>Launch at Login could not be changed: %@</source>

@@ -59,10 +59,11 @@ Table tableOf(const char *language)
     return result;
 }
 
-/// The placeholders of a format and the line ends of a text, in their order.
+/// The placeholders of a format and the line ends of a text, in their order; what is filled in may begin a
+/// line.
 QStringList skeleton(const QString &text)
 {
-    static const QRegularExpression part(QStringLiteral("%%|%lld|%[@a-z0-9]|\n|•|[:.!?…]$"));
+    static const QRegularExpression part(QStringLiteral("%%|%lld|%[@a-z0-9]|\n(?!%)|•|[:.!?…]$"));
     QStringList parts;
     for (auto matches = part.globalMatch(text); matches.hasNext();) {
         parts.append(matches.next().captured());

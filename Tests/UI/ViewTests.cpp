@@ -125,7 +125,7 @@ TEST_F(ViewTest, AButtonIsGivenAnActionAKeyAndAProfile)
     click("⌃ Ctrl", QAccessible::CheckBox);
     EXPECT_TRUE(state("⌃ Ctrl", QAccessible::CheckBox).checked);
     setMotion(true);
-    press("Left", button);
+    press("left arrow", button);
     finishWrite(*panel->buttonsTab());
     EXPECT_EQ(assigned(MouseButton::clutch), ButtonAction::keyPress("ctrl+left"));
     int looks = 0;                    // once it has closed: it still swings
@@ -157,6 +157,10 @@ TEST_F(ViewTest, AKeyIsShownAsItIsWrittenInEveryLanguage)
     preferences.chooseLanguage(1);
     EXPECT_EQ(find("Dalej", button)->text(QAccessible::Description), QStringLiteral("up"));
     EXPECT_EQ(find("Wstecz", button)->text(QAccessible::Description), QStringLiteral("Wstecz"));
+    press("Dalej", button);
+    press("Klawisz klawiatury", radio);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return find("strzałka w lewo", button); }));
+    EXPECT_EQ(find("strzałka w lewo", button)->object()->property("shownLabel"), QStringLiteral("←"));
 }
 
 TEST_F(ViewTest, WhatSymbolsShowIsSaidToo)

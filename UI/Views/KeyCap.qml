@@ -7,12 +7,14 @@ PressArea {
     id: root
 
     property string label ///< of which the first letter is shown large
+    property string spoken ///< its name, where the label is no word; empty: as it is shown
+    readonly property string shownLabel: label.charAt(0).toUpperCase() + label.slice(1)
 
     Layout.fillWidth: true
     Layout.preferredWidth: 1
     focusRadius: 4
     implicitHeight: 22
-    text: label.charAt(0).toUpperCase() + label.slice(1)
+    text: spoken || shownLabel
 
     Surface {
         anchors.fill: parent
@@ -37,7 +39,7 @@ PressArea {
         horizontalAlignment: Text.AlignHCenter
         minimumPixelSize: 8
         size: 10
-        text: root.text
+        text: root.shownLabel
         weight: Font.Medium
         width: parent.width - 4
     }

@@ -10,6 +10,12 @@ Column {
     id: root
 
     required property var model ///< ButtonsTabModel
+    readonly property var spokenKeys: ({
+            down: qsTr("down arrow"),
+            left: qsTr("left arrow"),
+            right: qsTr("right arrow"),
+            up: qsTr("up arrow")
+        })
 
     leftPadding: 4
     rightPadding: 4
@@ -110,6 +116,7 @@ Column {
                         required property string modelData
 
                         label: qsTr(modelData)
+                        spoken: root?.spokenKeys[modelData] ?? ""
                         usable: root?.model.isEnabled ?? false
 
                         onTriggered: root.model.commitPickedKey(modelData)
