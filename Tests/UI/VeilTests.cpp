@@ -37,7 +37,7 @@ Item {
     scene.root()->setProperty("paint", QColor(Qt::green));
     EXPECT_TRUE(QTest::qWaitFor([&] { return isGrey(veiled(182)); }))
         << pixel({100, 100}).name().toStdString();
-    EXPECT_NE(pixel({201, 100}), pixel({250, 100})) << "the edge is blurred";
+    EXPECT_NE(pixel({203, 100}), pixel({250, 100})) << "the edge is blurred";
     scene.click(scene.item("button"));
     EXPECT_EQ(scene.log(), "");
     scene.root()->setProperty("veiled", false);

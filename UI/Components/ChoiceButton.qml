@@ -33,7 +33,7 @@ PressArea {
         opacity: root.selected ? 1 : 0
         radius: 7
         shadowColor: Theme.alpha(Theme.accent, 0.35)
-        shadowRadius: 5
+        shadowRadius: 2.5
         shadowY: 1
         visible: opacity > 0
 

@@ -19,7 +19,7 @@ Surface {
     opacity: due ? 1 : 0
     radius: 6
     shadowColor: "#30000000"
-    shadowRadius: 5
+    shadowRadius: 2.5
     shadowY: 2
     visible: opacity > 0
     width: Math.ceil(label.implicitWidth) + 14

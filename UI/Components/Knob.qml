@@ -11,7 +11,7 @@ Surface {
     height: width
     scale: handle.knobHovered && handle.enabled && !handle.dimmed ? 1.12 : 1
     shadowColor: "#48000000"
-    shadowRadius: 3
+    shadowRadius: 1.5
     shadowY: 1
     shape: Surface.Circle
     width: handle.knobWidth

@@ -125,7 +125,7 @@ void PageVeil::paint(const QImage &grabbed)
 {
     constexpr double radius = 3;
     const double scale = m_source && m_source->width() > 0 ? grabbed.width() / m_source->width() : 1.0;
-    m_veil = blurred(grabbed.convertToFormat(QImage::Format_ARGB32_Premultiplied), radius / 2 * scale);
+    m_veil = blurred(grabbed.convertToFormat(QImage::Format_ARGB32_Premultiplied), radius * scale);
     for (int y = 0; y < m_veil.height(); ++y) {
         auto *pixels = reinterpret_cast<QRgb *>(m_veil.scanLine(y));
         for (int x = 0; x < m_veil.width(); ++x) {

@@ -24,7 +24,7 @@ Picture cachedPicture(const QByteArray &key, const std::function<Picture()> &pai
 
 double reachOfBlur(double radius)
 {
-    return radius * 1.75; // three and a half standard deviations, where less than a shade is left
+    return radius * 3.5; // standard deviations, where less than a shade is left
 }
 
 } // namespace kelmoth

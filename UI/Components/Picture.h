@@ -18,7 +18,7 @@ struct Picture {
 /// The pictures used last are kept, up to some megabytes. Main thread.
 Picture cachedPicture(const QByteArray &key, const std::function<Picture()> &paint);
 
-/// How far a Gaussian of radius `radius` (twice its standard deviation) can be seen.
+/// How far a Gaussian of radius `radius`, its standard deviation, can be seen.
 double reachOfBlur(double radius);
 
 } // namespace kelmoth

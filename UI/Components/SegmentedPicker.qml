@@ -44,7 +44,7 @@ Item {
         height: parent.height - 4
         radius: 5.5
         shadowColor: "#30000000"
-        shadowRadius: 3
+        shadowRadius: 1.5
         shadowY: 1
         visible: root.currentIndex >= 0 && root.currentIndex < root.model.length
         width: root.segmentWidth

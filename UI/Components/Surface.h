@@ -8,8 +8,8 @@
 namespace kelmoth {
 
 /// A filled shape with an optional gradient, border, shadow and blur. Everything is painted on the CPU and
-/// looks the same with every renderer. Lengths in logical pixels; radii of shadow and blur are those of a
-/// Gaussian whose standard deviation is half of it.
+/// looks the same with every renderer. Lengths in logical pixels; radii of shadow and blur are
+/// standard deviations of a Gaussian.
 class Surface : public kelmoth::PictureItem { // in full: so the type's description for qmllint names it
     Q_OBJECT
     QML_ELEMENT

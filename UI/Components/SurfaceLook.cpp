@@ -84,7 +84,7 @@ QImage shadow(const SurfaceLook &look, QSize size, const QRectF &box, double sca
         painter.fillPath(shape, Qt::black);
     }
     Plane alpha = alphaOf(mask);
-    blur(alpha, look.shadowRadius / 2 * scale);
+    blur(alpha, look.shadowRadius * scale);
     QImage image = tinted(alpha, look.shadowColor);
     const bool opaque =
         std::ranges::all_of(look.fill, [](const auto &stop) { return stop.second.alpha() == 255; });
@@ -132,7 +132,7 @@ Picture paintSurface(const SurfaceLook &look, double scale)
         paintShape(painter, look, box, scale);
     }
     if (look.blurRadius > 0) {
-        image = blurred(image, look.blurRadius / 2 * scale);
+        image = blurred(image, look.blurRadius * scale);
         if (look.isClipped) {
             cut(image, outline(look, box, look.radius * scale));
         }
@@ -141,6 +141,9 @@ Picture paintSurface(const SurfaceLook &look, double scale)
         QImage under = shadow(look, size, box, scale);
         QPainter(&under).drawImage(0, 0, image);
         image = under;
+    }
+    if (look.isClipped && !hasShadow) { // nothing lies beyond the shape
+        return {image.copy(box.toRect()), {}};
     }
     return {image, QPoint(margin, margin)};
 }

@@ -33,9 +33,9 @@ public:
     QColor borderColor;
     double borderWidth = 0; ///< the border lies inside the shape
     QColor shadowColor;
-    double shadowRadius = 0; ///< of a Gaussian whose standard deviation is half of it
+    double shadowRadius = 0; ///< the standard deviation of a Gaussian
     QPointF shadowOffset;
-    double blurRadius = 0;  ///< of fill and border
+    double blurRadius = 0;  ///< of fill and border; the same
     bool isClipped = false; ///< what the blur carries beyond the shape is cut off
 
     QByteArray key() const;

@@ -51,7 +51,7 @@ PressArea {
             color: Theme.knob
             height: 16
             shadowColor: "#48000000"
-            shadowRadius: 3
+            shadowRadius: 1.5
             shadowY: 1
             shape: Surface.Circle
             width: 16

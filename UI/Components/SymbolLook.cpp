@@ -121,7 +121,7 @@ Picture paintSymbol(const SymbolLook &look, double scale)
     for (const auto &shadow : look.shadows | std::views::reverse) {
         if (shadow.color.alpha() > 0) {
             Plane alpha = alphaOf(shape);
-            blur(alpha, shadow.radius / 2 * scale);
+            blur(alpha, shadow.radius * scale);
             painter.drawImage(0, 0, tinted(alpha, shadow.color));
         }
     }

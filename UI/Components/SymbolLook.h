@@ -15,7 +15,7 @@ namespace kelmoth {
 struct SymbolLook {
     struct Shadow {
         QColor color;
-        double radius = 0; ///< of a Gaussian whose standard deviation is half of it
+        double radius = 0; ///< the standard deviation of a Gaussian
     };
 
     QSizeF size;         ///< the icon stands in the middle

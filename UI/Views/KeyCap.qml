@@ -23,7 +23,7 @@ PressArea {
         color: Theme.controlBackground
         radius: 4
         shadowColor: "#1e000000"
-        shadowRadius: 2
+        shadowRadius: 1
         shadowY: 1
     }
 

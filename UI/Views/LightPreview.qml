@@ -25,7 +25,7 @@ Item {
     component Glow: Surface {
         anchors.fill: parent
         radius: 8
-        shadowRadius: 8
+        shadowRadius: 4
     }
 
     function change(): void {

@@ -40,7 +40,7 @@ FocusScope {
         color: Theme.windowBackground
         radius: root.cornerRadius
         shadowColor: Theme.alpha("black", Theme.dark ? 0.6 : 0.35)
-        shadowRadius: root.margin * 0.7
+        shadowRadius: root.margin * 0.35
         shadowY: root.margin * 0.15
         visible: root.margin > 0
     }
