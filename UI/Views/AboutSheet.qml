@@ -28,9 +28,10 @@ FocusScope {
     }
 
     Rectangle {
-        color: "black"
+        // As one: what lies under it does not show in strips and cut letters beside the sheet.
+        color: Qt.tint(Theme.windowBackground, Theme.alpha("black", Theme.dark ? 0.5 : 0.28))
         height: Math.ceil(parent.height) // the panel may end within a logical pixel
-        opacity: (Theme.dark ? 0.5 : 0.28) * root.presence
+        opacity: 0.92 * root.presence
         radius: root.cornerRadius
         width: Math.ceil(parent.width)
     }

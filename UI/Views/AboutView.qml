@@ -199,7 +199,7 @@ FocusScope {
                 id: disclaimer
 
                 anchors.horizontalCenter: parent.horizontalCenter
-                color: Theme.alpha(Theme.secondaryLabel, 0.7)
+                color: Theme.secondaryLabel // the smallest text: fainter, it is hard to read
                 opacity: Math.min(1, root.arrival)
                 size: 8
                 text: qsTr("Not affiliated with Razer Inc.")
