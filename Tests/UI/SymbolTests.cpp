@@ -14,11 +14,10 @@
 namespace kelmoth {
 namespace {
 
-QImage paint(std::string_view name, bool bold = false)
+QImage paint(std::string_view name, bool bold = false, double height = 32)
 {
     SymbolLook look;
-    look.size = {32, 32};
-    look.side = 32;
+    look.side = height;
     look.name = QString::fromUtf8(name.data(), qsizetype(name.size()));
     look.fill = {{0.0, Qt::black}};
     look.bold = bold;
@@ -81,12 +80,28 @@ TEST(Symbols, EveryIconIsThereAndLikeNoOther)
     for (const SymbolIcon &symbol : symbolTable()) {
         const QImage image = paint(symbol.name);
         EXPECT_GT(ink(image), 40) << symbol.name;
-        EXPECT_GT(ink(paint(symbol.name, true)), ink(image)) << symbol.name << " is not bolder";
+        const double bolder = ink(paint(symbol.name, true)) - ink(image);
+        EXPECT_GT(symbol.kind == SymbolIcon::cutOut ? -bolder : bolder, 0) << symbol.name;
         const QByteArray bytes(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes());
         const auto [known, isNew] = pictures.emplace(bytes, symbol.name);
         EXPECT_TRUE(isNew) << symbol.name << " looks like " << known->second;
     }
     EXPECT_EQ(ink(paint("no.such.symbol")), 0);
+}
+
+TEST(Symbols, ABatteryShowsItsLevelOnWholePixelsOfAPlainScreen)
+{
+    double last = 0;
+    for (const char *name : {"battery.0", "battery.25", "battery.50", "battery.75", "battery.100"}) {
+        const QImage image = paint(name, false, 12);
+        EXPECT_EQ(image.width(), 15 + 4) << "two pixels of margin on either side";
+        EXPECT_GT(ink(image) - last, 8) << name;
+        last = ink(image);
+        for (int y = 6; y < 10; ++y) { // the line of the left end, and the gap beside it
+            EXPECT_GT(qAlpha(image.pixel(2, y)), 240) << name;
+            EXPECT_LT(qAlpha(image.pixel(3, y)), 15) << name;
+        }
+    }
 }
 
 } // namespace

@@ -25,9 +25,15 @@ void Symbol::setFontSize(double size)
         return;
     }
     m_fontSize = size;
-    setImplicitSize(boxFor(size), boxFor(size));
+    updateSize();
     pictureChanged();
     Q_EMIT sizeChanged();
+}
+
+void Symbol::updateSize()
+{
+    const QSizeF size = iconSize(m_look.name, boxFor(m_fontSize));
+    setImplicitSize(size.width(), size.height());
 }
 
 SymbolLook Symbol::look() const

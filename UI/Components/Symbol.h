@@ -44,7 +44,11 @@ public:
     QColor shadow2Color() const { return m_look.shadows[1].color; }
     double shadow2Radius() const { return m_look.shadows[1].radius; }
 
-    void setName(const QString &name) { set(m_look.name, name, &Symbol::nameChanged); }
+    void setName(const QString &name)
+    {
+        set(m_look.name, name, &Symbol::nameChanged);
+        updateSize();
+    }
     void setFile(const QString &file) { set(m_look.file, file, &Symbol::fileChanged); }
     void setRadius(double radius) { set(m_look.radius, radius, &Symbol::radiusChanged); }
     void setFontSize(double size);
@@ -89,6 +93,7 @@ protected:
 
 private:
     SymbolLook look() const;
+    void updateSize();
 
     template <typename Value> void set(Value &member, const Value &value, void (Symbol::*changed)())
     {

@@ -17,7 +17,11 @@
 namespace kelmoth {
 namespace {
 
-constexpr double grid = 16; ///< the icons are drawn on 16 x 16 units, with lines one unit wide
+const SymbolIcon *iconNamed(const QString &name)
+{
+    const QByteArray bytes = name.toUtf8();
+    return symbolNamed({bytes.data(), static_cast<std::size_t>(bytes.size())});
+}
 
 /// An icon's drawing, made stronger by a stroke of so many units around it.
 QByteArray drawing(const SymbolIcon &icon, double stroke)
@@ -33,18 +37,48 @@ QByteArray drawing(const SymbolIcon &icon, double stroke)
                                       QByteArray::number(stroke, 'f', 2) + R"(" )";
         svg.replace("<svg ", attributes);
     }
-    if (icon.charge > 0) { // the inside of the battery reaches from 2 to 12
-        const QByteArray width = QByteArray::number(icon.charge / 10.0, 'f', 1);
-        svg.replace("</svg>", R"(<path stroke="none" d="M2 6h)" + width + "v4h-" + width + R"(z"/></svg>)");
+    if (icon.charge > 0) { // the inside of the battery is twelve units wide
+        const QByteArray width = QByteArray::number(icon.charge * 0.12, 'f', 2);
+        svg.replace("</svg>",
+                    R"(<path stroke="none" d="M2.667 5.333h)" + width + "v5.334h-" + width + R"(z"/></svg>)");
     }
     return svg;
 }
 
-/// Lines of less than a pixel look faint beside text: small icons are drawn stronger.
+/// Lines of less than a pixel look faint beside text: small icons are drawn stronger, and lines more than
+/// solids.
 double strokeFor(const SymbolIcon &icon, double pixels, bool bold)
 {
-    const double stroke = std::max(0.0, 1 - pixels / grid) * 0.5 + (bold ? 0.45 : 0.0);
-    return icon.fine ? stroke / 3 : stroke;
+    const double stroke = std::max(0.0, 1 - pixels / SymbolIcon::grid) * 0.5 + (bold ? 0.45 : 0.0);
+    switch (icon.kind) {
+    case SymbolIcon::solid:
+        return stroke;
+    case SymbolIcon::line:
+        return stroke + 0.3;
+    case SymbolIcon::fine:
+        return stroke / 3;
+    case SymbolIcon::cutOut:
+        break;
+    }
+    return 0;
+}
+
+/// Widens what is cut out of a solid: takes its outline away, and what that takes outside is given before.
+void renderStronger(QPainter &painter, const SymbolIcon &icon, QSize canvas, const QRectF &box)
+{
+    constexpr double stroke = 0.6;
+    const double growth = box.height() * stroke / (SymbolIcon::grid - stroke) / 2;
+    const QRectF grown = box.adjusted(-growth, -growth, growth, growth);
+    QSvgRenderer(drawing(icon, 0)).render(&painter, grown);
+    QImage outline(canvas, QImage::Format_ARGB32_Premultiplied);
+    outline.fill(Qt::transparent);
+    {
+        QByteArray svg = drawing(icon, stroke);
+        QPainter lines(&outline);
+        QSvgRenderer(svg.replace(R"(fill="currentColor")", R"(fill="none")")).render(&lines, grown);
+    }
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.drawImage(0, 0, outline);
 }
 
 QImage mask(const SymbolLook &look, QSize canvas, const QRectF &box, double scale)
@@ -59,14 +93,17 @@ QImage mask(const SymbolLook &look, QSize canvas, const QRectF &box, double scal
         cut(image, continuousRectangle(box, look.radius * scale));
         return image;
     }
-    const QByteArray name = look.name.toUtf8();
-    const SymbolIcon *icon = symbolNamed({name.data(), static_cast<std::size_t>(name.size())});
+    const SymbolIcon *icon = iconNamed(look.name);
     if (!icon) {
         return image;
     }
-    QSvgRenderer renderer(drawing(*icon, strokeFor(*icon, box.width(), look.bold)));
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
+    if (look.bold && icon->kind == SymbolIcon::cutOut) {
+        renderStronger(painter, *icon, canvas, box);
+        return image;
+    }
+    QSvgRenderer renderer(drawing(*icon, strokeFor(*icon, box.height(), look.bold)));
     painter.translate(box.center());
     painter.rotate(icon->turn);
     renderer.render(&painter, QRectF(-box.width() / 2, -box.height() / 2, box.width(), box.height()));
@@ -96,6 +133,12 @@ QByteArray SymbolLook::key() const
     return bytes;
 }
 
+QSizeF iconSize(const QString &name, double height)
+{
+    const SymbolIcon *icon = iconNamed(name);
+    return {icon ? height * icon->width / SymbolIcon::grid : height, height};
+}
+
 Picture paintSymbol(const SymbolLook &look, double scale)
 {
     double reach = 0;
@@ -104,15 +147,15 @@ Picture paintSymbol(const SymbolLook &look, double scale)
     }
     // A strong or turned icon passes its box a little.
     const int margin = static_cast<int>(std::ceil(reach * scale)) + 2;
-    const int side = std::max(qRound(look.side * scale), 1);
+    const QSize icon = (iconSize(look.name, look.side) * scale).toSize().expandedTo({1, 1});
     const QSize item(qRound(look.size.width() * scale), qRound(look.size.height() * scale));
-    const QSize canvas = item.expandedTo({side, side}) + QSize(2 * margin, 2 * margin);
+    const QSize canvas = item.expandedTo(icon) + QSize(2 * margin, 2 * margin);
     constexpr int longest = 4096;
     if (canvas.width() > longest || canvas.height() > longest) {
         return {};
     }
-    const QPoint corner((canvas.width() - side) / 2, (canvas.height() - side) / 2);
-    const QRectF box(corner, QSizeF(side, side));
+    const QPoint corner((canvas.width() - icon.width()) / 2, (canvas.height() - icon.height()) / 2);
+    const QRectF box(corner, QSizeF(icon));
 
     const QImage shape = mask(look, canvas, box, scale);
     QImage image(canvas, QImage::Format_ARGB32_Premultiplied);

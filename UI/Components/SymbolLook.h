@@ -19,7 +19,7 @@ struct SymbolLook {
     };
 
     QSizeF size;         ///< the icon stands in the middle
-    double side = 0;     ///< of the icon's square box
+    double side = 0;     ///< of the icon's box: its height
     QString name;        ///< as the design calls it; an unknown one paints nothing
     QString file;        ///< not empty: an SVG picture to show instead, in its own colours
     double radius = 0;   ///< of the corners that the picture is cut to
@@ -29,6 +29,9 @@ struct SymbolLook {
 
     QByteArray key() const;
 };
+
+/// What a symbol so high takes; most are as wide.
+QSizeF iconSize(const QString &name, double height);
 
 /// Paints the symbol for `scale` device pixels to a logical one.
 Picture paintSymbol(const SymbolLook &look, double scale);

@@ -7,11 +7,21 @@ namespace kelmoth {
 
 /// How one symbol is drawn.
 struct SymbolIcon {
+    static constexpr int grid = 16; ///< units of height; lines are one wide
+
+    enum Kind {
+        solid,
+        line,
+        fine,  ///< lines so close that stronger ones would run together
+        cutOut ///< a solid with a sign cut out of it, which is what is stronger
+    };
+
     std::string_view name; ///< as the design calls it
-    std::string_view icon; ///< of bootstrap-icons
-    int turn = 0;          ///< degrees clockwise
+    std::string_view icon; ///< of bootstrap-icons, or our own
+    Kind kind = solid;     ///< how it is made stronger
+    int width = grid;      ///< units
     int charge = 0;        ///< of a battery, in percent: filled so far
-    bool fine = false;     ///< lines so close that stronger ones would run together
+    int turn = 0;          ///< degrees clockwise
 };
 
 /// All symbols, sorted as they are used.
