@@ -89,7 +89,7 @@ Item {
             Accessible.name: qsTr("Battery")
             Accessible.role: Accessible.Grouping
             implicitHeight: battery.implicitHeight + 8
-            implicitWidth: battery.implicitWidth + 12
+            implicitWidth: battery.width + 12
             visible: root.model.showsBattery
 
             Surface {
@@ -98,13 +98,23 @@ Item {
                 radius: 6
             }
 
+            TextMetrics {
+                id: widest
+
+                font: level.font
+                text: "100%"
+            }
+
             Column {
                 id: battery
 
                 anchors.centerIn: parent
                 spacing: 1
+                width: Math.max(symbol.implicitWidth, Math.ceil(widest.advanceWidth)) // whatever the level
 
                 Symbol {
+                    id: symbol
+
                     anchors.horizontalCenter: parent.horizontalCenter
                     color: Theme.accent
                     name: root.model.batteryIcon
@@ -112,6 +122,8 @@ Item {
                 }
 
                 AppText {
+                    id: level
+
                     anchors.horizontalCenter: parent.horizontalCenter
                     color: Theme.accent
                     size: 8
