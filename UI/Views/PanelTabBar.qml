@@ -63,6 +63,7 @@ Item {
                 scale: selected ? 1.05 : 1
                 selectable: true
                 text: qsTr(label)
+                z: selected ? 1 : 0 // its glow lies over its neighbours
 
                 onTriggered: root.model.selectTab(index)
 
