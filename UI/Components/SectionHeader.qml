@@ -22,7 +22,7 @@ Item {
         name: root.icon
         size: 12
         visible: root.icon !== ""
-        width: 18
+        width: 20
     }
 
     AppText {
@@ -36,6 +36,6 @@ Item {
         text: root.text
         weight: Font.DemiBold
         width: root.width - x
-        x: symbol.visible ? symbol.width + 6 : 0
+        x: symbol.visible ? symbol.width + 4 : 0
     }
 }

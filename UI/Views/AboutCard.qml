@@ -9,7 +9,6 @@ Item {
     property string icon
     property color iconColor
     property string title
-    property real gap: 8 ///< between the symbol and the title, as in the rows
     default property alias rows: column.data
 
     implicitHeight: column.implicitHeight + 24
@@ -39,7 +38,7 @@ Item {
 
         RowLayout {
             Layout.fillWidth: true
-            spacing: root.gap
+            spacing: 10
 
             Symbol {
                 Layout.preferredWidth: 20

@@ -140,7 +140,6 @@ FocusScope {
             AboutCard {
                 id: features
 
-                gap: 10
                 icon: "sparkles"
                 iconColor: Theme.yellow
                 opacity: Math.min(1, root.featuresArrival)

@@ -94,7 +94,7 @@ Column {
 
                 AppText {
                     anchors.left: symbol.right
-                    anchors.leftMargin: 6
+                    anchors.leftMargin: 10 // in line with the row's own text
                     anchors.right: check.left
                     anchors.verticalCenter: parent.verticalCenter
                     lineHeight: 0.95

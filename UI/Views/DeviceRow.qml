@@ -13,7 +13,7 @@ RowLayout {
     property real arrival: appeared ? 1 : 0
 
     opacity: Math.min(1, arrival)
-    spacing: 8
+    spacing: 10
 
     Behavior on arrival {
         DelayedSpring {
