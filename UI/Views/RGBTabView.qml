@@ -100,7 +100,7 @@ ScrollArea {
     TileGrid {
         columnSpacing: 0
         columns: 5
-        rowSpacing: 8
+        rowSpacing: 10
         width: parent.width
 
         Repeater {
@@ -151,7 +151,7 @@ ScrollArea {
         Symbol {
             color: Theme.secondaryLabel
             name: "sun.min"
-            size: 11
+            size: 13
         }
 
         Strip {
@@ -160,7 +160,7 @@ ScrollArea {
             Layout.fillWidth: true
             Layout.leftMargin: knobWidth / 2 - 2 // clear of the knob at either end
             Layout.rightMargin: knobWidth / 2 - 2
-            markerColor: Theme.dark ? Theme.gray : Theme.white
+            markerColor: Qt.tint(Theme.underPageBackground, Theme.alpha(light, shownPosition))
             position: root.model.brightness
             stops: [
                 {
@@ -186,7 +186,7 @@ ScrollArea {
         Symbol {
             color: Theme.secondaryLabel
             name: "sun.max"
-            size: 13
+            size: 15
         }
 
         AppText {

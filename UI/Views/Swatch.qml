@@ -11,7 +11,7 @@ PressArea {
     Layout.fillWidth: true
     Layout.preferredWidth: 1
     focusShape: Surface.Circle
-    implicitHeight: 34
+    implicitHeight: 40
     role: Accessible.RadioButton
     selectable: true
 
@@ -19,10 +19,10 @@ PressArea {
         anchors.centerIn: parent
         borderColor: Theme.accent
         borderWidth: 2
-        height: 34
+        height: 40
         opacity: root.selected ? 1 : 0
         shape: Surface.Circle
-        width: 34
+        width: 40
 
         Behavior on opacity {
             EaseInOut {
@@ -36,10 +36,10 @@ PressArea {
         borderColor: Theme.outline
         borderWidth: 1
         color: root.color
-        height: 28
+        height: 34
         scale: root.selected ? 0.9 : root.hovered ? 1.1 : 1
         shape: Surface.Circle
-        width: 28
+        width: 34
 
         Behavior on scale {
             EaseInOut {
