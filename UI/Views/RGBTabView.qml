@@ -9,8 +9,13 @@ ScrollArea {
     id: root
 
     required property var model
+    readonly property real inner: preview.height + (model.showsZonePicker ? zones.height + spacing : 0) + (model.effects.count > 0 ? effects.height + spacing : 0) + 2 * 40 + 10 + 2 * 18 + 3 * spacing
+    /// What the swatches and the strips have around them of the room that is left over.
+    readonly property real air: Math.max(0, Math.min(14, Math.floor((height - inner) / 6)))
 
     SegmentedPicker {
+        id: zones
+
         currentIndex: root.model.zoneIndex
         model: root.model.zoneTitles.map(title => qsTr(title))
         text: qsTr("Lighting zone")
@@ -29,6 +34,8 @@ ScrollArea {
     }
 
     TileGrid {
+        id: effects
+
         columns: 4
         visible: root.model.effects.count > 0
         width: parent.width
@@ -97,35 +104,44 @@ ScrollArea {
         }
     }
 
-    TileGrid {
-        columnSpacing: 0
-        columns: 5
-        rowSpacing: 10
+    Item {
+        height: swatches.height + 2 * root.air
         width: parent.width
 
-        Repeater {
-            model: root.model.presets
+        TileGrid {
+            id: swatches
 
-            Swatch {
-                required selected
-                required property int index
-                required property string label
-                required property color presetColor
+            columnSpacing: 0
+            columns: 5
+            rowSpacing: 10 + root.air
+            width: parent.width
+            y: root.air
 
-                color: presetColor
-                text: label
-                usable: root.model.isEnabled
+            Repeater {
+                model: root.model.presets
 
-                onTriggered: {
-                    preview.motion = LightPreview.Soft;
-                    root.model.pickPreset(index);
-                    preview.motion = LightPreview.None;
+                Swatch {
+                    required selected
+                    required property int index
+                    required property string label
+                    required property color presetColor
+
+                    color: presetColor
+                    text: label
+                    usable: root.model.isEnabled
+
+                    onTriggered: {
+                        preview.motion = LightPreview.Soft;
+                        root.model.pickPreset(index);
+                        preview.motion = LightPreview.None;
+                    }
                 }
             }
         }
     }
 
     Strip {
+        height: implicitHeight + root.air
         markerColor: Qt.hsva(shownPosition, 0.9, 0.9, 1)
         moves: preview.motion === LightPreview.Soft
         position: root.model.hue
@@ -158,6 +174,7 @@ ScrollArea {
             property color light: root.model.currentColor
 
             Layout.fillWidth: true
+            Layout.preferredHeight: implicitHeight + root.air
             Layout.leftMargin: knobWidth / 2 - 2 // clear of the knob at either end
             Layout.rightMargin: knobWidth / 2 - 2
             markerColor: Qt.tint(Theme.underPageBackground, Theme.alpha(light, shownPosition))
