@@ -11,7 +11,7 @@ std::optional<Platform> composePlatform(const Options &options, std::shared_ptr<
 {
     auto platform = linuxPlatform();
     // No bundle: what is printed is English in every session, for the programs that read it.
-    platform.userDefaults = settingsUserDefaults();
+    platform.userDefaults = settingsUserDefaults(std::chrono::seconds{20}); // a busy disk is no failure
     platform.log = std::move(log);
     if (options.simulate && !simulateMice(*options.simulate, platform, failure)) {
         return std::nullopt;

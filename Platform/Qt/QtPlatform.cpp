@@ -20,9 +20,10 @@ QString settingsDirectory()
            bundleIdentifier;
 }
 
-std::shared_ptr<UserDefaults> settingsUserDefaults()
+std::shared_ptr<UserDefaults> settingsUserDefaults(std::chrono::milliseconds longestWait)
 {
-    return std::make_shared<SettingsUserDefaults>(settingsDirectory() + QStringLiteral("/defaults.ini"));
+    return std::make_shared<SettingsUserDefaults>(settingsDirectory() + QStringLiteral("/defaults.ini"),
+                                                  longestWait);
 }
 
 std::shared_ptr<const Bundle> resourceMainBundle()
@@ -33,7 +34,8 @@ std::shared_ptr<const Bundle> resourceMainBundle()
 
 void fillQtPlatform(Platform &platform)
 {
-    platform.userDefaults = settingsUserDefaults();
+    platform.userDefaults =
+        settingsUserDefaults(std::chrono::seconds{4}); // a desktop that ends waits no longer
     platform.mainBundle = resourceMainBundle();
 }
 

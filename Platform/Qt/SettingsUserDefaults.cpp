@@ -24,8 +24,6 @@ namespace {
 /// A file of ours has some kilobytes. To read a larger one would hold up the main thread.
 constexpr std::size_t largestFile = std::size_t{1024} * 1024;
 
-constexpr int longestWaitAtExit = 4000; // milliseconds
-
 constexpr const char *notRead = "⚠️ Settings could not be read: %s";
 constexpr const char *notSaved = "⚠️ Settings could not be saved: %s";
 
@@ -112,9 +110,10 @@ private:
     std::string m_obstacle;
 };
 
-SettingsUserDefaults::SettingsUserDefaults(const QString &path)
+SettingsUserDefaults::SettingsUserDefaults(const QString &path, std::chrono::milliseconds longestWait)
     : m_path(QFile::encodeName(path).toStdString()),
       m_writes(std::make_shared<Writes>()),
+      m_longestWait(longestWait),
       m_writer(std::make_unique<QThreadPool>())
 {
     m_writer->setObjectName(QStringLiteral("com.kelmoth.defaults"));
@@ -128,7 +127,7 @@ SettingsUserDefaults::~SettingsUserDefaults()
 
 std::optional<std::string> SettingsUserDefaults::flush()
 {
-    if (m_writer && !m_writer->waitForDone(longestWaitAtExit)) {
+    if (m_writer && !m_writer->waitForDone(static_cast<int>(m_longestWait.count()))) {
         (void)m_writer.release(); // ends with the process, which must not wait for it any longer
     }
     if (!m_writer) {

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QThreadPool>
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
@@ -18,9 +19,10 @@ namespace kelmoth {
 /// object.
 class SettingsUserDefaults : public UserDefaults {
 public:
-    /// A missing or unusable file reads as empty.
-    explicit SettingsUserDefaults(const QString &path);
-    /// Waits for what is still to be written, some seconds at most.
+    /// A missing or unusable file reads as empty. `longestWait` is how long `flush` waits for the disk.
+    explicit SettingsUserDefaults(const QString &path,
+                                  std::chrono::milliseconds longestWait = std::chrono::seconds{4});
+    /// Waits for what is still to be written, as `flush` does.
     ~SettingsUserDefaults() override;
 
     std::int64_t integerForKey(std::string_view key) const override;
@@ -53,6 +55,7 @@ private:
     mutable std::optional<Stamp> m_stamp;
     struct Writes;
     std::shared_ptr<Writes> m_writes;
+    const std::chrono::milliseconds m_longestWait;
     std::unique_ptr<QThreadPool> m_writer; ///< one thread: the disk, or another program, may keep it waiting
 };
 
