@@ -7,6 +7,7 @@ Nothing of the user's is touched, and everything that is started ends with the `
 import os
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -20,6 +21,7 @@ class Desktop:
         self._size = size
 
     def __enter__(self):
+        signal.signal(signal.SIGTERM, signal.default_int_handler)  # or the children would outlive an ended test
         self._children = []
         self.home = tempfile.mkdtemp(prefix="kelmoth-desktop-")
         runtime = os.path.join(self.home, "run")
@@ -33,9 +35,8 @@ class Desktop:
                           XDG_CONFIG_HOME=os.path.join(self.home, "config"),
                           QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         try:
-            os.environ["DISPLAY"] = self.start_display()[0]
+            self.start_screen()
             os.environ["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus()[0]
-            self.start(["openbox", "--sm-disable"])
             # The first question on a fresh bus starts the accessibility bus; a program's would be answered too late.
             subprocess.run(["gdbus", "call", "--session", "--dest", "org.a11y.Bus", "--object-path", "/org/a11y/bus",
                             "--method", "org.a11y.Bus.GetAddress"], check=True, stdout=subprocess.DEVNULL)
@@ -60,18 +61,23 @@ class Desktop:
         self._children.append(child)
         return child
 
+    def start_screen(self):
+        """What shows windows and manages them, and the names by which programs find it."""
+        os.environ["DISPLAY"] = self.start_display()[0]
+        self.start(["openbox", "--sm-disable"])
+
     def start_display(self):
         """The name and the process of another X server."""
-        number, server = self._announced(
+        number, server = self.start_server(
             ["Xvfb", "-displayfd", "{fd}", "-screen", "0", self._size + "x24", "-nolisten", "tcp", "-noreset"])
         return ":" + number, server
 
     def start_bus(self):
         """The address and the process of another session bus."""
-        return self._announced(["dbus-daemon", "--session", "--nofork", "--print-address={fd}"])
+        return self.start_server(["dbus-daemon", "--session", "--nofork", "--print-address={fd}"])
 
-    def _announced(self, command):
-        """Starts a server; gives the line that it writes once it is ready, and its process."""
+    def start_server(self, command):
+        """Starts a server; gives the line that it writes to {fd} once it is ready, and its process."""
         reader, writer = os.pipe()
         server = self.start([word.format(fd=writer) for word in command], pass_fds=[writer])
         os.close(writer)

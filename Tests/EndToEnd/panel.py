@@ -13,7 +13,8 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-PATIENCE = 20  # seconds; a loaded machine is slow, a broken program is never done
+PATIENCE = 60  # seconds; a loaded machine is slow, a broken program is never done
+Atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)  # milliseconds; its own patience is 800
 
 
 def wait_for(what, condition):

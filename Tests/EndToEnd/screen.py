@@ -7,6 +7,8 @@ from Xlib import X, XK, Xutil, display, error
 from Xlib.ext import xtest
 from Xlib.protocol import event
 
+PANEL = 340, 610  # its size
+
 
 class Area(NamedTuple):
     x: int
