@@ -347,6 +347,68 @@ TEST_F(ViewTest, APageThatWasLeftIsFoundAtItsTopWithNothingOpen)
     EXPECT_EQ(top(), atRest);
 }
 
+/// Whatever the font, as large as desktops make it.
+TEST_F(ViewTest, NoTextIsCutOrCoveredInAnyLanguageAndScale)
+{
+    show({pro});
+    const auto check = [this](bool isAlone) {
+        (void)view->grabWindow();
+        std::vector<QRectF> places;
+        QList<QQuickItem *> items{view->rootObject()};
+        for (int i = 0; i < items.size(); ++i) {
+            const auto *item = items.at(i);
+            items += item->childItems();
+            if (!item->isVisible() || !item->inherits("QQuickText") || item->implicitWidth() == 0) {
+                continue;
+            }
+            const auto number = [item](const char *property) { return item->property(property).toDouble(); };
+            const auto text = item->property("text").toString().toStdString();
+            EXPECT_FALSE(item->property("truncated").toBool()) << text;
+            EXPECT_LE(number("contentWidth"), item->width() + 0.5) << text;
+            EXPECT_LE(number("contentHeight"), item->height() + 0.5) << text;
+            auto place =
+                item->mapRectToScene({0, 0, number("contentWidth"), item->height()}).adjusted(1, 1, -1, -1);
+            for (const auto *around = item->parentItem(); around; around = around->parentItem()) {
+                place &= around->clip() ? around->mapRectToScene(around->boundingRect()) : place;
+            }
+            EXPECT_GE(place.left(), 0) << text;
+            EXPECT_LE(place.right(), view->width()) << text;
+            const auto covers = [&](const QRectF &other) { return isAlone && other.intersects(place); };
+            EXPECT_TRUE(std::ranges::none_of(places, covers)) << text;
+            places.push_back(place);
+        }
+    };
+    auto &buttons = *panel->buttonsTab();
+    constexpr int row = static_cast<int>(MouseButton::forward);
+    const auto screens = QGuiApplication::screens();
+    for (const auto *screen : screens) {
+        view->setPosition(screen->geometry().topLeft());
+        for (const int language : {1, 2}) {
+            SCOPED_TRACE(screen->name().toStdString() + " % in language " + std::to_string(language));
+            preferences.chooseLanguage(language);
+            for (const int page :
+                 {ContentModel::dpi, ContentModel::rgb, ContentModel::settings, ContentModel::buttons}) {
+                panel->selectTab(page);
+                check(true);
+            }
+            buttons.toggleButton(row);
+            for (const char *action : {"Keyboard Key", "Profile Switch"}) {
+                const auto labels = texts(buttons.actions(), "label");
+                buttons.handleActionSelection(row, int(std::ranges::find(labels, action) - labels.begin()));
+                check(true);
+            }
+            buttons.toggleButton(row);
+            panel->openAbout();
+            (void)view->grabWindow(); // it is loaded meanwhile
+            check(false);
+            panel->closeAbout();
+        }
+    }
+    mice[0]->unplug();
+    settle();
+    check(false);
+}
+
 /// It has fewer effects, and the tiles of the others go while nothing is drawn.
 TEST_F(ViewTest, AnotherMouseMayComeWhileThePanelIsHidden)
 {

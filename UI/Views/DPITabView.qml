@@ -61,17 +61,20 @@ ScrollArea {
             onMoved: value => root.model.moveSlider(value)
         }
 
-        RowLayout {
+        Item { // each as wide as its text, whatever changes
             Layout.fillWidth: true
+            implicitHeight: least.implicitHeight
 
             AppText {
-                Layout.fillWidth: true
+                id: least
+
                 color: Theme.tertiaryLabel
                 size: 9
                 text: "100"
             }
 
             AppText {
+                anchors.right: parent.right
                 color: Theme.tertiaryLabel
                 size: 9
                 text: root.model.maxDPIText
