@@ -61,7 +61,7 @@ QCoro::Task<std::optional<Data>> DeviceManager::WritingSection::send(RazerComman
         co_return std::nullopt;
     }
     std::optional<Data> answer = co_await m_manager->m_hidMonitor.send(command, m_device);
-    co_return m_manager ? answer : std::nullopt;
+    co_return answer;
 }
 
 bool DeviceManager::WritingSection::isCurrent() const

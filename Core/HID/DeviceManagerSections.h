@@ -35,7 +35,7 @@ public:
     WritingSection(const WritingSection &) = delete;
     WritingSection &operator=(const WritingSection &) = delete;
 
-    /// Sends one command. The accepted answer; none without one, and once the manager has gone.
+    /// Sends one command, if the manager is there. The accepted answer; none without one.
     QCoro::Task<std::optional<Data>> send(RazerCommand command);
 
     /// Whether the manager is there, with this mouse as the chosen one.

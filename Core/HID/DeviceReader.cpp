@@ -105,14 +105,13 @@ private:
         co_return setting;
     }
 
-    /// The stages as the mouse has them, in the colours that the positions had.
+    /// The stages as the mouse has them. No mouse knows their colours, and nothing changes those.
     void takeStages(const RazerProtocol::DPIStages &stages)
     {
         auto &state = m_reading.state;
         std::vector<DPIStage> taken;
         for (std::size_t i = 0; i < stages.dpis.size(); ++i) {
-            const auto color = i < state.dpiStages.size() ? state.dpiStages[i].color : stageColor(i);
-            taken.push_back({static_cast<Int>(i), stages.dpis[i], color});
+            taken.push_back({static_cast<Int>(i), stages.dpis[i], stageColor(i)});
         }
         state.dpiStages = std::move(taken);
         state.currentDPIStage = stages.active;
