@@ -117,7 +117,7 @@ TEST_F(HIDMonitorTest, AMouseThatMayNotBeOpenedIsListedAndAskedByHIDReportsOnceI
     EXPECT_EQ(takeAttempts(), 0);
     mouse().clearFaults();
     time->takePauses();
-    mouse().addFault({.kind = Kind::noAnswer});
+    mouse().addFault({.kind = Kind::shortRead});
     EXPECT_TRUE(send(command::getDPIStages{}));
     EXPECT_THAT(time->takePauses(), ElementsAre(60ms, 10ms, 60ms));
     takeAttempts();

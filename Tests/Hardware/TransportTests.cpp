@@ -133,6 +133,17 @@ TEST_F(TransportTest, ATransportMayBeDroppedAndItsDeviceVanishDuringATransfer)
     goOn.count_down();
 }
 
+TEST_F(TransportTest, SendsWholeReportsAndNothingWhileAnotherHasTheMouse)
+{
+    const auto transport = openTransport();
+    EXPECT_TRUE(transport->sendRazerReport(Data(60, 1)));
+    EXPECT_EQ(mouse->takeTransfers().at(0).bytes.size(), 90U);
+    const auto other = openNode();
+    ASSERT_EQ(takeExchange(other.get(), *time), 0);
+    EXPECT_EQ(transport->transact(request(RGBZone::logo), 60000).kind, TransactResult::Kind::noResponse);
+    EXPECT_TRUE(mouse->takeTransfers().empty());
+}
+
 using ExchangeLockTest = TransportTest;
 
 TEST_F(ExchangeLockTest, WhoHasJustFinishedQueuesBehindWhoWaits)
