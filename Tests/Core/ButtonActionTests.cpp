@@ -52,7 +52,7 @@ TEST(ButtonAction, TakesValuesAndBytesOutOfRange)
 TEST(KeyboardShortcut, ReadsTextAsTheRulesSay)
 {
     const std::vector<std::pair<std::string_view, KeyboardShortcut>> rows{
-        {" Ctrl+Option+Return ", {0x05, 0x28}},
+        {" Ctrl+Option+Ctrl+Return ", {0x05, 0x28}},
         {"\tcommand+win+A\t", {0x08, 0x04}},
         {"ctrl + a", {0x01, 0x00}},     // only the form with the plus sign is taken out
         {"shiftctrl+z", {0x03, 0x00}},  // "shift" stays in the key's name

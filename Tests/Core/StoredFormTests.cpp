@@ -87,7 +87,8 @@ TEST(StoredForm, AcceptsAndRefusesEachMemberByItsRules)
              {logo + "/secondaryColor", "7", "rgbSettings[1].secondaryColor: an object"},
              {logo + "/speed", "\"fast\"", "rgbSettings[1].speed: a number"},
              {logo + "/color/g", "256", "rgbSettings[1].color.g: 256 is outside"},
-             {logo + "/color/b", "-1", "rgbSettings[1].color.b: -1 is outside"},
+             {logo + "/color/b", "-1e2", "rgbSettings[1].color.b: -100 is outside"},
+             {logo + "/color/b", "0.0", ""},
              // Maps: pairs, keys by their stored names.
              {"/rgbSettings/0", "\"scrollWheel\"", "rgbSettings[0]: \"scrollWheel\" is not one of"},
              {"/rgbSettings", "[1,2,3]", "rgbSettings: keys and values"},
