@@ -26,7 +26,7 @@ enum FunctionClass : std::uint8_t {
 };
 
 /// Byte 2 of the DPI and profile functions.
-constexpr std::uint8_t select = 0x03; ///< with two argument bytes: of the stage or profile in byte 3
+constexpr std::uint8_t select = 0x03; ///< the stage or profile whose number is in byte 3
 constexpr std::uint8_t cycleProfile = 0x04;
 constexpr std::uint8_t cycleDPI = 0x06;
 constexpr std::uint8_t otherDPI = 0x07;

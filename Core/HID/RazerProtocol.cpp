@@ -16,12 +16,12 @@ constexpr Int lastProfile = 5;
 constexpr Int highestLiftOff = 2;
 constexpr std::uint8_t readBit = 0x80; ///< of the command id
 
-/// Byte 8 of the lighting and DPI commands: the setting is kept in the mouse's memory.
-constexpr std::uint8_t stored = 0x01;
+/// Byte 8 of the lighting and DPI commands.
+constexpr std::uint8_t firstArgument = 0x01;
 
-/// Bytes 8 and 9 of the lift-off commands.
-constexpr std::uint8_t liftOffProfile = 0x00;
-constexpr std::uint8_t liftOffSensor = 0x04;
+/// Bytes 8 and 9 of the lift-off commands, and byte 10 of a report with a level in byte 11.
+constexpr std::array<std::uint8_t, 2> liftOffArguments{0x00, 0x04};
+constexpr std::uint8_t levelFollows = 0x01;
 
 std::uint8_t dpiTransactionID(const RazerDevice &device)
 {
@@ -76,8 +76,7 @@ struct EffectLayout {
     bool hasColor;
 };
 
-/// By RGBEffect. The mouse has no effect of its own for starlight and ripple: they are sent as the layouts
-/// that come nearest.
+/// By RGBEffect. Starlight is sent as breathing is, ripple as breathing without a colour.
 constexpr std::array effectLayouts{
     EffectLayout{{0x00, 0x00, 0x00, 0x00}, false}, // off
     EffectLayout{{0x01, 0x00, 0x00, 0x01}, true},  // staticColor
@@ -89,7 +88,7 @@ constexpr std::array effectLayouts{
     EffectLayout{{0x02, 0x00, 0x00, 0x00}, false}, // ripple
 };
 constexpr std::uint8_t coloredEffectSize = 0x09;
-constexpr std::uint8_t knownEffectCodes = 6; ///< those that the mouse reports: off to reactive
+constexpr std::uint8_t knownEffectCodes = 6; ///< those that are read: off to reactive
 
 /// By RGBZone.
 constexpr std::array<std::uint8_t, 4> ledIDs{0x01, 0x04, 0x0A, 0x02};
@@ -100,7 +99,7 @@ constexpr std::array<std::uint8_t, 11> buttonIDs{0x01, 0x02, 0x03, 0x05, 0x04, 0
 
 Data zoneReport(CommandCode code, RGBZone zone)
 {
-    return withArguments(code, std::array{stored, ledID(zone)});
+    return withArguments(code, std::array{firstArgument, ledID(zone)});
 }
 
 /// Lays out each command; the visitor of `createReport`.
@@ -113,7 +112,7 @@ struct Builder {
     }
     Data operator()(const command::getDPIStages &) const
     {
-        return withArguments(code::getDPIStages, std::array{stored}, dpiTransactionID(device));
+        return withArguments(code::getDPIStages, std::array{firstArgument}, dpiTransactionID(device));
     }
     Data operator()(const command::setRGB &command) const
     {
@@ -130,17 +129,17 @@ struct Builder {
     }
     Data operator()(const command::prepareLiftOff &) const
     {
-        return withArguments(code::prepareLiftOff, std::array{liftOffProfile, liftOffSensor});
+        return withArguments(code::prepareLiftOff, liftOffArguments);
     }
     Data operator()(const command::setLiftOff &command) const
     {
         const auto level = static_cast<std::uint8_t>(std::clamp<Int>(command.level, 0, highestLiftOff));
-        constexpr std::uint8_t set = 0x01;
-        return withArguments(code::setLiftOff, std::array{liftOffProfile, liftOffSensor, set, level});
+        const auto [first, second] = liftOffArguments;
+        return withArguments(code::setLiftOff, std::array{first, second, levelFollows, level});
     }
     Data operator()(const command::getLiftOff &) const
     {
-        return withArguments(code::getLiftOff, std::array{liftOffProfile, liftOffSensor});
+        return withArguments(code::getLiftOff, liftOffArguments);
     }
     Data operator()(const command::getBatteryLevel &) const { return sealed(frame(code::getBatteryLevel)); }
     Data operator()(const command::getChargingStatus &) const
@@ -194,7 +193,7 @@ Data createSetDPIStagesReport(std::span<const DPIStage> stages, Int activeStage,
 {
     const auto count = std::min<Int>(std::ssize(stages), mostStages);
     auto report = frame(code::setDPIStages, dpiTransactionID(device));
-    report[8] = stored;
+    report[8] = firstArgument;
     report[9] = static_cast<std::uint8_t>(count == 0 ? 1 : std::clamp<Int>(activeStage, 0, count - 1) + 1);
     report[10] = static_cast<std::uint8_t>(count);
     for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
@@ -211,7 +210,7 @@ Data createSetRGBReport(RGBZone zone, const RGBSetting &setting, const RazerDevi
 {
     const auto &layout = effectLayouts[static_cast<std::size_t>(setting.effect)];
     auto report = frame(code::setRGB);
-    report[8] = stored;
+    report[8] = firstArgument;
     report[9] = ledID(zone);
     std::ranges::copy(layout.bytes, report.begin() + 10);
     if (layout.hasColor) {
@@ -225,7 +224,8 @@ Data createSetRGBReport(RGBZone zone, const RGBSetting &setting, const RazerDevi
 
 Data createSetBrightnessReport(RGBZone zone, double brightness, const RazerDevice &)
 {
-    return withArguments(code::setBrightness, std::array{stored, ledID(zone), brightnessByte(brightness)});
+    return withArguments(code::setBrightness,
+                         std::array{firstArgument, ledID(zone), brightnessByte(brightness)});
 }
 
 Data createSetButtonMappingReport(MouseButton button, const ButtonAction &action, Int profile,
@@ -253,13 +253,13 @@ ResponseStatus classify(std::span<const std::uint8_t> response, std::span<const 
         return ResponseStatus::noMatch;
     }
     switch (response[offset::status]) {
-    case 0x02: // done
+    case 0x02:
         return ResponseStatus::success;
-    case 0x01: // busy: a write has been taken, a read has no data yet
+    case 0x01: // of a write; the data of a read are not ready
         return (request[offset::commandID] & readBit) ? ResponseStatus::noMatch : ResponseStatus::success;
-    case 0x03: // failed
-    case 0x04: // timed out
-    case 0x05: // not supported
+    case 0x03:
+    case 0x04:
+    case 0x05:
         return ResponseStatus::rejected;
     default:
         return ResponseStatus::noMatch;
@@ -305,7 +305,7 @@ std::optional<RGBSetting> parseRGB(std::span<const std::uint8_t> effect,
 
 std::optional<Int> parseLiftOff(std::span<const std::uint8_t> response)
 {
-    if (!isWhole(response) || response[10] != 0x01 || response[11] > highestLiftOff) {
+    if (!isWhole(response) || response[10] != levelFollows || response[11] > highestLiftOff) {
         return std::nullopt;
     }
     return response[11];

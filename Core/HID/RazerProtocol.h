@@ -94,7 +94,7 @@ Data createGetButtonMappingReport(MouseButton button, Int profile, bool hypershi
                                   const RazerDevice &device);
 
 /// Whether `response` answers `request`: by length, by the echoed class and id, and by the status byte.
-/// The transaction id, data size and CRC of an answer are not looked at: mice get them wrong.
+/// The transaction id, data size and CRC of an answer are not looked at.
 ResponseStatus classify(std::span<const std::uint8_t> response, std::span<const std::uint8_t> request);
 
 /// The DPI stages as the mouse holds them.
@@ -110,7 +110,7 @@ struct DPIStages {
 /// 0.
 std::optional<DPIStages> parseDPIStages(std::span<const std::uint8_t> response);
 
-/// Reads accepted answers to `getRGB` (byte 10 effect code, byte 13 number of colours, 14-16 colour) and
+/// Reads accepted answers to `getRGB` (byte 10 effect code, byte 13 not 0 where a colour stands in 14-16) and
 /// `getBrightness` (byte 10) of one zone; `fallbackColor` stands in where the mouse gave no colour. Speed is
 /// 0.5. None for an effect code above 5.
 std::optional<RGBSetting> parseRGB(std::span<const std::uint8_t> effect,

@@ -14,9 +14,8 @@ constexpr int minDPI = 100;
 constexpr std::size_t maxStages = 5;
 constexpr std::size_t firstStage = 11; ///< offset of the first stage's seven bytes
 constexpr std::size_t stageSize = 7;
-constexpr std::uint8_t liftOffItem = 0x04;
+constexpr std::uint8_t liftOffSecond = 0x04; ///< byte 9 of the lift-off commands
 constexpr std::uint8_t maxLiftOff = 2;
-constexpr std::uint8_t maxFunctionArguments = 5;
 
 /// Byte 9 of a lighting command, by RGBZone.
 constexpr std::array<std::uint8_t, 4> lightNumbers{0x01, 0x04, 0x0A, 0x02};
@@ -32,12 +31,12 @@ struct EffectForm {
 };
 constexpr std::array effectForms{
     EffectForm{0x06, {0x00, 0x00, 0x00, 0x00}}, // off
-    EffectForm{0x09, {0x01, 0x00, 0x00, 0x01}}, // one steady colour
-    EffectForm{0x09, {0x02, 0x01, 0x00, 0x01}}, // breathing in one colour
-    EffectForm{0x06, {0x02, 0x00, 0x00, 0x00}}, // breathing in random colours
+    EffectForm{0x09, {0x01, 0x00, 0x00, 0x01}}, // one colour
+    EffectForm{0x09, {0x02, 0x01, 0x00, 0x01}}, // breathing, starlight
+    EffectForm{0x06, {0x02, 0x00, 0x00, 0x00}}, // ripple
     EffectForm{0x06, {0x03, 0x00, 0x00, 0x00}}, // spectrum
     EffectForm{0x06, {0x04, 0x01, 0x28, 0x00}}, // wave
-    EffectForm{0x09, {0x05, 0x00, 0x02, 0x01}}, // reactive in one colour
+    EffectForm{0x09, {0x05, 0x00, 0x02, 0x01}}, // reactive
 };
 
 } // namespace
@@ -49,7 +48,7 @@ SimulatedFirmware::Status SimulatedFirmware::setDPIStages(Report &report)
     const std::size_t active = report[9];
     const std::size_t count = report[10];
     if (report[8] != 0x01 || count < 1 || count > maxStages || active < 1 || active > count) {
-        return Status::failed;
+        return Status::refused;
     }
     std::vector<std::uint16_t> stages;
     for (std::size_t i = 0; i < count; ++i) {
@@ -59,12 +58,12 @@ SimulatedFirmware::Status SimulatedFirmware::setDPIStages(Report &report)
         // The state keeps one resolution for both axes, which is all that the program ever sets.
         if (stage[0] != i + 1 || x != y || x < minDPI || x > m_capabilities.maxDPI || stage[5] != 0 ||
             stage[6] != 0) {
-            return Status::failed;
+            return Status::refused;
         }
         stages.push_back(static_cast<std::uint16_t>(x));
     }
     if (!restIsZero(report, firstStage + stageSize * count)) {
-        return Status::failed;
+        return Status::refused;
     }
     m_state.dpiStages = std::move(stages);
     m_state.activeStage = report[9];
@@ -74,7 +73,7 @@ SimulatedFirmware::Status SimulatedFirmware::setDPIStages(Report &report)
 SimulatedFirmware::Status SimulatedFirmware::getDPIStages(Report &report)
 {
     if (report[8] != 0x01 || !restIsZero(report, 9)) {
-        return Status::failed;
+        return Status::refused;
     }
     report[9] = m_state.activeStage;
     report[10] = static_cast<std::uint8_t>(m_state.dpiStages.size());
@@ -105,7 +104,7 @@ SimulatedFirmware::Status SimulatedFirmware::setRGB(Report &report)
                std::ranges::equal(form.bytes, std::span{report}.subspan(10, form.bytes.size()));
     });
     if (target == nullptr || !isKnown) {
-        return Status::failed;
+        return Status::refused;
     }
     target->effect = report[10];
     std::ranges::copy(std::span{report}.subspan(11, target->parameters.size()), target->parameters.begin());
@@ -116,7 +115,7 @@ SimulatedFirmware::Status SimulatedFirmware::getRGB(Report &report)
 {
     const auto *source = light(report);
     if (source == nullptr || !restIsZero(report, 10)) {
-        return Status::failed;
+        return Status::refused;
     }
     report[10] = source->effect;
     std::ranges::copy(source->parameters, report.begin() + 11);
@@ -127,7 +126,7 @@ SimulatedFirmware::Status SimulatedFirmware::setBrightness(Report &report)
 {
     auto *target = light(report);
     if (target == nullptr) {
-        return Status::failed;
+        return Status::refused;
     }
     target->brightness = report[10];
     return Status::accepted;
@@ -137,18 +136,18 @@ SimulatedFirmware::Status SimulatedFirmware::getBrightness(Report &report)
 {
     const auto *source = light(report);
     if (source == nullptr || !restIsZero(report, 10)) {
-        return Status::failed;
+        return Status::refused;
     }
     report[10] = source->brightness;
     return Status::accepted;
 }
 
-// Lift-off: byte 8 is 0, byte 9 the item 4, byte 10 whether a level is set, byte 11 the level.
+// Lift-off: byte 8 is 0, byte 9 is 4, byte 10 is 1 where byte 11 holds a level.
 
 SimulatedFirmware::Status SimulatedFirmware::prepareLiftOff(Report &report)
 {
-    if (report[8] != 0x00 || report[9] != liftOffItem || report[10] != 0x00) {
-        return Status::failed;
+    if (report[8] != 0x00 || report[9] != liftOffSecond || report[10] != 0x00) {
+        return Status::refused;
     }
     m_state.liftOffPrepared = true;
     return Status::accepted;
@@ -156,9 +155,9 @@ SimulatedFirmware::Status SimulatedFirmware::prepareLiftOff(Report &report)
 
 SimulatedFirmware::Status SimulatedFirmware::setLiftOff(Report &report)
 {
-    if (!m_state.liftOffPrepared || report[8] != 0x00 || report[9] != liftOffItem || report[10] != 0x01 ||
+    if (!m_state.liftOffPrepared || report[8] != 0x00 || report[9] != liftOffSecond || report[10] != 0x01 ||
         report[11] > maxLiftOff) {
-        return Status::failed;
+        return Status::refused;
     }
     m_state.liftOff = report[11];
     m_state.liftOffPrepared = false;
@@ -168,8 +167,8 @@ SimulatedFirmware::Status SimulatedFirmware::setLiftOff(Report &report)
 // NOLINTNEXTLINE(readability-make-member-function-const): one handler among others
 SimulatedFirmware::Status SimulatedFirmware::getLiftOff(Report &report)
 {
-    if (report[8] != 0x00 || report[9] != liftOffItem || !restIsZero(report, 10)) {
-        return Status::failed;
+    if (report[8] != 0x00 || report[9] != liftOffSecond || !restIsZero(report, 10)) {
+        return Status::refused;
     }
     report[10] = 0x01;
     report[11] = m_state.liftOff;
@@ -181,10 +180,10 @@ SimulatedFirmware::Status SimulatedFirmware::getLiftOff(Report &report)
 SimulatedFirmware::Status SimulatedFirmware::getBatteryLevel(Report &report)
 {
     if (!m_capabilities.hasBattery) {
-        return Status::notSupported;
+        return Status::unknownCommand;
     }
     if (!restIsZero(report, offset::arguments)) {
-        return Status::failed;
+        return Status::refused;
     }
     report[9] = state(m_now).battery;
     return Status::accepted;
@@ -193,10 +192,10 @@ SimulatedFirmware::Status SimulatedFirmware::getBatteryLevel(Report &report)
 SimulatedFirmware::Status SimulatedFirmware::getChargingStatus(Report &report)
 {
     if (!m_capabilities.reportsCharging) {
-        return Status::notSupported;
+        return Status::unknownCommand;
     }
     if (!restIsZero(report, offset::arguments)) {
-        return Status::failed;
+        return Status::refused;
     }
     report[9] = state(m_now).isCharging ? 0x01 : 0x00;
     return Status::accepted;
@@ -217,8 +216,8 @@ ButtonFunction *SimulatedFirmware::button(const Report &report)
 SimulatedFirmware::Status SimulatedFirmware::setButtonMapping(Report &report)
 {
     auto *target = button(report);
-    if (target == nullptr || report[offset::buttonFunction + 1] > maxFunctionArguments) {
-        return Status::failed;
+    if (target == nullptr) {
+        return Status::refused;
     }
     std::ranges::copy(std::span{report}.subspan(offset::buttonFunction, target->size()), target->begin());
     return Status::accepted;
@@ -228,7 +227,7 @@ SimulatedFirmware::Status SimulatedFirmware::getButtonMapping(Report &report)
 {
     const auto *source = button(report);
     if (source == nullptr || !restIsZero(report, offset::buttonFunction)) {
-        return Status::failed;
+        return Status::refused;
     }
     std::ranges::copy(*source, report.begin() + offset::buttonFunction);
     return Status::accepted;

@@ -14,7 +14,7 @@ namespace code = RazerProtocol::code;
 namespace offset = RazerProtocol::offset;
 using Report = SimulatedFirmware::Report;
 
-/// How long a mouse works on a request: the host's pauses of 10 and 60 ms leave room for it.
+/// How long the simulated mouse works on a request: the pauses of 10 and 60 ms leave room for it.
 constexpr std::chrono::microseconds quickAnswerTime = 8ms;
 constexpr std::chrono::microseconds usualAnswerTime = 45ms;
 
@@ -119,7 +119,7 @@ std::optional<Report> SimulatedFirmware::answer(const Report &request, std::chro
     }
     m_now = now;
     Report report = request;
-    const auto status = isFrameIntact(request) ? perform(report) : Status::failed;
+    const auto status = isFrameIntact(request) ? perform(report) : Status::refused;
     return echo(status == Status::accepted ? report : request, status);
 }
 
@@ -144,7 +144,7 @@ SimulatedFirmware::Status SimulatedFirmware::perform(Report &report)
         Command{code::setButtonMapping, &F::setButtonMapping},
         Command{code::getButtonMapping, &F::getButtonMapping},
     };
-    auto status = Status::notSupported;
+    auto status = Status::unknownCommand;
     for (const auto &[known, handler] : commands) {
         if (known.commandClass != report[offset::commandClass] ||
             known.commandID != report[offset::commandID]) {
@@ -152,9 +152,9 @@ SimulatedFirmware::Status SimulatedFirmware::perform(Report &report)
         }
         if (known.dataSize == report[offset::dataSize]) {
             return restIsZero(report, offset::arguments + known.dataSize) ? (this->*handler)(report)
-                                                                          : Status::failed;
+                                                                          : Status::refused;
         }
-        status = Status::failed;
+        status = Status::refused;
     }
     return status;
 }

@@ -17,12 +17,13 @@ class SimulatedFirmware {
 public:
     using Report = std::array<std::uint8_t, RazerProtocol::reportSize>;
 
-    /// The outcome of a request: the status byte of its answer.
+    /// The outcome of a request: the status byte of its answer. Of the bytes that mean a failure this mouse
+    /// uses two.
     enum class Status : std::uint8_t {
-        busy = 0x01, ///< received; the answer is not ready
+        notReady = 0x01, ///< received; the answer is not ready
         accepted = 0x02,
-        failed = 0x03,       ///< a damaged frame or arguments out of range
-        notSupported = 0x05, ///< the mouse has no such command
+        refused = 0x03,        ///< a damaged frame or arguments out of range
+        unknownCommand = 0x05, ///< this mouse has no such command
     };
 
     /// A mouse fresh from the factory.

@@ -127,7 +127,7 @@ FeatureReportRead SimulatedMouse::giveAnswer(std::uint16_t wIndex, std::span<std
     if (fault && fault->kind == Kind::shortRead) {
         length = std::min(length, shortReadLength);
     } else if (fault && m_lastRequest) {
-        report = fault->kind == Kind::notReady ? SimulatedFirmware::echo(*m_lastRequest, Status::busy)
+        report = fault->kind == Kind::notReady ? SimulatedFirmware::echo(*m_lastRequest, Status::notReady)
                                                : answerToAnotherCommand(*m_lastRequest);
     }
     std::ranges::copy(std::span{report}.first(length), buffer.begin());
@@ -149,7 +149,7 @@ SimulatedMouse::Report SimulatedMouse::currentAnswer() const
         return {};
     }
     if (m_clock() < m_exchange->readyAt) {
-        return SimulatedFirmware::echo(m_exchange->request, Status::busy);
+        return SimulatedFirmware::echo(m_exchange->request, Status::notReady);
     }
     return m_exchange->answer;
 }

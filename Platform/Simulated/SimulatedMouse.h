@@ -66,8 +66,8 @@ struct SimulatedFault {
     int error = 0;                                           ///< of `failedTransfer`: errno; EIO when 0
 };
 
-/// A whole mouse, seen from the wire: it takes 90-byte reports, checks them as the firmware does, keeps the
-/// settings, and answers after the time that a real one takes. Any thread.
+/// A whole mouse, seen from the wire: it takes 90-byte reports, checks every byte of them, keeps the
+/// settings, and answers after some time. Any thread.
 class SimulatedMouse {
 public:
     /// Monotonic time since some fixed moment.

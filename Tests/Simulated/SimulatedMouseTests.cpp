@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(SimulatedMouse, ChecksRequestsAsFirmwareDoes)
+TEST(SimulatedMouse, ChecksEveryByteOfARequest)
 {
     constexpr std::uint8_t unheard = 0x00; // the answer is all zeros then
     struct Row {
