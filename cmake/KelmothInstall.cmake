@@ -16,6 +16,9 @@ foreach(program kelmoth kelmothctl)
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME ${program})
 endforeach()
 
+# The licence, and the notices of what is compiled in.
+install(FILES ${resources}/debian/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kelmoth)
+
 # The metainfo: releases from the changelog, hardware from the catalogue of models.
 set(changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md)
 set(catalogue ${PROJECT_SOURCE_DIR}/Core/Device/BasiliskProductID.h)
@@ -28,12 +31,19 @@ foreach(row IN LISTS rows)
     list(GET row 1 date)
     set(type stable)
     if(date STREQUAL "Unreleased")
+        # It has no day yet. A packager's SOURCE_DATE_EPOCH is one; the clock would change the file.
+        if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
+            continue()
+        endif()
         string(TIMESTAMP date "%Y-%m-%d" UTC)
         set(type development)
     endif()
     string(APPEND KELMOTH_RELEASES
         "    <release version=\"${version}\" date=\"${date}\" type=\"${type}\"/>\n")
 endforeach()
+if(KELMOTH_RELEASES)
+    set(KELMOTH_RELEASES "  <releases>\n${KELMOTH_RELEASES}  </releases>\n")
+endif()
 set(KELMOTH_MODALIASES "")
 file(STRINGS ${catalogue} rows REGEX "= 0x[0-9A-Fa-f]+,?")
 foreach(row IN LISTS rows)

@@ -13,8 +13,14 @@ check_pie_supported()
 include(GNUInstallDirs)
 
 find_program(KELMOTH_CCACHE ccache)
-if(KELMOTH_CCACHE)
+if(KELMOTH_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${KELMOTH_CCACHE})
+endif()
+
+get_property(has_many_types GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+if(NOT CMAKE_BUILD_TYPE AND NOT has_many_types)
+    message(STATUS "No CMAKE_BUILD_TYPE is set: this is a release build")
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Debug, Release, RelWithDebInfo or MinSizeRel" FORCE)
 endif()
 
 set(KELMOTH_SANITIZE "" CACHE STRING "Sanitizers of the whole build, as -fsanitize= takes them")
@@ -23,7 +29,7 @@ option(KELMOTH_COVERAGE "Count executed lines" OFF)
 add_library(kelmoth_options INTERFACE)
 target_include_directories(kelmoth_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(kelmoth_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion
     -fstack-protector-strong $<$<CONFIG:Release,RelWithDebInfo>:-fstack-clash-protection>)
 # g++ 12 takes every std::string put before another for an overlapping copy once it optimises.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)

@@ -4,7 +4,6 @@ set(usr ${CPACK_TEMPORARY_INSTALL_DIRECTORY}${CPACK_PACKAGING_INSTALL_PREFIX})
 set(source ${CMAKE_CURRENT_LIST_DIR}/..)
 set(doc ${usr}/share/doc/${CPACK_PACKAGE_NAME})
 
-file(COPY ${source}/Resources/debian/copyright DESTINATION ${doc})
 configure_file(${source}/CHANGELOG.md ${doc}/changelog COPYONLY)
 string(TIMESTAMP now "%a, %d %b %Y %H:%M:%S +0000" UTC)
 file(WRITE ${doc}/changelog.Debian

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Does the package work in a Debian 12 that has nothing but what it asks for, and go without a trace?
-# fresh_system.bash PACKAGE TARBALL: as root. TARBALL holds the bare system; it is made when it is missing.
+# Does the package work in a Debian that has nothing but what it asks for, and go without a trace?
+# fresh_system.bash PACKAGE TARBALL RELEASE: as root. TARBALL holds the bare system of that release (bookworm,
+# trixie); it is made when it is missing.
 set -euo pipefail
 
 package=$(realpath "$1")
@@ -12,8 +13,9 @@ if ((EUID != 0)); then
     exit 1
 fi
 # What is mounted in a name space of its own goes with it, however this ends.
-if [[ ${3-} != unshared ]]; then
-    exec unshare --mount --pid --fork --kill-child bash "${BASH_SOURCE[0]}" "$package" "$tarball" unshared
+release=$3
+if [[ ${4-} != unshared ]]; then
+    exec unshare --mount --pid --fork --kill-child bash "${BASH_SOURCE[0]}" "$package" "$tarball" "$release" unshared
 fi
 
 work=$(mktemp -d)
@@ -33,10 +35,10 @@ paths=PATH=/usr/sbin:/usr/bin:/sbin:/bin
 as_root=(chroot "$root" env -i "$paths" HOME=/root LANG=C.UTF-8 DEBIAN_FRONTEND=noninteractive)
 as_user=(chroot --userspec=user:user "$root" env -i "$paths" HOME="$home" LANG=C.UTF-8 XDG_RUNTIME_DIR=/tmp/session)
 
-step "a fresh Debian 12"
+step "a fresh Debian, $release"
 mkdir "$root"
 if [[ ! -e $tarball ]]; then
-    quietly debootstrap --variant=minbase bookworm "$root" "$mirror"
+    quietly debootstrap --variant=minbase "$release" "$root" "$mirror"
     tar -C "$root" --exclude './var/cache/apt/archives/*.deb' -cf "$tarball.new" .
     mv "$tarball.new" "$tarball"
 else
