@@ -308,6 +308,7 @@ TEST_F(SandboxTest, EachMechanismHoldsAlone)
         {"IPv6", EPERM, [] { return ::socket(AF_INET6, SOCK_STREAM, 0); }},
         {"packets", EPERM, [] { return ::socket(AF_PACKET, SOCK_RAW, 0); }},
         {"another family", EPERM, [] { return ::socket(AF_MAX, SOCK_RAW, 0); }},
+        {"no family", EPERM, [] { return ::socket(AF_UNSPEC, SOCK_RAW, 0); }},
         {"routes", EPERM, [] { return ::socket(AF_NETLINK, SOCK_RAW, NETLINK_ROUTE); }},
         {"device events", 0, [] { return ::socket(AF_NETLINK, SOCK_RAW, NETLINK_KOBJECT_UEVENT); }},
         {"this machine", 0, [] { return ::socket(AF_UNIX, SOCK_STREAM, 0); }},

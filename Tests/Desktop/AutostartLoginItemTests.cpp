@@ -108,6 +108,9 @@ TEST_F(AutostartLoginItemTest, StatusIsWhatTheEntrySays)
     EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
     EXPECT_EQ(unregistering(item), std::nullopt);
     ASSERT_EQ(registering(item), std::nullopt);
+    QFile entry(entryPath());
+    EXPECT_TRUE(entry.open(QIODevice::ReadOnly) &&
+                entry.readAll().contains("\nComment[pl]=Konfiguruje myszy"));
 
     const QByteArray sound = "[Desktop Entry]\nType=Application\nName=K\nExec=/bin/sh -c 'true %%' %U\n";
     const std::vector<std::pair<QByteArray, LoginItemStatus>> rows{
