@@ -8,7 +8,7 @@ namespace {
 
 bool isProduct(const HIDDevice &device, std::uint16_t productID)
 {
-    return device.integerProperty("ProductID") == productID;
+    return device.properties().productID == productID;
 }
 
 class FilteredHIDManager : public HIDManager {

@@ -9,7 +9,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace kelmoth {
@@ -20,20 +19,26 @@ struct FeatureReportRead {
     std::size_t length = 0; ///< bytes of the buffer that the mouse filled; 0 after a failure
 };
 
+/// What the system knows of a HID interface, without touching the device. What it does not know is absent.
+/// IDs are as the system has them: they may exceed 16 bits. Texts are valid UTF-8 or as the hardware gives
+/// them, and may hold control characters.
+struct HIDProperties {
+    std::optional<std::int64_t> vendorID = std::nullopt;
+    std::optional<std::int64_t> productID = std::nullopt;
+    /// The longest feature report in bytes, with its ID byte where the report descriptor uses IDs; absent
+    /// when there are none or the descriptor is unusable.
+    std::optional<std::int64_t> maxFeatureReportSize = std::nullopt;
+    std::optional<std::string> product = std::nullopt;
+    std::optional<std::string> serialNumber = std::nullopt;
+    std::optional<std::string> transport = std::nullopt; ///< "USB", "Bluetooth" or "Unknown"
+};
+
 /// One HID interface of an attached device. It stays a valid object after the device has gone; its
 /// transfers then fail.
 class HIDDevice : public ExchangeChannel {
 public:
-    /// A whole-number property of the interface, without touching the mouse: "VendorID", "ProductID",
-    /// "MaxFeatureReportSize" (the longest feature report in bytes, with its ID byte where the report
-    /// descriptor uses IDs; absent when there are none or the descriptor is unusable). Absent when unknown.
-    /// Values are as the system has them: they may exceed 16 bits. Main thread.
-    virtual std::optional<std::int64_t> integerProperty(std::string_view key) const = 0;
-
-    /// A text property, without touching the mouse: "Product", "SerialNumber", "Transport" ("USB",
-    /// "Bluetooth" or "Unknown"). Valid UTF-8, else as the hardware gives it: it may hold control
-    /// characters. Absent when the system has none. Main thread.
-    virtual std::optional<std::string> stringProperty(std::string_view key) const = 0;
+    /// What the system knew of the interface when this was first asked. Main thread.
+    virtual HIDProperties properties() const = 0;
 
     /// Where the system shows the interface: the path of its device node. Main thread.
     virtual std::string path() const = 0;

@@ -23,10 +23,9 @@ constexpr std::array vendorIDs{razerVendorID, otherVendorID};
 /// A feature report of this size or more marks the interface that speaks the protocol.
 constexpr std::int64_t protocolReportSize = RazerProtocol::reportSize;
 
-/// A 16-bit ID property; none when the system has none or one that no ID can hold.
-std::optional<std::uint16_t> idProperty(const HIDDevice &handle, std::string_view key)
+/// A 16-bit ID; none when the system has none or one that no ID can hold.
+std::optional<std::uint16_t> usableID(const std::optional<std::int64_t> &value)
 {
-    const auto value = handle.integerProperty(key);
     if (!value || *value < 0 || *value > std::numeric_limits<std::uint16_t>::max()) {
         return std::nullopt;
     }
@@ -34,19 +33,19 @@ std::optional<std::uint16_t> idProperty(const HIDDevice &handle, std::string_vie
 }
 
 /// The record of an interface; none when its IDs are unusable or its vendor is not ours.
-std::optional<RazerDevice> describe(const HIDDevice &handle)
+std::optional<RazerDevice> describe(const HIDProperties &properties)
 {
-    const auto productID = idProperty(handle, "ProductID");
-    const auto vendorID = idProperty(handle, "VendorID");
+    const auto productID = usableID(properties.productID);
+    const auto vendorID = usableID(properties.vendorID);
     if (!productID || !vendorID || std::ranges::find(vendorIDs, *vendorID) == vendorIDs.end()) {
         return std::nullopt;
     }
     RazerDevice device;
     device.vendorID = *vendorID;
     device.productID = *productID;
-    device.serialNumber = handle.stringProperty("SerialNumber");
-    device.transport = handle.stringProperty("Transport").value_or("Unknown");
-    device.advertisedName = handle.stringProperty("Product");
+    device.serialNumber = properties.serialNumber;
+    device.transport = properties.transport.value_or("Unknown");
+    device.advertisedName = properties.product;
     return device;
 }
 
@@ -169,7 +168,8 @@ void HIDMonitor::setIsMonitoring(bool monitoring)
 
 void HIDMonitor::deviceConnected(const std::shared_ptr<HIDDevice> &handle)
 {
-    const auto described = describe(*handle);
+    const auto properties = handle->properties();
+    const auto described = describe(properties);
     if (!described) {
         return;
     }
@@ -180,8 +180,7 @@ void HIDMonitor::deviceConnected(const std::shared_ptr<HIDDevice> &handle)
             device.productID);
         return;
     }
-    const auto reportSize = handle->integerProperty("MaxFeatureReportSize");
-    if (!device.isBluetooth() && reportSize.value_or(0) < protocolReportSize) {
+    if (!device.isBluetooth() && properties.maxFeatureReportSize.value_or(0) < protocolReportSize) {
         return;
     }
     const bool isListed = std::ranges::any_of(m_connectedDevices, [&device](const RazerDevice &other) {

@@ -25,35 +25,17 @@ public:
     {
     }
 
-    std::optional<std::int64_t> integerProperty(std::string_view key) const override
+    HIDProperties properties() const override
     {
-        if (key == "VendorID") {
-            return m_facts.vendorID;
+        if (!m_maxFeatureReportSize) {
+            m_maxFeatureReportSize = readMaxFeatureReportSize(m_facts.hidSyspath);
         }
-        if (key == "ProductID") {
-            return m_facts.productID;
-        }
-        if (key == "MaxFeatureReportSize") {
-            if (!m_maxFeatureReportSize) {
-                m_maxFeatureReportSize = readMaxFeatureReportSize(m_facts.hidSyspath);
-            }
-            return *m_maxFeatureReportSize;
-        }
-        return std::nullopt;
-    }
-
-    std::optional<std::string> stringProperty(std::string_view key) const override
-    {
-        if (key == "Product") {
-            return m_facts.product;
-        }
-        if (key == "SerialNumber") {
-            return m_facts.serial;
-        }
-        if (key == "Transport") {
-            return m_facts.transport;
-        }
-        return std::nullopt;
+        return {.vendorID = m_facts.vendorID,
+                .productID = m_facts.productID,
+                .maxFeatureReportSize = *m_maxFeatureReportSize,
+                .product = m_facts.product,
+                .serialNumber = m_facts.serial,
+                .transport = m_facts.transport};
     }
 
     std::string path() const override { return m_facts.node; }

@@ -12,7 +12,7 @@ namespace kelmoth {
 
 namespace {
 
-/// A real mouse of the family shows four interfaces over USB: pointer, keyboard and vendor controls.
+/// A simulated mouse shows four interfaces over USB, of which one takes the reports.
 constexpr int usbInterfaceCount = 4;
 constexpr std::int64_t protocolReportSize = 90;
 constexpr std::int64_t otherReportSize = 16;
@@ -30,29 +30,17 @@ public:
     bool isAlive() const { return m_connection.isAlive(); }
     int attachment() const { return m_connection.attachment(); }
 
-    std::optional<std::int64_t> integerProperty(std::string_view key) const override
-    {
-        if (key == "VendorID") {
-            return model().vendorID;
-        }
-        if (key == "ProductID") {
-            return model().productID;
-        }
-        return key == "MaxFeatureReportSize" ? maxFeatureReportSize() : std::nullopt;
-    }
-
-    std::optional<std::string> stringProperty(std::string_view key) const override
+    HIDProperties properties() const override
     {
         const auto present = [](const std::string &text) {
             return text.empty() ? std::nullopt : std::optional{text};
         };
-        if (key == "Product") {
-            return present(model().productName);
-        }
-        if (key == "SerialNumber") {
-            return present(model().serialNumber);
-        }
-        return key == "Transport" ? present(model().transport) : std::nullopt;
+        return {.vendorID = model().vendorID,
+                .productID = model().productID,
+                .maxFeatureReportSize = maxFeatureReportSize(),
+                .product = present(model().productName),
+                .serialNumber = present(model().serialNumber),
+                .transport = present(model().transport)};
     }
 
     std::string path() const override
@@ -166,7 +154,7 @@ public:
 private:
     bool matches(const HIDDevice &device) const
     {
-        const auto vendorID = device.integerProperty("VendorID");
+        const auto vendorID = device.properties().vendorID;
         return !m_vendorIDs || std::ranges::find(*m_vendorIDs, vendorID) != m_vendorIDs->end();
     }
 

@@ -86,9 +86,10 @@ TEST_F(LinuxHIDTest, DescribesAnInterfaceWithoutOpeningIt)
         mouse->hidraw(0).isDenied = true;
         const auto device = hidDevice(mouse->hidrawNode(0));
         ASSERT_TRUE(device);
-        EXPECT_EQ(device->stringProperty("Product"), row.product);
-        EXPECT_EQ(device->stringProperty("SerialNumber"), row.serial);
-        EXPECT_EQ(device->stringProperty("Transport"), row.transport);
+        const auto properties = device->properties();
+        EXPECT_EQ(properties.product, row.product);
+        EXPECT_EQ(properties.serialNumber, row.serial);
+        EXPECT_EQ(properties.transport, row.transport);
         EXPECT_THAT(time->takePauses(), SizeIs(0));
     }
 }
@@ -180,7 +181,7 @@ TEST_F(HotplugTest, MissesNothingBetweenTheListAndTheWatch)
     early->attach();
     ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 8 && removed.size() == 8; }, patience));
     EXPECT_EQ(listed[0]->beginExchange(), ENODEV);
-    EXPECT_EQ(listed[0]->integerProperty("MaxFeatureReportSize"), std::nullopt) << "too late to ask";
+    EXPECT_EQ(listed[0]->properties().maxFeatureReportSize, std::nullopt) << "too late to ask";
 }
 
 /// A thousand times it is gone and there again.
