@@ -282,10 +282,11 @@ TEST_F(ViewTest, OnALowScreenThePageScrollsAndTheRestStaysWhole)
         EXPECT_TRUE(found) << name;
         return found ? QRect(view->mapFromGlobal(found->rect().topLeft()), found->rect().size()) : QRect();
     };
-    const auto scrollDown = [this] {
+    auto scrollDown = [this, time = 0UL]() mutable {
         const QPointF middle(170, view->height() / 2.0);
         QWheelEvent wheel(middle, view->mapToGlobal(middle), {}, {0, -2400}, {}, {}, Qt::NoScrollPhase,
                           false);
+        wheel.setTimestamp(time += 1000); // a Flickable takes none at the time of the last
         QCoreApplication::sendEvent(view.get(), &wheel);
     };
     for (const int height : {610, 480, 320}) {
