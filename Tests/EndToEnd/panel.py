@@ -77,7 +77,7 @@ class Panel(Program):
                 pending[:0] = filter(None, (node.get_child_at_index(i) for i in range(node.get_child_count())))
 
     def look(self, name, role=None):
-        """The visible element of that name, also one scrolled out of sight; none when there is none now."""
+        """The element of that name that is to be seen, within the window; none when there is none now."""
         for node in self:
             states = node.get_state_set()
             if node.get_name() == name and role in (None, node.get_role()) and states.contains(

@@ -106,9 +106,9 @@ class PanelTest(unittest.TestCase):
         panel.press("Keyboard Key")
         panel.press("⌃ Ctrl")
         panel.press("⇧ Shift")
-        panel.press("F5")
+        panel.press("A")
         panel.find("Button remapped")
-        self.expect(*button(0x05, 0x02, 0x02, 0x03, 0x3E))
+        self.expect(*button(0x05, 0x02, 0x02, 0x03, 0x04))
         panel.press("Button remapped")
         panel.press("Back")
         panel.press("Profile Switch")
@@ -141,7 +141,7 @@ class PanelTest(unittest.TestCase):
         with open(os.path.join(os.environ["XDG_CONFIG_HOME"], "com.kelmoth.app", "defaults.ini"),
                   encoding="utf-8") as defaults:
             kept = defaults.read()
-        for value in ("languageMode=1", "appearanceMode=2", "12000", "ctrl+shift+f5"):
+        for value in ("languageMode=1", "appearanceMode=2", "12000", "ctrl+shift+a"):
             self.assertIn(value, kept)
 
 
