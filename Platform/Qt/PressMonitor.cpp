@@ -13,8 +13,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// What a press brings about elsewhere arrives within this time after its end.
-constexpr auto consequence = 300ms;
+/// What a press brings about elsewhere arrives within this time after its end. A busy shell takes long; where
+/// the next press is seen as well, nothing that it brings about is taken for the last one's.
+constexpr auto consequence = 3s;
+constexpr auto unseenConsequence = 300ms;
 
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
@@ -50,6 +52,7 @@ PressMonitor::PressMonitor(std::shared_ptr<XConnection> connection)
             m_followsFocus = true;
         }
     }
+    m_consequence = m_followsFocus ? unseenConsequence : consequence;
     if (m_followsFocus) {
         connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
             if (state != Qt::ApplicationActive && m_isNeeded) {
@@ -83,14 +86,14 @@ void PressMonitor::setNeeded(bool isNeeded)
         m_untilRest.stop();
         select(true);
     } else if (!m_isHeld) {
-        m_untilRest.start(consequence); // whether the press goes on is still of interest
+        m_untilRest.start(m_consequence); // whether the press goes on is still of interest
     }
 }
 
 bool PressMonitor::isLastPressUnderWay()
 {
     catchUp(); // a press may be on its way that ends the last one
-    return m_isHeld || (m_sincePress.isValid() && !m_sincePress.hasExpired(consequence.count()));
+    return m_isHeld || (m_sincePress.isValid() && !m_sincePress.hasExpired(m_consequence.count()));
 }
 
 void PressMonitor::catchUp()
@@ -121,7 +124,7 @@ void PressMonitor::take(const xcb_generic_event_t &event)
         m_isHeld = false;
         m_sincePress.start();
         if (!m_isNeeded) {
-            m_untilRest.start(consequence);
+            m_untilRest.start(m_consequence);
         }
     }
 }

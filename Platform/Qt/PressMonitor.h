@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <memory>
 
 namespace kelmoth {
@@ -39,6 +40,7 @@ private:
     std::shared_ptr<XConnection> m_connection; ///< none without the extension, too
     int m_extension = 0;                       ///< the extension's code in events
     bool m_followsFocus = false;
+    std::chrono::milliseconds m_consequence{}; ///< how long after its end a press is under way
     std::function<void()> m_handler;
     bool m_isNeeded = false;
     bool m_isHeld = false;      ///< the button of the last press is down

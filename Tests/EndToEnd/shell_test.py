@@ -116,6 +116,9 @@ class NotifierHost:
     def click(self, button):
         """The press is the bar's; the item is told of the whole click."""
         SCREEN.click(self._item.centre, button)
+        self.tell(button)
+
+    def tell(self, button):
         item = self._proxy("/StatusNotifierItem", "org.kde.StatusNotifierItem")
         {1: item.Activate, 2: item.SecondaryActivate}[button]("(ii)", *self._item.centre)
 
@@ -327,6 +330,16 @@ class InANotifierHost(HostTest, ShellTest):
         self.in_front()
         self.assertIsNone(SCREEN.item())
 
+    def test_a_busy_shell_tells_of_a_click_late(self):
+        self.launch()
+        self.toggle()
+        self.in_front()
+        SCREEN.click(self.host.item().centre)
+        self.hidden()
+        time.sleep(0.6)
+        self.host.tell(1)
+        self.toggle()  # which would close what that has opened
+        self.in_front()
 
     def test_opens_in_the_corner_where_the_pointer_is_not_known(self):
         self.host = self.open(self.Host("left"))
