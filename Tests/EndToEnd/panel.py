@@ -17,16 +17,16 @@ PATIENCE = 60  # seconds; a loaded machine is slow, a broken program is never do
 Atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)  # milliseconds; its own patience is 800
 
 
-def wait_for(what, condition):
+def wait_for(what, condition, patience=PATIENCE):
     """Gives what `condition` gives as soon as that is true. Objects that vanish meanwhile are looked up again."""
-    deadline = time.monotonic() + PATIENCE
+    deadline = time.monotonic() + patience
     context = GLib.MainContext.default()
     while True:
         with contextlib.suppress(GLib.Error):
             if result := condition():
                 return result
         if time.monotonic() > deadline:
-            raise AssertionError(f"waited {PATIENCE} s for {what}")
+            raise AssertionError(f"waited {patience} s for {what}")
         alarm = GLib.timeout_add(20, lambda: False)
         context.iteration(True)
         with contextlib.suppress(Exception):
@@ -113,6 +113,10 @@ class Panel(Program):
     def has_state(self, name, state):
         return wait_for(f"{name!r} to be {state.value_nick}", lambda: (node := self.look(name))
                         and node.get_state_set().contains(state))
+
+    def described(self, name, description):
+        wait_for(f"{name!r} to be {description!r}", lambda: (node := self.look(name))
+                 and node.get_description() == description)
 
     def is_active(self):
         return any(node.get_state_set().contains(Atspi.StateType.ACTIVE) for node in self)

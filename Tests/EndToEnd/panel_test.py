@@ -107,13 +107,12 @@ class PanelTest(unittest.TestCase):
         panel.press("⌃ Ctrl")
         panel.press("⇧ Shift")
         panel.press("A")
-        panel.find("Button remapped")
+        panel.described("Forward", "ctrl+shift+a")
         self.expect(*button(0x05, 0x02, 0x02, 0x03, 0x04))
-        panel.press("Button remapped")
         panel.press("Back")
         panel.press("Profile Switch")
         panel.press("3")
-        panel.find("Button remapped")
+        panel.described("Back", "Profile 3")
         self.expect(*button(0x04, 0x07, 0x02, 0x03, 0x03))
 
     def change_settings(self):
