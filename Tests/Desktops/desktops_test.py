@@ -4,6 +4,7 @@
 desktops_test.py PROGRAM SHELL, with SHELL one of those in shells.py.
 """
 
+import contextlib
 import itertools
 import os
 import re
@@ -66,7 +67,7 @@ class Bar:
                      "left": Area(0, 0, THICKNESS, SCREEN.height)}[edge]
         self._process = DESKTOP.start(SHELL.configured(DESKTOP.home, edge), start_new_session=True,
                                       stdout=subprocess.DEVNULL)
-        self._item, self._offsets = None, itertools.cycle((-5, 5))
+        self._item, self._offsets, self._takes_clicks = None, itertools.cycle((-5, 5)), False
 
     def close(self):
         """It dies, and the helpers that some shells have with it."""
@@ -91,7 +92,21 @@ class Bar:
         """Its area on the screen."""
         SCREEN.move(BARE)
         self._item = wait_for("the item", steady(self._look))
+        if not self._takes_clicks and is_on_bus():
+            wait_for("the bar to take clicks", self._tells_of_a_click)
+            self._takes_clicks = True
+            return self.item()
         return self._item
+
+    def _tells_of_a_click(self):
+        """One that does nothing: a bar that is laid out anew just then loses it."""
+        clicks = len(told_of("SecondaryActivate"))
+        SCREEN.click(self._item.centre, 2)
+        SCREEN.move(BARE)
+        with contextlib.suppress(AssertionError):
+            return wait_for("the shell to tell of the click", lambda: len(told_of("SecondaryActivate")) > clicks, 5)
+        self._item = wait_for("the item", steady(self._look))
+        return False
 
     def item_gone(self):
         SCREEN.move(BARE)
@@ -164,14 +179,14 @@ class DesktopsTest(unittest.TestCase):
         wait_for("the panel to go", lambda: not SCREEN.panel())
 
     def toggle(self, is_shown):
-        clicks = len(told_of_clicks())
+        clicks = len(told_of("Activate"))
         self.bar.click()
-        self.in_front() if is_shown else self.hidden()
         # The press itself closes the panel: a hand is too slow to press again before the item is told of the click,
         # and has answered what comes after it.
-        if SHELL.has_watcher and watcher_says("RegisteredStatusNotifierItems"):
-            wait_for("the shell to tell of the click", lambda: len(told_of_clicks()) > clicks)
-            get_property(told_of_clicks()[-1], "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Id")
+        if is_on_bus():
+            wait_for("the shell to tell of the click", lambda: len(told_of("Activate")) > clicks)
+            get_property(told_of("Activate")[-1], "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Id")
+        self.in_front() if is_shown else self.hidden()
 
     def beside(self, area):
         """The panel is beside the area and clear of the bar, where the shell lets windows be placed."""
@@ -288,10 +303,10 @@ class DesktopsTest(unittest.TestCase):
         self.ended()
 
 
-def told_of_clicks():
-    """Whom the shell has told over the bus, each time."""
+def told_of(what):
+    """Whom the shell has told of such clicks over the bus, each time."""
     with open(CLICKS, encoding="utf-8") as log:
-        return re.findall(r"destination=(\S+) .* member=Activate", log.read())
+        return re.findall(rf"destination=(\S+) .* member={what}\b", log.read())
 
 
 def get_property(name, path, interface, what):
@@ -302,6 +317,11 @@ def get_property(name, path, interface, what):
 
 def watcher_says(what):
     return get_property("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher", what)
+
+
+def is_on_bus():
+    """Whether the item is told of its clicks, and is not a window in a tray."""
+    return bool(SHELL.has_watcher and watcher_says("RegisteredStatusNotifierItems"))
 
 
 def missing():
@@ -327,7 +347,8 @@ if __name__ == "__main__":
 
         CLICKS = os.path.join(DESKTOP.home, "clicks")
         with open(CLICKS, "wb") as log:
-            DESKTOP.start(["dbus-monitor", "--session", "member='Activate'"], stdout=log)
+            DESKTOP.start(["dbus-monitor", "--session", "interface='org.kde.StatusNotifierItem'"],
+                      stdout=log)
         wait_for("the monitor", lambda: os.path.getsize(CLICKS))
         SCREEN = SwayScreen() if isinstance(DESKTOP, SwayDesktop) else Screen()
         unittest.main(argv=[sys.argv[0], *sys.argv[3:]], verbosity=2)

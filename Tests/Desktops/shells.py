@@ -34,7 +34,6 @@ class Shell(NamedTuple):
 XFCE4_PANEL = """<channel name="xfce4-panel" version="1.0">
 <property name="configver" type="int" value="2"/>
 <property name="panels" type="array"><value type="int" value="1"/><property name="panel-1" type="empty">
-  <property name="position" type="string" value="{edge}"/>
   <property name="position-locked" type="bool" value="true"/>
   <property name="length" type="uint" value="100"/>
   <property name="size" type="uint" value="{thickness}"/>
@@ -80,8 +79,11 @@ SWAY = Shell(  # which has every window in the middle
 SHELLS = {
     "xfce4-panel": Shell(
         grey=0xCC, files={"config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml": XFCE4_PANEL},
-        command=["xfce4-panel", "--disable-wm-check"],
-        edges={"bottom": "p=12;x=0;y=0"}),  # it reads its settings once in a session
+        # What is in its file is read once in a session.
+        command=["sh", "-c", "set {edge}; query='xfconf-query -c xfce4-panel -n -p /panels/panel-1'; "
+                 "$query/mode -t uint -s $1; $query/position -t string -s \"p=$2;x=0;y=0\"; "
+                 "exec xfce4-panel --disable-wm-check"],
+        programs=("Xvfb", "openbox", "xfce4-panel", "xfconf-query"), edges={"bottom": "0 12", "left": "1 5"}),
     "lxqt-panel": Shell(
         grey=0x20, files={"config/lxqt/panel.conf": LXQT_PANEL}, command=["lxqt-panel"],
         edges={"bottom": "Bottom", "left": "Left"}),
