@@ -40,7 +40,7 @@ run() {
     esac
 }
 
-mkdir -p "$sound"/{Core/{Device,HID,Services},Platform/{Linux,Simulated},CLI,UI}
+mkdir -p "$sound"/{packaging/arch,Core/{Device,HID,Services},Platform/{Linux,Simulated},CLI,UI}
 echo 'project(Kelmoth VERSION 7.8.9 LANGUAGES CXX)' >"$sound/CMakeLists.txt"
 echo '## [7.8.9] - Unreleased' >"$sound/CHANGELOG.md"
 echo 'kelmoth_room(x SOURCES HID/A.cpp)' >"$sound/Core/CMakeLists.txt"
@@ -52,6 +52,8 @@ for check in dependencies words version sources clock changelog; do
     fine "$check" Core/HID/A.cpp '// nothing'
 done
 
+fault version packaging/arch/PKGBUILD 'pkgver=7.8.8'
+fine version packaging/arch/PKGBUILD 'pkgver=7.8.9'
 fault dependencies Core/HID/A.cpp '#include "Platform/Linux/A.h"'
 fault dependencies Core/HID/A.cpp '  #  include "UI/A.h"'
 fault dependencies Core/HID/A.cpp '#include "A.h"'

@@ -20,7 +20,8 @@ check_words() {
     return 1
 }
 
-# The version is told by CMakeLists.txt; the changelog's history and examples in comments may name it.
+# The version is told by CMakeLists.txt; the changelog's history and examples in comments may name it. The files
+# of other distributions' packages have to.
 check_version() {
     local version found
     version=$(version_of "$1")
@@ -28,9 +29,15 @@ check_version() {
         echo "CMakeLists.txt: no version"
         return 1
     }
-    found=$(cd "$1" && project_files_matching . '' | grep -vxE 'CMakeLists\.txt|CHANGELOG\.md' |
+    found=$(cd "$1" && project_files_matching . '' | grep -vxE 'CMakeLists\.txt|CHANGELOG\.md|packaging/.*' |
         tr '\n' '\0' | xargs -0 -r grep -nIE -- "(^|[^0-9.])${version//./[.]}([^0-9.]|$)" |
         grep -vE '^[^:]*\.(h|cpp):[0-9]+: *//') || true
+    local file
+    for file in packaging/fedora/kelmoth.spec packaging/arch/PKGBUILD; do
+        if [[ -e $1/$file ]] && ! grep -qE "^(Version: +|pkgver=)${version//./[.]}$" "$1/$file"; then
+            found+=$'\n'"$file: not version $version"
+        fi
+    done
     [[ -z $found ]] && return 0
     printf '%s\n' "$found"
     return 1
