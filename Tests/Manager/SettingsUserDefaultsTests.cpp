@@ -64,6 +64,8 @@ protected:
         EXPECT_THAT(defaults.flush(), Optional(HasSubstr(path.toStdString())));
         EXPECT_THAT(log->takeLines(), ElementsAre(HasSubstr("⚠️ Settings could not be saved")));
         EXPECT_EQ(contents(), before);
+        defaults.setInteger("later", 1); // also where the writer was given up
+        EXPECT_EQ(defaults.integerForKey("later"), 1);
     }
 
     /// As another program holds the file.

@@ -152,6 +152,7 @@ TEST_F(RGBTabTest, EachZoneHasItsOwnLight)
     light(logo, {255, 0, 0}, RGBEffect::wave);
     EXPECT_EQ(tab().selectedEffect(), RGBEffect::staticColor);
     tab().pickZone(1);
+    Q_EMIT manager->connectedDeviceChanged(); // its battery
     EXPECT_EQ(tab().zone(), logo);
     EXPECT_EQ(tab().selectedEffect(), RGBEffect::wave);
     EXPECT_EQ(tab().selectedPresetIndex(), 6);

@@ -127,6 +127,7 @@ TEST_F(SettingsTabTest, AFlipRegistersOrSpringsBack)
     loginService->isInApplications = true;
     loginService->isSlow = true;
     tab().flipLaunchAtLogin(true);
+    EXPECT_TRUE(tab().launchAtLogin()) << "at once";
     panel->panelShown();
     QCoreApplication::processEvents();
     tab().flipLaunchAtLogin(false);
