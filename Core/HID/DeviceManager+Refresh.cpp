@@ -24,15 +24,16 @@ QCoro::Task<void> DeviceManager::refreshFromDevice(bool full)
     if (!self || !isCurrent(*device)) {
         co_return;
     }
-    m_deviceState = std::move(reading.state);
+    m_deviceState = reading.state;
     saveSettings();
     if (!full) {
         notify({&DeviceManager::deviceStateChanged});
         co_return;
     }
-    m_unanswered = std::move(reading.unanswered);
-    m_isAnswering = reading.anyAnswer;
     m_liftOffLevel = reading.liftOffLevel;
+    m_lastRead = std::move(reading);
+    m_isRead = true;
+    endFirstReading();
     notify({&DeviceManager::liftOffLevelChanged, &DeviceManager::deviceStateChanged});
 }
 

@@ -16,6 +16,9 @@ namespace kelmoth {
 
 namespace {
 
+using Kind = WriteResult::Kind;
+
+constexpr auto noDevice = "No device connected";
 constexpr Int lastProfile = 5;
 constexpr Int highestLiftOff = 2;
 
@@ -60,8 +63,10 @@ QCoro::Task<std::optional<Data>> DeviceManager::WritingSection::send(RazerComman
     if (!m_manager) {
         co_return std::nullopt;
     }
-    std::optional<Data> answer = co_await m_manager->m_hidMonitor.send(command, m_device);
-    co_return answer;
+    TransactResult result = co_await m_manager->m_hidMonitor.transact(command, m_device);
+    m_isUnanswered = m_isUnanswered || result.kind == TransactResult::Kind::noResponse;
+    co_return result.kind == TransactResult::Kind::success ? std::optional(std::move(result.response))
+                                                           : std::nullopt;
 }
 
 bool DeviceManager::WritingSection::isCurrent() const
@@ -69,69 +74,100 @@ bool DeviceManager::WritingSection::isCurrent() const
     return !m_manager.isNull() && m_manager->isCurrent(m_device);
 }
 
-bool DeviceManager::WritingSection::conclude(bool accepted, const std::string &failure,
-                                             const std::function<void(DeviceState &)> &change)
+WriteResult DeviceManager::WritingSection::conclude(bool accepted, const std::string &failure,
+                                                    const std::function<void(DeviceState &)> &change)
 {
     if (!isCurrent()) {
-        return false;
+        return {Kind::unplugged};
     }
     if (!accepted) {
-        m_manager->m_toastManager.error(failure);
-        return false;
+        return {m_isUnanswered ? Kind::noAnswer : Kind::refused, failure};
     }
     if (change) {
         auto state = m_manager->m_deviceState;
         change(state);
         m_manager->commit(std::move(state));
     }
-    return true;
+    return {};
 }
 
-/// The device to write to; without one the user is told.
-std::optional<RazerDevice> DeviceManager::configurableDeviceOrToast()
+/// Shows the message of a change of `self` once that has ended. Whether the mouse accepted it.
+QCoro::Task<bool> DeviceManager::tell(QPointer<DeviceManager> self, QCoro::Task<WriteResult> change)
 {
-    auto device = configurableDevice();
-    if (!device) {
-        m_toastManager.error("No device connected");
+    const WriteResult result = co_await change;
+    if (self && !result.message.empty()) {
+        auto &toasts = self->m_toastManager;
+        result.isDone() ? toasts.success(result.message) : toasts.error(result.message);
     }
-    return device;
+    co_return result.isDone();
 }
+
+// A change may run to its end, and the manager with it, before its task is there.
 
 QCoro::Task<bool> DeviceManager::setDPI(Int dpi, std::optional<Int> stage)
 {
-    const auto device = configurableDeviceOrToast();
+    const QPointer<DeviceManager> self(this);
+    return tell(self, changeDPI(dpi, stage));
+}
+
+QCoro::Task<bool> DeviceManager::setDPIStage(Int stage)
+{
+    const QPointer<DeviceManager> self(this);
+    return tell(self, changeDPIStage(stage));
+}
+
+QCoro::Task<bool> DeviceManager::setRGB(RGBZone zone, RGBSetting setting)
+{
+    const QPointer<DeviceManager> self(this);
+    return tell(self, changeRGB(zone, setting));
+}
+
+QCoro::Task<bool> DeviceManager::setButtonMapping(MouseButton button, ButtonAction action, Int profile,
+                                                  bool hypershift)
+{
+    const QPointer<DeviceManager> self(this);
+    return tell(self, changeButtonMapping(button, std::move(action), profile, hypershift));
+}
+
+QCoro::Task<bool> DeviceManager::setLiftOff(Int level)
+{
+    const QPointer<DeviceManager> self(this);
+    return tell(self, changeLiftOff(level));
+}
+
+QCoro::Task<WriteResult> DeviceManager::changeDPI(Int dpi, std::optional<Int> stage)
+{
+    const auto device = configurableDevice();
     if (!device) {
-        co_return false;
+        co_return WriteResult{Kind::noDevice, noDevice};
     }
     const Int position = stage.value_or(m_deviceState.currentDPIStage);
     if (!isStage(position, m_deviceState)) {
-        m_toastManager.error("Invalid DPI stage");
-        co_return false;
+        co_return WriteResult{Kind::invalid, "Invalid DPI stage"};
     }
     if (!isValidDPI(dpi, device->capabilities())) {
-        m_toastManager.error("DPI outside supported range");
-        co_return false;
+        co_return WriteResult{Kind::invalid, "DPI outside supported range"};
     }
     auto state = m_deviceState;
     state.dpiStages[static_cast<std::size_t>(position)].dpi = dpi;
     co_return co_await writeDPI(std::move(state), *device, "Failed to set DPI");
 }
 
-QCoro::Task<bool> DeviceManager::setDPIStage(Int stage)
+QCoro::Task<WriteResult> DeviceManager::changeDPIStage(Int stage)
 {
     const auto device = configurableDevice();
     if (!device || !isStage(stage, m_deviceState)) {
-        co_return false;
+        co_return WriteResult{device ? Kind::invalid : Kind::noDevice};
     }
     auto state = m_deviceState;
     state.currentDPIStage = stage;
     co_return co_await writeDPI(std::move(state), *device, "Failed to change DPI stage");
 }
 
-QCoro::Task<bool> DeviceManager::writeDPI(DeviceState state, RazerDevice device, std::string message)
+QCoro::Task<WriteResult> DeviceManager::writeDPI(DeviceState state, RazerDevice device, std::string message)
 {
     if (isBusy()) {
-        co_return false;
+        co_return WriteResult{Kind::busy};
     }
     WritingSection writing(this, device);
     const RazerCommand setStages = command::setDPIStages{state.dpiStages, state.currentDPIStage};
@@ -140,12 +176,16 @@ QCoro::Task<bool> DeviceManager::writeDPI(DeviceState state, RazerDevice device,
                                [&](DeviceState &published) { published = state; });
 }
 
-QCoro::Task<bool> DeviceManager::setRGB(RGBZone zone, RGBSetting setting)
+QCoro::Task<WriteResult> DeviceManager::changeRGB(RGBZone zone, RGBSetting setting)
 {
     constexpr auto failed = "Failed to set RGB lighting";
-    const auto device = configurableDeviceOrToast();
-    if (!device || !isOffered(zone, setting, device->capabilities()) || isBusy()) {
-        co_return false;
+    const auto device = configurableDevice();
+    if (!device) {
+        co_return WriteResult{Kind::noDevice, noDevice};
+    }
+    const bool isValid = isOffered(zone, setting, device->capabilities());
+    if (!isValid || isBusy()) {
+        co_return WriteResult{isValid ? Kind::busy : Kind::invalid};
     }
     const auto known = m_deviceState.rgbSettings.find(zone);
     const auto previous =
@@ -167,19 +207,22 @@ QCoro::Task<bool> DeviceManager::setRGB(RGBZone zone, RGBSetting setting)
                                [&](DeviceState &state) { state.rgbSettings[zone] = setting; });
 }
 
-QCoro::Task<bool> DeviceManager::setButtonMapping(MouseButton button, ButtonAction action, Int profile,
-                                                  bool hypershift)
+QCoro::Task<WriteResult> DeviceManager::changeButtonMapping(MouseButton button, ButtonAction action,
+                                                            Int profile, bool hypershift)
 {
-    const auto device = configurableDeviceOrToast();
-    if (!device || profile < 0 || profile > lastProfile) {
-        co_return false;
+    const auto device = configurableDevice();
+    if (!device) {
+        co_return WriteResult{Kind::noDevice, noDevice};
+    }
+    if (profile < 0 || profile > lastProfile) {
+        co_return WriteResult{Kind::invalid};
     }
     if (button == MouseButton::left && action != ButtonAction::leftClick()) {
-        m_toastManager.error("Left button always stays Left Click");
-        co_return false;
+        co_return WriteResult{Kind::invalid, "Left button always stays Left Click"};
     }
-    if (!defaultButtonMappings(*device).contains(button) || isBusy()) {
-        co_return false;
+    const bool isValid = defaultButtonMappings(*device).contains(button);
+    if (!isValid || isBusy()) {
+        co_return WriteResult{isValid ? Kind::busy : Kind::invalid};
     }
     WritingSection writing(this, *device);
     // Profile 0 is always written, first, and is what is read back.
@@ -199,20 +242,25 @@ QCoro::Task<bool> DeviceManager::setButtonMapping(MouseButton button, ButtonActi
         readBack = co_await writing.send(read);
     }
     const bool isHeld = readBack && holds(*readBack, action.toButtonFunction());
-    const bool isDone = writing.conclude(isHeld, "Failed to apply button mapping", [&](DeviceState &state) {
-        state.buttonMappings.insert_or_assign(button, action);
-    });
-    if (isDone && writing.isCurrent()) {
-        m_toastManager.success("Button remapped");
+    WriteResult result =
+        writing.conclude(isHeld, "Failed to apply button mapping", [&](DeviceState &state) {
+            state.buttonMappings.insert_or_assign(button, action);
+        });
+    if (result.isDone() && writing.isCurrent()) {
+        result.message = "Button remapped";
     }
-    co_return isDone;
+    co_return result;
 }
 
-QCoro::Task<bool> DeviceManager::setLiftOff(Int level)
+QCoro::Task<WriteResult> DeviceManager::changeLiftOff(Int level)
 {
     const auto device = configurableDevice();
-    if (!device || level < 0 || level > highestLiftOff || isBusy()) {
-        co_return false;
+    const bool isValid = level >= 0 && level <= highestLiftOff;
+    if (!device || !isValid) {
+        co_return WriteResult{device ? Kind::invalid : Kind::noDevice};
+    }
+    if (isBusy()) {
+        co_return WriteResult{Kind::busy};
     }
     WritingSection writing(this, *device);
     const RazerCommand prepare = command::prepareLiftOff{};

@@ -2,7 +2,9 @@
 
 #include "Core/Services/SharedInstance.h"
 
-#include <algorithm>
+#include <QCoroFuture>
+
+#include <utility>
 
 namespace kelmoth {
 
@@ -39,28 +41,62 @@ void DeviceManager::setupObservers()
 void DeviceManager::takeDevices(const std::vector<RazerDevice> &devices)
 {
     const auto previous = m_connectedDevice ? std::optional(m_connectedDevice->id) : std::nullopt;
-    m_connectedDevice = preferredDevice(devices);
+    m_connectedDevice = preferredDevice(devices, m_productID);
     m_isConnected = m_connectedDevice && m_connectedDevice->isConfigurable();
     if (!m_isConnected || m_connectedDevice->id == previous) {
+        if (!m_isConnected) {
+            m_isRead = false;
+            endFirstReading();
+        }
         notify({&DeviceManager::connectedDeviceChanged, &DeviceManager::isConnectedChanged});
         return;
     }
     m_deviceState = m_savedSettings.stateForDevice(*m_connectedDevice);
     m_liftOffLevel = std::nullopt;
-    m_unanswered = {};
-    m_isAnswering = false;
+    m_lastRead = {};
+    m_isRead = false;
+    if (previous) {
+        endFirstReading(); // of the former mouse
+    }
     startFullRefresh();
     notify({&DeviceManager::connectedDeviceChanged, &DeviceManager::isConnectedChanged,
             &DeviceManager::deviceStateChanged, &DeviceManager::liftOffLevelChanged});
 }
 
-std::optional<RazerDevice> DeviceManager::preferredDevice(std::span<const RazerDevice> devices)
+std::optional<RazerDevice> DeviceManager::preferredDevice(std::span<const RazerDevice> devices,
+                                                          std::optional<std::uint16_t> productID)
 {
-    const auto configurable = std::ranges::find_if(devices, &RazerDevice::isConfigurable);
-    if (configurable != devices.end()) {
-        return *configurable;
+    std::optional<RazerDevice> first;
+    for (const auto &device : devices) {
+        const bool isMeant = !productID || device.productID == *productID;
+        if (isMeant && device.isConfigurable()) {
+            return device;
+        }
+        if (isMeant && !first) {
+            first = device;
+        }
     }
-    return devices.empty() ? std::nullopt : std::optional(devices.front());
+    return first;
+}
+
+QCoro::Task<std::optional<DeviceReading>> DeviceManager::firstReading()
+{
+    const QPointer<DeviceManager> self(this);
+    if (!m_isRead) {
+        auto &promise = m_awaitingRead.emplace_back();
+        promise.start();
+        QFuture<void> ended = promise.future();
+        co_await ended;
+    }
+    co_return self && m_isRead ? std::optional(m_lastRead) : std::nullopt;
+}
+
+/// Lets those go on who wait for the first full read.
+void DeviceManager::endFirstReading()
+{
+    for (auto &promise : std::exchange(m_awaitingRead, {})) {
+        promise.finish();
+    }
 }
 
 bool DeviceManager::isCurrent(const RazerDevice &device) const

@@ -5,10 +5,13 @@
 #include "Core/HID/DeviceReader.h"
 #include "Core/HID/HIDMonitor.h"
 #include "Core/HID/SavedSettings.h"
+#include "Core/HID/WriteResult.h"
 #include "Core/Services/ToastManager.h"
 
 #include <QCoroTask>
 #include <QObject>
+#include <QPointer>
+#include <QPromise>
 #include <QVariant>
 
 #include <initializer_list>
@@ -60,13 +63,23 @@ public:
     bool isSyncing() const { return m_isSyncing; }
 
     /// What the last full read of the chosen mouse asked and was not answered. Empty before the first.
-    const UnansweredItems &unanswered() const { return m_unanswered; }
+    const UnansweredItems &unanswered() const { return m_lastRead.unanswered; }
 
     /// Whether the last full read of the chosen mouse was answered at all.
-    bool isAnswering() const { return m_isAnswering; }
+    bool isAnswering() const { return m_lastRead.anyAnswer; }
 
-    /// The device to configure: the first that can be, else the first at all; none for an empty list.
-    static std::optional<RazerDevice> preferredDevice(std::span<const RazerDevice> devices);
+    /// The device to configure: the first that can be, else the first at all; none for an empty list. With a
+    /// product ID, among the devices that have it.
+    static std::optional<RazerDevice> preferredDevice(std::span<const RazerDevice> devices,
+                                                      std::optional<std::uint16_t> productID = {});
+
+    /// Has the manager configure the mouse with this product ID, or with none any, from the next list of mice
+    /// that it takes on.
+    void configureProduct(std::optional<std::uint16_t> productID) { m_productID = productID; }
+
+    /// The full read with which the manager begins with the mouse that it chooses, once that has ended; at
+    /// once when it has. None when no mouse that can be configured is there, or it goes meanwhile.
+    QCoro::Task<std::optional<DeviceReading>> firstReading();
 
     /// Reads the chosen mouse into the published settings and saves them: the DPI stages, and when `full`
     /// everything that can be read. While a read or a write runs, a full read is put off until it ends, and
@@ -75,25 +88,31 @@ public:
 
     // The writers. Each is true when the mouse accepted the change and the published settings hold it. They
     // refuse silently what the controls of the panel cannot ask for, and while the manager is busy; of other
-    // failures the user is told.
+    // failures the user is told. The forms that begin with "change" tell nobody but the caller.
 
     /// Sets the DPI of a stage, 0-based; of the active one when none is given. Multiples of 100 from 100 to
     /// the most that the model accepts.
     QCoro::Task<bool> setDPI(Int dpi, std::optional<Int> stage);
+    QCoro::Task<WriteResult> changeDPI(Int dpi, std::optional<Int> stage);
 
     /// Makes a stage the active one, 0-based.
     QCoro::Task<bool> setDPIStage(Int stage);
+    QCoro::Task<WriteResult> changeDPIStage(Int stage);
 
     /// Sets the lighting of a zone: its brightness first, and that back again when the rest is refused.
     QCoro::Task<bool> setRGB(RGBZone zone, RGBSetting setting);
+    QCoro::Task<WriteResult> changeRGB(RGBZone zone, RGBSetting setting);
 
     /// Assigns a button in profile 0 and, when another is named, in that one too; for the hypershift layer
     /// when `hypershift`. True only when the mouse gives the same bytes back. The left button stays the left
     /// click.
     QCoro::Task<bool> setButtonMapping(MouseButton button, ButtonAction action, Int profile, bool hypershift);
+    QCoro::Task<WriteResult> changeButtonMapping(MouseButton button, ButtonAction action, Int profile,
+                                                 bool hypershift);
 
     /// Sets the lift-off distance, 0 to 2. Publishes what the mouse gives back, whatever it is.
     QCoro::Task<bool> setLiftOff(Int level);
+    QCoro::Task<WriteResult> changeLiftOff(Int level);
 
 Q_SIGNALS:
     void connectedDeviceChanged();
@@ -111,11 +130,12 @@ private:
     bool isCurrent(const RazerDevice &device) const;
     bool isBusy() const { return m_isSyncing || m_isWriting; }
     std::optional<RazerDevice> configurableDevice() const;
-    std::optional<RazerDevice> configurableDeviceOrToast();
     void saveSettings();
     void startFullRefresh();
     void runPendingRefresh();
-    QCoro::Task<bool> writeDPI(DeviceState state, RazerDevice device, std::string message);
+    static QCoro::Task<bool> tell(QPointer<DeviceManager> self, QCoro::Task<WriteResult> change);
+    QCoro::Task<WriteResult> writeDPI(DeviceState state, RazerDevice device, std::string message);
+    void endFirstReading();
 
     void commit(DeviceState state);
     void setIsSyncing(bool syncing);
@@ -131,8 +151,10 @@ private:
     bool m_isSyncing = false;
     bool m_pendingFullRefresh = false; ///< a full read was asked for while the manager was busy
     bool m_isWriting = false;
-    UnansweredItems m_unanswered;
-    bool m_isAnswering = false;
+    std::optional<std::uint16_t> m_productID; ///< of the mouse to choose; any when absent
+    DeviceReading m_lastRead;                 ///< the last full read of the chosen mouse
+    bool m_isRead = false;                    ///< there has been one
+    std::vector<QPromise<void>> m_awaitingRead;
     HIDMonitor &m_hidMonitor;
     ToastManager &m_toastManager;
     SavedSettings m_savedSettings;

@@ -42,14 +42,15 @@ public:
     bool isCurrent() const;
 
     /// Ends the write. What the mouse `accepted` is changed in the published settings and saved; otherwise
-    /// the user is told of the failure. True when the mouse accepted it. False, and nothing is done, when the
-    /// write is no longer current.
-    bool conclude(bool accepted, const std::string &failure,
-                  const std::function<void(DeviceState &)> &change = {});
+    /// the result says why not, and with `failure` what the user is told. Nothing is done when the write is
+    /// no longer current.
+    WriteResult conclude(bool accepted, const std::string &failure,
+                         const std::function<void(DeviceState &)> &change = {});
 
 private:
     QPointer<DeviceManager> m_manager;
     const RazerDevice m_device;
+    bool m_isUnanswered = false; ///< a command was
 };
 
 } // namespace kelmoth

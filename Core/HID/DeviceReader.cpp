@@ -36,9 +36,9 @@ public:
         takeStages(*stages);
     }
 
-    QCoro::Task<void> readLighting()
+    QCoro::Task<void> readLighting(std::set<RGBZone> zones)
     {
-        for (const RGBZone zone : m_capabilities.rgbZones) {
+        for (const RGBZone zone : zones) {
             const auto setting = co_await readZone(zone);
             if (setting) {
                 m_reading.state.rgbSettings[zone] = *setting;
@@ -48,10 +48,9 @@ public:
         }
     }
 
-    QCoro::Task<void> readButtons()
+    QCoro::Task<void> readButtons(std::set<MouseButton> buttons)
     {
-        for (const auto &entry : defaultButtonMappings(m_device)) {
-            const MouseButton button = entry.first;
+        for (const MouseButton button : buttons) {
             const RazerCommand getMapping =
                 command::getButtonMapping{.button = button, .profile = 0, .hypershift = false};
             const std::optional<Data> response = co_await ask(getMapping);
@@ -143,13 +142,45 @@ std::vector<std::string> UnansweredItems::words() const
     return words;
 }
 
+DeviceState DeviceReading::answered() const
+{
+    auto said = state;
+    if (unanswered.dpiStages) {
+        said.dpiStages.clear();
+        said.currentDPIStage = 0;
+    }
+    for (const auto zone : unanswered.zones) {
+        said.rgbSettings.erase(zone);
+    }
+    for (const auto button : unanswered.buttons) {
+        said.buttonMappings.erase(button);
+    }
+    return said;
+}
+
 QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base, bool full)
 {
-    Reader reader(monitor, std::move(device), std::move(base));
-    co_await reader.readStages();
+    DeviceItems items{.dpiStages = true, .zones = {}, .buttons = {}, .liftOff = full};
     if (full) {
-        co_await reader.readLighting();
-        co_await reader.readButtons();
+        const auto &zones = device.capabilities().rgbZones;
+        items.zones = {zones.begin(), zones.end()};
+        for (const auto &entry : defaultButtonMappings(device)) {
+            items.buttons.insert(entry.first);
+        }
+    }
+    return readDevice(monitor, std::move(device), std::move(base), std::move(items));
+}
+
+QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base,
+                                      DeviceItems items)
+{
+    Reader reader(monitor, std::move(device), std::move(base));
+    if (items.dpiStages) {
+        co_await reader.readStages();
+    }
+    co_await reader.readLighting(items.zones);
+    co_await reader.readButtons(items.buttons);
+    if (items.liftOff) {
         co_await reader.readLiftOff();
     }
     co_return reader.takeReading();

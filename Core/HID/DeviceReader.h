@@ -28,6 +28,9 @@ struct UnansweredItems {
     bool operator==(const UnansweredItems &) const = default;
 };
 
+/// What a mouse is to be asked.
+using DeviceItems = UnansweredItems;
+
 /// What a mouse said of its settings.
 struct DeviceReading {
     /// The settings that the reading began with, with everything over them that the mouse answered.
@@ -37,11 +40,18 @@ struct DeviceReading {
     UnansweredItems unanswered;
     /// Whether anything was answered at all.
     bool anyAnswer = false;
+
+    /// The settings without those that the mouse did not answer for.
+    DeviceState answered() const;
 };
 
 /// Reads the settings of a mouse over `base`: the DPI stages, and when `full` also the lighting of each zone,
 /// the action of each button in the normal layer, and the lift-off distance. One command at a time, in that
 /// order; what is not answered keeps its value. Main thread.
 QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base, bool full);
+
+/// The same of these items only.
+QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base,
+                                      DeviceItems items);
 
 } // namespace kelmoth

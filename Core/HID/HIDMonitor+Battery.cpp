@@ -4,7 +4,9 @@
 #include "Core/HID/HIDMonitor.h"
 #include "Core/HID/RazerProtocol.h"
 
+#include <QCoroFuture>
 #include <QPointer>
+#include <QPromise>
 
 #include <algorithm>
 #include <chrono>
@@ -14,6 +16,20 @@ namespace kelmoth {
 namespace {
 
 constexpr std::chrono::seconds pollInterval{300};
+
+/// What a task gives, or false once the deadline has passed: whichever comes first.
+QFuture<bool> endedBy(QCoro::Task<bool> task, QDeadlineTimer deadline)
+{
+    const auto promise = std::make_shared<QPromise<bool>>();
+    promise->start();
+    const auto end = [promise](bool result) {
+        promise->addResult(result, 0);
+        promise->finish();
+    };
+    task.then(end);
+    QTimer::singleShot(std::chrono::milliseconds(deadline.remainingTime()), [end] { end(false); });
+    return promise->future();
+}
 
 } // namespace
 
@@ -44,23 +60,34 @@ void HIDMonitor::readBatteryLevel(const RazerDevice &device)
     }
 }
 
-QCoro::Task<void> HIDMonitor::updateBattery(RazerDevice device)
+QCoro::Task<bool> HIDMonitor::readBattery(RazerDevice device, QDeadlineTimer deadline)
+{
+    if (!hasReadableBattery(device)) {
+        co_return false;
+    }
+    QFuture<bool> ended = endedBy(updateBattery(device), deadline);
+    const bool isAnswered = co_await ended;
+    co_return isAnswered;
+}
+
+QCoro::Task<bool> HIDMonitor::updateBattery(RazerDevice device)
 {
     const QPointer<HIDMonitor> self(this);
-    co_await askBattery(device);
+    const bool isAnswered = co_await askBattery(device);
     if (self) {
         Q_EMIT batteryReadFinished(device.id);
     }
+    co_return isAnswered;
 }
 
-QCoro::Task<void> HIDMonitor::askBattery(RazerDevice device)
+QCoro::Task<bool> HIDMonitor::askBattery(RazerDevice device)
 {
     const QPointer<HIDMonitor> self(this);
     const RazerCommand getLevel = command::getBatteryLevel{};
     const std::optional<Data> levelResponse = co_await send(getLevel, device);
     const auto level = levelResponse ? RazerProtocol::parseBatteryLevel(*levelResponse) : std::nullopt;
     if (!level || !self) {
-        co_return;
+        co_return false;
     }
     bool isCharging = false;
     if (device.capabilities().reportsCharging) {
@@ -68,14 +95,14 @@ QCoro::Task<void> HIDMonitor::askBattery(RazerDevice device)
         const std::optional<Data> status = co_await send(getStatus, device);
         isCharging = status && RazerProtocol::parseChargingStatus(*status);
         if (!self) {
-            co_return;
+            co_return false;
         }
     }
     // The list may be another one when its observers have heard of the first change.
     for (const bool isLevel : {true, false}) {
         const auto listed = std::ranges::find(m_connectedDevices, device.id, &RazerDevice::id);
         if (listed == m_connectedDevices.end()) {
-            co_return;
+            co_return false;
         }
         if (isLevel) {
             listed->batteryLevel = level;
@@ -84,9 +111,10 @@ QCoro::Task<void> HIDMonitor::askBattery(RazerDevice device)
         }
         Q_EMIT connectedDevicesChanged();
         if (!self) {
-            co_return;
+            co_return false;
         }
     }
+    co_return true;
 }
 
 } // namespace kelmoth

@@ -78,7 +78,7 @@ struct HIDMonitor::Transports {
     }
 
     /// One command on the transfer thread: by USB, and by HID only when that gave no answer at all.
-    static std::optional<Data> transfer(const std::shared_ptr<Transports> &transports,
+    static TransactResult transfer(const std::shared_ptr<Transports> &transports,
                                         const std::shared_ptr<Sleeper> &sleeper, const QUuid &id,
                                         const Data &report, std::uint32_t waitTimeUs)
     {
@@ -86,14 +86,11 @@ struct HIDMonitor::Transports {
         const auto stop = transports->end.get_token();
         if (usb) {
             auto result = usb->transact(report, waitTimeUs);
-            if (result.kind == TransactResult::Kind::success) {
-                return std::move(result.response);
-            }
-            if (result.kind == TransactResult::Kind::rejected) {
-                return std::nullopt;
+            if (result.kind != TransactResult::Kind::noResponse) {
+                return result;
             }
         }
-        return handle ? transactViaHID(report, *handle, *sleeper, waitTimeUs, stop) : std::nullopt;
+        return handle ? transactViaHID(report, *handle, *sleeper, waitTimeUs, stop) : TransactResult{};
     }
 };
 
@@ -251,16 +248,23 @@ void HIDMonitor::deviceDisconnected(const std::shared_ptr<HIDDevice> &handle)
 
 QCoro::Task<std::optional<Data>> HIDMonitor::send(RazerCommand command, RazerDevice device)
 {
+    TransactResult result = co_await transact(command, device);
+    co_return result.kind == TransactResult::Kind::success ? std::optional(std::move(result.response))
+                                                           : std::nullopt;
+}
+
+QCoro::Task<TransactResult> HIDMonitor::transact(RazerCommand command, RazerDevice device)
+{
     if (!device.isConfigurable()) {
-        co_return std::nullopt;
+        co_return TransactResult{};
     }
     const auto waitTimeUs = basiliskModel(*device.model()).waitTimeUs;
     auto report = RazerProtocol::createReport(command, device);
-    QFuture<std::optional<Data>> answer = QtConcurrent::run(
+    QFuture<TransactResult> answer = QtConcurrent::run(
         &m_queue, &Transports::transfer, m_transports, m_platform.sleeper, device.id, report, waitTimeUs);
     // Nothing of the monitor may be used from here on: it may have gone when this resumes.
-    std::optional<Data> response = co_await answer;
-    co_return response;
+    TransactResult result = co_await answer;
+    co_return result;
 }
 
 std::shared_ptr<HIDDevice> HIDMonitor::deviceHandle(const QUuid &id) const

@@ -6,6 +6,7 @@
 #include "Platform/Platform.h"
 
 #include <QCoroTask>
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QThreadPool>
 #include <QTimer>
@@ -55,9 +56,16 @@ public:
     /// that gives no answer at all, HID feature reports. Resumes on the main thread.
     QCoro::Task<std::optional<Data>> send(RazerCommand command, RazerDevice device);
 
+    /// The same, with a command that was rejected told from one that went unanswered or could not be sent.
+    QCoro::Task<TransactResult> transact(RazerCommand command, RazerDevice device);
+
     /// Reads battery and charging status into the published list; returns at once. Nothing for a device
     /// without a battery that can be read.
     void readBatteryLevel(const RazerDevice &device);
+
+    /// The same, to be waited for, until `deadline` at most. True when the mouse has answered and the list
+    /// holds what it said.
+    QCoro::Task<bool> readBattery(RazerDevice device, QDeadlineTimer deadline);
 
     /// Whether the battery of such a device can be read and is watched.
     static bool hasReadableBattery(const RazerDevice &device);
@@ -81,8 +89,8 @@ private:
     void deviceDisconnected(const std::shared_ptr<HIDDevice> &handle);
     void openTransport(const RazerDevice &device);
     void startBatteryMonitoring(const RazerDevice &device);
-    QCoro::Task<void> updateBattery(RazerDevice device);
-    QCoro::Task<void> askBattery(RazerDevice device);
+    QCoro::Task<bool> updateBattery(RazerDevice device);
+    QCoro::Task<bool> askBattery(RazerDevice device);
     void setIsMonitoring(bool monitoring);
 
     /// What the transfer thread needs of the monitor. Shared with the jobs on that thread, so that one that

@@ -1,8 +1,7 @@
 #include "Core/HID/HIDTransport.h"
 
-#include "Core/HID/TransactLoop.h"
-
 #include <algorithm>
+#include <optional>
 
 namespace kelmoth {
 
@@ -33,13 +32,11 @@ std::optional<Data> exchange(std::span<const std::uint8_t> report, HIDDevice &de
 
 } // namespace
 
-std::optional<Data> transactViaHID(std::span<const std::uint8_t> report, HIDDevice &device, Sleeper &sleeper,
-                                   std::uint32_t waitTimeUs, const std::stop_token &stop)
+TransactResult transactViaHID(std::span<const std::uint8_t> report, HIDDevice &device, Sleeper &sleeper,
+                              std::uint32_t waitTimeUs, const std::stop_token &stop)
 {
     const auto attempt = [&] { return exchange(report, device, sleeper, waitTimeUs, stop); };
-    auto result = transactLoop(report, attempt, sleeper, stop);
-    return result.kind == TransactResult::Kind::success ? std::optional(std::move(result.response))
-                                                        : std::nullopt;
+    return transactLoop(report, attempt, sleeper, stop);
 }
 
 } // namespace kelmoth

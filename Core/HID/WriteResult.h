@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+namespace kelmoth {
+
+/// How a change of one setting ended. A plain value.
+struct WriteResult {
+    enum class Kind {
+        done,      ///< the mouse accepted it, and the published settings hold it
+        noDevice,  ///< no mouse that can be configured is chosen
+        invalid,   ///< the mouse has no such setting, or its model no such value
+        busy,      ///< the mouse is being read or written
+        refused,   ///< the mouse refused it, or holds something else now
+        noAnswer,  ///< the mouse did not answer
+        unplugged, ///< the mouse has gone, or another is the chosen one
+    };
+    Kind kind = Kind::done;
+    std::string message = {}; ///< what the user of the panel is told, English, a translation key; empty: nothing
+
+    bool isDone() const { return kind == Kind::done; }
+};
+
+} // namespace kelmoth
