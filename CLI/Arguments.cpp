@@ -1,11 +1,10 @@
 #include "CLI/Arguments.h"
 
-#include "CLI/Words.h"
+#include "CLI/Completion.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <charconv>
 
 namespace kelmoth {
 
@@ -25,7 +24,7 @@ Exit status: 0 done, 1 the mouse refused or did not answer, 2 wrong arguments,
 3 no mouse to configure, 4 no permission, 5 the mouse took it, but it could not be
 saved.
 
-"kelmothctl COMMAND --help" says more about a command.)";
+"kelmothctl help COMMAND" says more about a command.)";
 
 /// "0x00aa", "170" or, as lists of USB devices have it, "00aa"; none for anything that is not one 16-bit
 /// number.
@@ -63,22 +62,6 @@ void declareOptions(CLI::App &app, Options &options)
         ->option_text("PID");
 }
 
-/// What is wrong with a line in which no word follows `verb` that it knows; `line` is the whole.
-UsageError missingWord(const CLI::App &verb, const CLI::App &line)
-{
-    const std::string before = &verb == &line ? "" : verb.get_name() + ' ';
-    std::string known;
-    for (const auto *word : verb.get_subcommands([](const auto *) { return true; })) {
-        known += (known.empty() ? "" : ", ") + before + word->get_name();
-    }
-    const auto words = line.remaining();
-    const auto word = std::ranges::find_if(words, [](const auto &w) { return !w.starts_with('-'); });
-    if (word == words.end()) {
-        return {"no command given; the commands are " + known};
-    }
-    return {"there is no command \"" + before + *word + "\"; the commands are " + known};
-}
-
 /// The verb that the line ends in: the whole while it has none.
 const CLI::App &lastVerb(const CLI::App &line)
 {
@@ -89,45 +72,141 @@ const CLI::App &lastVerb(const CLI::App &line)
     return *verb;
 }
 
-/// Whether another word has to follow.
-bool isUnfinished(const CLI::App &verb)
+/// "kelmothctl set light"
+std::string nameOf(const CLI::App &verb)
 {
-    return !verb.get_subcommands([](const auto *) { return true; }).empty();
+    return (verb.get_parent() ? nameOf(*verb.get_parent()) + ' ' : "") + verb.get_name();
+}
+
+Failure usage(const std::string &message, const CLI::App &verb)
+{
+    return {Failure::Code::usage, message, "Try \"" + nameOf(verb) + " --help\"."};
+}
+
+/// What is wrong with a line in which no word follows `verb` that it knows.
+Failure missingWord(const CLI::App &verb, const std::vector<std::string> &words)
+{
+    Words known;
+    for (const auto *word : verbsOf(verb)) {
+        known.push_back(word->get_name());
+    }
+    const auto word = std::ranges::find_if(words, [](const auto &w) { return !w.starts_with('-'); });
+    if (word == words.end()) {
+        return usage("no command given; the commands of " + nameOf(verb) + " are " + joined(known), verb);
+    }
+    return usage(noSuchWord(nameOf(verb) + " has", "command", *word, known), verb);
+}
+
+/// The help of the verb that the words lead to.
+ParsedArguments helpOf(const CLI::App &app, const Words &words)
+{
+    const auto *verb = &app;
+    for (const auto &word : words) {
+        const auto *next = verbOf(*verb, word);
+        if (!next) {
+            return missingWord(*verb, {word});
+        }
+        verb = next;
+    }
+    return Information{verb->help(verb->get_parent() ? nameOf(*verb->get_parent()) : "")};
 }
 
 } // namespace
 
-ParsedArguments parseArguments(int argc, const char *const *argv, const Commands &commands)
+ParsedArguments parseArguments(int argc, const char *const *argv, const Commands &commands,
+                               const std::function<Vocabulary(const Options &)> &vocabulary)
 {
     CLI::App app(description, "kelmothctl");
-    app.footer(modelsToSimulate() + examples);
     app.require_subcommand(0, 1);
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
 
     Invocation invocation;
     declareOptions(app, invocation.options);
     for (const auto &command : commands) {
-        auto *verb = app.add_subcommand(std::string(command->name()), std::string(command->summary()));
-        verb->fallthrough();
-        verb->group("Commands");
-        verb->footer(std::string(command->details()) +
-                     "\n\n\"kelmothctl --help\" lists the options that every command takes.");
+        const auto &text = command->text();
+        auto *verb = declareVerb(app, text.name, text.summary);
+        verb->footer([&] { // inherited by the verbs of a command
+            return (text.hasVocabulary ? vocabulary(invocation.options).help() + '\n' : "") +
+                   std::string(text.details) +
+                   "\n\n\"kelmothctl --help\" lists the options that every command takes.";
+        });
         command->declare(*verb);
+        for (auto *word : verb->get_subcommands([](auto *) { return true; })) {
+            word->footer([verb] { return verb->get_footer(); });
+        }
     }
-    const auto complaint = [&app](const std::string &text) {
+    Words topic;
+    const auto *help = declareVerb(app, "help", "Show this help, or that of a command");
+    app.get_subcommand("help")->add_option("COMMAND", topic, "The command, such as set")->option_text("...");
+
+    app.footer(modelsToSimulate() + examples); // not before: verbs take it over
+
+    const Words words(argv + std::min(argc, 1), argv + argc);
+    if (!words.empty() && words.front() == "complete") { // for shells: what may follow the words behind it
+        const auto found = completions(app, {words.begin() + 1, words.end()});
+        return Information{found.empty() ? "" : joined(found, "\n") + '\n'};
+    }
+    std::optional<Failure> missing;
+    const auto complaint = [&](const std::string &text) {
         const auto &verb = lastVerb(app);
-        return isUnfinished(verb) ? missingWord(verb, app) : UsageError{text};
+        missing = verbsOf(verb).empty() ? usage(text, verb) : missingWord(verb, app.remaining());
+        return UsageError{text};
     };
     if (auto refusal = parseCommandLine(app, argc, argv, complaint)) {
-        return std::visit([](auto &why) -> ParsedArguments { return std::move(why); }, *refusal);
+        if (auto *information = std::get_if<Information>(&*refusal)) {
+            return std::move(*information);
+        }
+        return missing ? *missing : usage(std::get<UsageError>(*refusal).message, lastVerb(app));
     }
-    if (const auto &verb = lastVerb(app); isUnfinished(verb)) {
-        return missingWord(verb, app);
+    if (help->parsed()) {
+        return helpOf(app, topic);
+    }
+    if (const auto &verb = lastVerb(app); !verbsOf(verb).empty()) {
+        return missingWord(verb, app.remaining());
     }
     const auto chosen = app.get_subcommands().front()->get_name();
-    invocation.command =
-        std::ranges::find(commands, std::string_view(chosen), [](const auto &c) { return c->name(); })->get();
+    const auto command = std::ranges::find(commands, chosen, [](const auto &c) { return c->text().name; });
+    invocation.command = command->get();
     return invocation;
+}
+
+bool asksForJSON(int argc, const char *const *argv)
+{
+    return std::find(argv, argv + argc, std::string_view("--json")) != argv + argc;
+}
+
+CLI::App *declareVerb(CLI::App &parser, std::string_view name, std::string_view summary)
+{
+    auto *verb = parser.add_subcommand(std::string(name), std::string(summary));
+    verb->fallthrough()->ignore_case()->ignore_underscore()->group(parser.get_parent() ? "Settings"
+                                                                                       : "Commands");
+    if (const auto plain = folded(name); plain != name) {
+        verb->alias(plain);
+    }
+    return verb;
+}
+
+void declareWord(CLI::App &parser, const char *name, std::string &target, const char *help)
+{
+    parser.add_option(name, target, help)->required()->option_text("REQUIRED");
+}
+
+CLI::Option *declareNumber(CLI::App &parser, const std::string &name, const std::function<void(double)> &take,
+                           Int lowest, Int highest, const std::string &help, bool mayBeFraction)
+{
+    const auto check = [=](const std::string &text) {
+        const auto number = wholeNumber<double>(text);
+        const bool isWhole = wholeNumber(text).has_value();
+        const bool isInRange =
+            number && *number >= static_cast<double>(lowest) && *number <= static_cast<double>(highest);
+        if (!isInRange || !(isWhole || mayBeFraction)) {
+            throw CLI::ValidationError(name, '"' + text + "\" is not " + std::to_string(lowest) + " to " +
+                                                 std::to_string(highest));
+        }
+        take(*number);
+    };
+    return parser.add_option_function<std::string>(name, check, help)
+        ->option_text(std::to_string(lowest) + ".." + std::to_string(highest));
 }
 
 } // namespace kelmoth

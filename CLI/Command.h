@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CLI/ExitStatus.h"
+#include "CLI/Failure.h"
 
 #include <QCoroTask>
 
@@ -16,31 +16,53 @@ namespace kelmoth {
 
 class Session;
 
-/// One verb of kelmothctl. Adding one: a class of this kind in a file of its own, and a line in
-/// `allCommands`.
+/// One verb of kelmothctl. Adding one: a file in CLI/Commands, and a line each in the two lists below.
 class Command {
 public:
+    /// What the help says of a command.
+    struct Text {
+        std::string_view name;      ///< the word on the command line
+        std::string_view summary;   ///< one line for the list of commands
+        std::string_view details;   ///< below its options: what it does, examples
+        bool hasVocabulary = false; ///< and the words of the settings
+    };
+
+    explicit Command(const Text &text) : m_text(text) {}
     virtual ~Command() = default;
 
-    /// The word on the command line.
-    virtual std::string_view name() const = 0;
-
-    /// One line for the list of commands.
-    virtual std::string_view summary() const = 0;
-
-    /// What the command's own help says below its options: what it does, an example.
-    virtual std::string_view details() const = 0;
+    const Text &text() const { return m_text; }
 
     /// Declares options, operands and further verbs of its own; they are set when `run` begins.
-    virtual void declare(CLI::App &parser);
+    virtual void declare(CLI::App &) {}
 
     /// Does the work. The session outlives it. Main thread, within the event loop.
     virtual QCoro::Task<ExitStatus> run(Session *session) = 0;
+
+private:
+    Text m_text;
 };
 
 using Commands = std::vector<std::unique_ptr<Command>>;
 
+std::unique_ptr<Command> listCommand();
+std::unique_ptr<Command> readCommand();
+std::unique_ptr<Command> getCommand();
+std::unique_ptr<Command> setCommand();
+std::unique_ptr<Command> resetCommand();
+std::unique_ptr<Command> exportCommand();
+std::unique_ptr<Command> importCommand();
+std::unique_ptr<Command> watchCommand();
+std::unique_ptr<Command> doctorCommand();
+
 /// Every command, in the order in which the help lists them.
-Commands allCommands();
+inline Commands allCommands()
+{
+    Commands commands;
+    for (const auto make : {listCommand, readCommand, getCommand, setCommand, resetCommand, exportCommand,
+                            importCommand, watchCommand, doctorCommand}) {
+        commands.push_back(make());
+    }
+    return commands;
+}
 
 } // namespace kelmoth

@@ -1,16 +1,67 @@
 #pragma once
 
-#include "CLI/ExitStatus.h"
+#include "Core/Device/RawValues.h"
+
+#include <nlohmann/json.hpp>
 
 #include <string>
 
 namespace kelmoth {
 
+/// What the process tells its caller.
+enum class ExitStatus {
+    done = 0,
+    failed = 1,       ///< the mouse refused or did not answer, or the output could not be written
+    usage = 2,        ///< the arguments make no sense; nothing was done
+    noMouse = 3,      ///< no mouse that can be configured
+    noPermission = 4, ///< there is one, but this user may not open it
+    notSaved = 5,     ///< the mouse took it, but it could not be saved
+};
+
 /// Why a command does not do its work, for the user and for the caller of the process.
 struct Failure {
-    ExitStatus status;
-    std::string message;
-    bool isOfMouse = false; ///< what was sent to the mouse and what it answered say more
+    enum class Code { failed, usage, noMouse, noPermission, refused, noAnswer, unplugged, notSaved };
+    Code code = Code::failed;
+    std::string message;     ///< one English line or more
+    std::string remedy = {}; ///< what the user can do; empty where that is not known
+
+    /// What was sent to the mouse and what it answered say more.
+    bool isOfMouse() const
+    {
+        return code == Code::refused || code == Code::noAnswer || code == Code::unplugged;
+    }
 };
+
+/// The codes as programs are told them, each with its exit status.
+template <> struct RawValues<Failure::Code> {
+    struct Row {
+        std::string_view rawValue;
+        ExitStatus status;
+    };
+    static constexpr std::array table{
+        Row{"failed", ExitStatus::failed},    Row{"usage", ExitStatus::usage},
+        Row{"no-mouse", ExitStatus::noMouse}, Row{"no-permission", ExitStatus::noPermission},
+        Row{"refused", ExitStatus::failed},   Row{"no-answer", ExitStatus::failed},
+        Row{"unplugged", ExitStatus::failed}, Row{"not-saved", ExitStatus::notSaved},
+    };
+};
+
+/// The status of a process that ends with the failure.
+inline ExitStatus statusOf(const Failure &failure)
+{
+    return tableRow(failure.code).status;
+}
+
+/// The version of everything that is printed for programs.
+inline constexpr int schema = 1;
+
+/// The member "error" of what programs are told.
+inline nlohmann::ordered_json errorJSON(const Failure &failure)
+{
+    nlohmann::ordered_json json{{"code", rawValue(failure.code)}, {"message", failure.message}};
+    json["remedy"] =
+        failure.remedy.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(failure.remedy);
+    return json;
+}
 
 } // namespace kelmoth

@@ -4,6 +4,8 @@
 #include "Platform/Log.h"
 
 #include <cerrno>
+#include <iostream>
+#include <string>
 
 namespace kelmoth {
 
@@ -14,6 +16,7 @@ Output::Output(int standardOutput, int standardError)
 
 bool Output::print(std::string_view text)
 {
+    m_hasPrinted = true;
     if (m_error == 0) {
         m_error = writeAll(m_standardOutput, text);
     }
@@ -23,6 +26,14 @@ bool Output::print(std::string_view text)
 bool Output::printJSON(const nlohmann::ordered_json &document)
 {
     return print(document.dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace) + '\n');
+}
+
+bool Output::ask(std::string_view question) const
+{
+    writeAll(m_standardError, printable(question) + " [y/N] ");
+    std::string answer;
+    std::getline(std::cin, answer);
+    return answer.starts_with('y') || answer.starts_with('Y');
 }
 
 void Output::complain(std::string_view text)
@@ -35,6 +46,14 @@ void Output::complain(std::string_view text)
             break;
         }
         text.remove_prefix(end + 1);
+    }
+}
+
+void Output::fail(const Failure &failure, bool json)
+{
+    complain(failure.remedy.empty() ? failure.message : failure.message + '\n' + failure.remedy);
+    if (json && !m_hasPrinted) {
+        printJSON({{"schema", schema}, {"error", errorJSON(failure)}});
     }
 }
 

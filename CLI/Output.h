@@ -1,9 +1,6 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
-
-#include <string>
-#include <string_view>
+#include "CLI/Failure.h"
 
 namespace kelmoth {
 
@@ -21,9 +18,18 @@ public:
     /// Writes one JSON document as one line of ASCII: whatever a name holds, no terminal is steered by it.
     bool printJSON(const nlohmann::ordered_json &document);
 
+    /// Whether anything has been printed.
+    bool hasPrinted() const { return m_hasPrinted; }
+
+    /// Shows a question at once, and whether the answer, a line of standard input, begins with a yes.
+    bool ask(std::string_view question) const;
+
     /// Keeps a message for the user until the end, where diagnostic lines do not bury it. Line ends within
     /// the text stay; everything else that could steer a terminal is made visible.
     void complain(std::string_view text);
+
+    /// Complains of a failure; in JSON too, when nothing has been printed yet and a program reads.
+    void fail(const Failure &failure, bool json);
 
     /// Writes the messages to standard error, each after the program's name.
     void showComplaints();
@@ -40,6 +46,7 @@ private:
     int m_standardOutput;
     int m_standardError;
     int m_error = 0;
+    bool m_hasPrinted = false;
     std::string m_complaints;
 };
 

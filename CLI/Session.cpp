@@ -1,8 +1,5 @@
 #include "CLI/Session.h"
 
-#include "CLI/FilteredHID.h"
-#include "CLI/MouseSummary.h"
-
 #include <utility>
 
 namespace kelmoth {
@@ -13,10 +10,6 @@ Session::Session(Options options, Platform platform, Output *output)
       m_output(output),
       m_terminal(Terminal::detect(output->standardOutput()))
 {
-    if (m_options.productID) {
-        m_platform.hid =
-            std::make_shared<FilteredHIDService>(std::move(m_platform.hid), *m_options.productID);
-    }
 }
 
 HIDMonitor &Session::monitor(bool watchesBatteries)
@@ -28,35 +21,35 @@ HIDMonitor &Session::monitor(bool watchesBatteries)
     return *m_monitor;
 }
 
+std::vector<RazerDevice> Session::devices()
+{
+    auto devices = monitor().connectedDevices();
+    const auto &meant = m_options.productID;
+    std::erase_if(devices, [&meant](const auto &device) { return meant && device.productID != *meant; });
+    return devices;
+}
+
 DeviceManager &Session::manager()
 {
     if (!m_manager) {
         m_manager = std::make_unique<DeviceManager>(monitor(), m_toasts, m_platform.userDefaults);
+        m_manager->configureProduct(m_options.productID);
     }
     return *m_manager;
 }
 
-std::string Session::refusal(const RazerDevice &device) const
-{
-    if (!m_monitor || isGone(device, *m_monitor)) {
-        return "the " + device.name() + " was unplugged while it was changed";
-    }
-    const auto &toast = m_toasts.currentToast();
-    return toast && toast->type == ToastType::error ? toast->message : "the mouse did not take the change";
-}
-
 ExitStatus Session::report(const Failure &failure)
 {
-    m_output->complain(failure.message);
-    m_hasMouseFailed = m_hasMouseFailed || failure.isOfMouse;
-    return failure.status;
+    m_output->fail(failure, m_options.json);
+    m_hasMouseFailed = m_hasMouseFailed || failure.isOfMouse();
+    return statusOf(failure);
 }
 
 std::optional<Failure> Session::flushDefaults() const
 {
     const auto why = m_platform.userDefaults->flush();
-    return why ? std::optional(
-                     Failure{ExitStatus::notSaved, "the mouse took it, but it could not be saved: " + *why})
+    return why ? std::optional(Failure{Failure::Code::notSaved,
+                                       "the mouse took it, but it could not be saved: " + *why})
                : std::nullopt;
 }
 

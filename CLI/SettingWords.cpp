@@ -2,9 +2,9 @@
 
 #include "Core/Device/DeviceDefaults.h"
 #include "Core/Device/KeyboardShortcut.h"
+#include "Core/Device/Lowercase.h"
+#include "Core/HID/RazerProtocol.h"
 
-#include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 
@@ -13,9 +13,50 @@ namespace kelmoth {
 namespace {
 
 using Case = ButtonAction::Case;
-using ValueType = ButtonAction::ValueType;
+using ActionOrFailure = std::variant<ButtonAction, std::string>;
 
-constexpr Int highestDPIChange = 6;
+/// What stands behind the colon of an action.
+enum class Takes { nothing, number, key, bytes, name };
+
+/// A word for an action. Where it takes a number, `first` stands for the lowest value of the action; else
+/// `first` is the value.
+struct ActionWord {
+    std::string_view word;
+    Case which;
+    Takes takes = Takes::nothing;
+    Int first = 0;
+    Int lowest = 0;
+    Int highest = 0;
+    bool isStored = false; ///< as files have it: understood, not shown
+};
+
+/// The first word that fits an action is shown for it.
+constexpr std::array actionWords{
+    ActionWord{"left-click", Case::leftClick},
+    ActionWord{"right-click", Case::rightClick},
+    ActionWord{"middle-click", Case::middleClick},
+    ActionWord{"forward", Case::forward},
+    ActionWord{"back", Case::back},
+    ActionWord{"scroll-up", Case::scrollUp},
+    ActionWord{"scroll-down", Case::scrollDown},
+    ActionWord{"double-click", Case::doubleClick},
+    ActionWord{"disabled", Case::disabled},
+    ActionWord{"dpi-cycle", Case::dpiChange},
+    ActionWord{"dpi-stage", Case::dpiChange, Takes::number, 2, 1, 5},
+    ActionWord{"profile-switch", Case::profileSwitch},
+    ActionWord{"profile", Case::profileSwitch, Takes::number, 1, 1, 5},
+    ActionWord{"hypershift", Case::hypershift},
+    ActionWord{"key", Case::keyPress, Takes::key},
+    ActionWord{"wheel-mode", Case::scrollModeToggle},
+    ActionWord{"raw", Case::other, Takes::bytes},
+    ActionWord{"macro", Case::macroPlay, Takes::name, 0, 0, 0, true},
+    ActionWord{"dpi-change", Case::dpiChange, Takes::number, 0, 0, 6, true},
+    ActionWord{"profile-switch", Case::profileSwitch, Takes::number, 0, 0, 5, true},
+    ActionWord{"key-press", Case::keyPress, Takes::key, 0, 0, 0, true},
+    ActionWord{"scroll-mode-toggle", Case::scrollModeToggle, Takes::nothing, 0, 0, 0, true},
+    ActionWord{"other", Case::other, Takes::bytes, 0, 0, 0, true},
+    ActionWord{"macro-play", Case::macroPlay, Takes::name, 0, 0, 0, true},
+};
 
 std::optional<Data> bytesFromHex(std::string_view text)
 {
@@ -33,67 +74,133 @@ std::optional<Data> bytesFromHex(std::string_view text)
     return bytes;
 }
 
-std::string hexOf(std::span<const std::uint8_t> bytes)
+std::string hexOf(std::span<const std::uint8_t> bytes, const char *format)
 {
     std::string text;
     for (const auto byte : bytes) {
         std::array<char, 3> digits{};
-        std::snprintf(digits.data(), digits.size(), "%02X", unsigned{byte});
+        std::snprintf(digits.data(), digits.size(), format, unsigned{byte});
         text += digits.data();
     }
     return text;
 }
 
-bool isOffered(Case which, const RazerDevice &device)
+bool isOffered(Case which, const Vocabulary &vocabulary)
 {
-    const auto choices = buttonActionChoices(device.capabilities().hasHyperScroll);
-    return std::ranges::any_of(choices, [which](const auto &c) { return c.action.which() == which; });
+    return which != Case::macroPlay && (which != Case::scrollModeToggle || vocabulary.hasHyperScroll);
 }
 
-/// An action that carries a number, 0 when none is given.
-std::optional<ButtonAction> numberedAction(Case which, const std::optional<std::string> &value,
-                                           std::string *failure)
+std::string range(const ActionWord &row)
 {
-    const Int highest = which == Case::dpiChange ? highestDPIChange : highestProfile;
-    const auto number = value ? wholeNumber(*value) : std::optional<Int>(0);
-    if (!number || *number < 0 || *number > highest) {
-        *failure = std::string(storedName(which)) + " takes a number from 0 to " + std::to_string(highest);
-        return std::nullopt;
+    return std::to_string(row.lowest) + ".." + std::to_string(row.highest);
+}
+
+/// The action of a word and what stands behind its colon, which is `hasValue`.
+ActionOrFailure makeAction(const ActionWord &row, const std::string &value)
+{
+    const std::string word(row.word);
+    switch (row.takes) {
+    case Takes::number: {
+        const auto number = wholeNumber(value);
+        if (!number || *number < row.lowest || *number > row.highest) {
+            return word + " takes a number: " + word + ':' + range(row);
+        }
+        return *ButtonAction::make(row.which, *number - row.lowest + row.first);
     }
-    return ButtonAction::make(which, *number);
-}
-
-std::optional<ButtonAction> keyAction(const std::optional<std::string> &value, std::string *failure)
-{
-    const auto shortcut = parseKeyboardShortcut(value.value_or(""));
-    auto text = shortcutString(shortcut.modifier, shortcut.keyCode);
-    if (!text) {
-        *failure = "keyPress takes a key, with ctrl+, alt+, shift+ or cmd+ before it; the keys are " +
-                   joined(keyNames());
-        return std::nullopt;
+    case Takes::key: {
+        auto name = lowercased(value);
+        // What shortcuts call cmd has these names on this system.
+        for (const std::string_view super : {"super+", "meta+"}) {
+            if (const auto at = name.find(super); at != std::string::npos) {
+                name.replace(at, super.size(), "cmd+");
+            }
+        }
+        const auto shortcut = parseKeyboardShortcut(name);
+        auto text = shortcutString(shortcut.modifier, shortcut.keyCode);
+        if (!text) {
+            const auto names = keyNames();
+            return "there is no key \"" + value + "\"; " + word +
+                   " takes one, with ctrl+, alt+, shift+ or cmd+ before it; the keys are " +
+                   joined(Words(names.begin(), names.end()));
+        }
+        return ButtonAction::keyPress(*std::move(text));
     }
-    return ButtonAction::make(ButtonAction::Case::keyPress, *std::move(text));
-}
-
-std::optional<ButtonAction> rawAction(const std::optional<std::string> &value, std::string *failure)
-{
-    const auto bytes = bytesFromHex(value.value_or(""));
-    if (!bytes || bytes->size() != ButtonFunction{}.size()) {
-        *failure = "other takes the seven bytes of a function as 14 hexadecimal digits";
-        return std::nullopt;
+    case Takes::bytes: {
+        const auto bytes = bytesFromHex(value);
+        if (!bytes || bytes->size() != ButtonFunction{}.size()) {
+            return word + " takes the seven bytes of a function as 14 hexadecimal digits";
+        }
+        return canonical(ButtonAction::other(*bytes));
     }
-    return canonical(ButtonAction::other(*bytes));
+    case Takes::name:
+        return std::string("the mouse cannot hold macros");
+    case Takes::nothing:
+        break;
+    }
+    const bool isNumbered = valueType(row.which) == ButtonAction::ValueType::integer;
+    return *ButtonAction::make(row.which, isNumbered ? ButtonAction::Value(row.first) : std::monostate{});
 }
 
-} // namespace
+/// The models' words, each once, in the order of the cases.
+template <class E> std::vector<E> united(const auto &offered)
+{
+    std::vector<E> cases;
+    std::ranges::copy_if(allCases<E>(), std::back_inserter(cases), [&](E value) {
+        return std::ranges::any_of(basiliskModels(), [&](const auto &model) {
+            const auto &some = offered(model);
+            return std::ranges::find(some, value) != some.end();
+        });
+    });
+    return cases;
+}
 
 std::vector<MouseButton> buttonsOf(const RazerDevice &device)
 {
     std::vector<MouseButton> buttons;
-    for (const auto &[button, action] : defaultButtonMappings(device)) {
-        buttons.push_back(button);
+    for (const auto &entry : defaultButtonMappings(device)) {
+        buttons.push_back(entry.first);
     }
     return buttons;
+}
+
+} // namespace
+
+Vocabulary Vocabulary::of(const RazerDevice &device)
+{
+    const auto &capabilities = device.capabilities();
+    return {"the " + device.name() + " has", capabilities.rgbZones, capabilities.rgbEffects,
+            buttonsOf(device), capabilities.hasHyperScroll};
+}
+
+Vocabulary Vocabulary::ofAll()
+{
+    const auto device = [](const BasiliskModel &model) {
+        RazerDevice any;
+        any.productID = rawValue(model.productID);
+        return any;
+    };
+    return {"there is", united<RGBZone>([&](const auto &m) { return device(m).capabilities().rgbZones; }),
+            united<RGBEffect>([&](const auto &m) { return device(m).capabilities().rgbEffects; }),
+            united<MouseButton>([&](const auto &m) { return buttonsOf(device(m)); }), true};
+}
+
+Words Vocabulary::actions() const
+{
+    Words words;
+    for (const auto &row : actionWords) {
+        if (row.isStored || !isOffered(row.which, *this)) {
+            continue;
+        }
+        const std::array takes{std::string{}, ':' + range(row), std::string(":KEY"), std::string(":BYTES")};
+        words.push_back(std::string(row.word) + takes.at(static_cast<std::size_t>(row.takes)));
+    }
+    return words;
+}
+
+std::string Vocabulary::help() const
+{
+    return "Zones:   " + joined(wordsOf(zones)) + "\nEffects: " + joined(wordsOf(effects)) +
+           "\nButtons: " + joined(wordsOf(buttons)) + "\nActions: " + joined(actions()) + '\n';
 }
 
 bool hasColor(RGBEffect effect)
@@ -104,7 +211,7 @@ bool hasColor(RGBEffect effect)
 
 std::string hexText(RGBColor color)
 {
-    return '#' + hexOf(std::array{color.r, color.g, color.b});
+    return '#' + hexOf(std::array{color.r, color.g, color.b}, "%02x");
 }
 
 std::optional<RGBColor> colorFromText(std::string_view text)
@@ -116,45 +223,49 @@ std::optional<RGBColor> colorFromText(std::string_view text)
     return RGBColor{(*bytes)[0], (*bytes)[1], (*bytes)[2]};
 }
 
+double percentOf(double brightness)
+{
+    const auto byte = RazerProtocol::brightnessByte(brightness);
+    // A byte is some 0.4 %: at the latest one of the tenths lies within.
+    for (const double scale : {1.0, 10.0}) {
+        const double percent = std::ceil(byte * 100.0 * scale / 255) / scale;
+        if (RazerProtocol::brightnessByte(percent / 100) == byte) {
+            return percent;
+        }
+    }
+    return byte / 2.55;
+}
+
 std::string lightText(const RGBSetting &setting)
 {
-    std::array<char, 32> percent{}; // a stored brightness may be any number
-    std::snprintf(percent.data(), percent.size(), "%.6g %%", std::round(setting.brightness * 100));
-    return std::string(rawValue(setting.effect)) +
-           (hasColor(setting.effect) ? ' ' + hexText(setting.color) : "") + ", " + percent.data();
+    const bool isFraction =
+        setting.brightness >= 0 && setting.brightness <= 1; // a stored one may be anything
+    std::array<char, 32> percent{};
+    std::snprintf(percent.data(), percent.size(), "%.6g %%",
+                  isFraction ? percentOf(setting.brightness) : setting.brightness * 100);
+    return wordOf(setting.effect) + (hasColor(setting.effect) ? ' ' + hexText(setting.color) : "") + ", " +
+           percent.data();
 }
 
 std::string actionText(const ButtonAction &action)
 {
-    std::string text(storedName(action.which()));
-    switch (valueType(action.which())) {
-    case ValueType::integer:
-        return text + ':' + std::to_string(std::get<Int>(action.value()));
-    case ValueType::text:
-        return text + ':' + std::get<std::string>(action.value());
-    case ValueType::bytes:
-        return text + ':' + hexOf(action.toButtonFunction());
-    case ValueType::none:
-        break;
-    }
-    return text;
-}
-
-std::vector<std::string> actionWords(const RazerDevice &device)
-{
-    std::vector<std::string> words;
-    for (const auto &choice : buttonActionChoices(device.capabilities().hasHyperScroll)) {
-        const auto which = choice.action.which();
-        std::string word(storedName(which));
-        if (which == Case::dpiChange || which == Case::profileSwitch) {
-            word += ":0.." + std::to_string(which == Case::dpiChange ? highestDPIChange : highestProfile);
-        } else if (which == Case::keyPress) {
-            word += ":KEY";
+    const auto *number = std::get_if<Int>(&action.value());
+    std::string text;
+    for (const auto &row : actionWords) {
+        const Int last = row.first + row.highest - row.lowest;
+        if (row.which != action.which() || (number && (*number < row.first || *number > last))) {
+            continue;
         }
-        words.push_back(std::move(word));
+        text = row.word;
+        if (row.takes == Takes::number) {
+            return text + ':' + std::to_string(*number - row.first + row.lowest);
+        }
+        if (row.takes == Takes::bytes) {
+            return text + ':' + hexOf(action.toButtonFunction(), "%02X");
+        }
+        return row.takes == Takes::nothing ? text : text + ':' + std::get<std::string>(action.value());
     }
-    words.emplace_back("other:BYTES");
-    return words;
+    return hyphenated(storedName(action.which())) + ':' + std::to_string(number ? *number : 0);
 }
 
 ButtonAction canonical(const ButtonAction &action)
@@ -165,7 +276,7 @@ ButtonAction canonical(const ButtonAction &action)
 }
 
 std::optional<std::string> obstacleTo(MouseButton button, const ButtonAction &action,
-                                      const RazerDevice &device)
+                                      const Vocabulary &vocabulary)
 {
     if (button == MouseButton::left && canonical(action) != ButtonAction::leftClick()) {
         return "the left button always stays the left click";
@@ -173,8 +284,8 @@ std::optional<std::string> obstacleTo(MouseButton button, const ButtonAction &ac
     if (action.which() == Case::macroPlay) {
         return "the mouse cannot hold macros";
     }
-    if (action.which() != Case::other && !isOffered(action.which(), device)) {
-        return "the " + device.name() + " has no action " + std::string(storedName(action.which()));
+    if (!isOffered(action.which(), vocabulary)) {
+        return vocabulary.owner + " no action " + actionText(action);
     }
     const auto *shortcut = std::get_if<std::string>(&action.value());
     if (shortcut != nullptr && parseKeyboardShortcut(*shortcut).keyCode == 0) {
@@ -183,32 +294,24 @@ std::optional<std::string> obstacleTo(MouseButton button, const ButtonAction &ac
     return std::nullopt;
 }
 
-std::optional<ButtonAction> actionFromText(const std::string &text, const RazerDevice &device,
-                                           std::string *failure)
+ActionOrFailure actionFromText(std::string_view text, const Vocabulary &vocabulary)
 {
     const auto colon = text.find(':');
-    const auto value = colon == std::string::npos ? std::nullopt : std::optional(text.substr(colon + 1));
-    const auto which = caseOfStoredName(text.substr(0, colon));
-    if (which == Case::macroPlay) {
-        *failure = "macroPlay cannot be set: the mouse cannot hold macros";
-        return std::nullopt;
+    const bool hasValue = colon != std::string_view::npos;
+    const std::string value(hasValue ? text.substr(colon + 1) : "");
+    const auto head = folded(text.substr(0, colon));
+    const ActionWord *likely = nullptr; // says at least what the word takes
+    for (const auto &row : actionWords) {
+        const bool isKnown = row.takes == Takes::name || isOffered(row.which, vocabulary);
+        if (folded(row.word) == head && isKnown) {
+            if (hasValue == (row.takes != Takes::nothing)) {
+                return makeAction(row, value);
+            }
+            likely = row.takes == Takes::nothing ? likely : &row;
+        }
     }
-    const bool hasStrayValue = which && value && valueType(*which) == ValueType::none;
-    if (!which || hasStrayValue || (*which != Case::other && !isOffered(*which, device))) {
-        *failure = noSuchWord(device, "action", text, actionWords(device));
-        return std::nullopt;
-    }
-    switch (*which) {
-    case Case::dpiChange:
-    case Case::profileSwitch:
-        return numberedAction(*which, value, failure);
-    case Case::keyPress:
-        return keyAction(value, failure);
-    case Case::other:
-        return rawAction(value, failure);
-    default:
-        return ButtonAction::make(*which, {});
-    }
+    return likely ? makeAction(*likely, value)
+                  : ActionOrFailure(noSuchWord(vocabulary.owner, "action", text, vocabulary.actions()));
 }
 
 } // namespace kelmoth

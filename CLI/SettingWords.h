@@ -6,71 +6,79 @@
 #include "Core/Device/RazerDevice.h"
 
 #include <array>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
+#include <variant>
 
 namespace kelmoth {
 
 /// The lift-off levels, in the order of their numbers.
-inline constexpr std::array<std::string_view, 3> liftOffWords{"low", "medium", "high"};
+enum class LiftOff { low, medium, high };
 
-/// The greatest number of an on-board profile that a user may name.
-inline constexpr Int highestProfile = 5;
+template <> struct RawValues<LiftOff> {
+    static constexpr std::array table{
+        std::string_view{"low"},
+        std::string_view{"medium"},
+        std::string_view{"high"},
+    };
+};
 
-/// The words for the cases of a closed set.
-template <class Cases> std::vector<std::string_view> rawWords(const Cases &cases)
+/// The word for a level, 0 to 2.
+inline std::string liftOffWord(Int level)
 {
-    std::vector<std::string_view> words;
-    words.reserve(cases.size());
-    for (const auto value : cases) {
-        words.push_back(rawValue(value));
-    }
-    return words;
+    return wordOf(static_cast<LiftOff>(level));
 }
 
-/// The buttons of the device's model that may be remapped.
-std::vector<MouseButton> buttonsOf(const RazerDevice &device);
+/// What the settings of a mouse are called. The words that are printed are those that are taken; letter case,
+/// hyphens and underscores make no difference there, and the stored names are taken too. A plain value.
+struct Vocabulary {
+    std::string owner; ///< "the Razer Basilisk V3 has", before "no"
+    std::vector<RGBZone> zones;
+    std::vector<RGBEffect> effects;
+    std::vector<MouseButton> buttons; ///< those that may be remapped
+    bool hasHyperScroll = false;
 
-/// 'the Razer Basilisk V3 has no zone "rim"; allowed are logo, underglow'
-template <class Words>
-std::string noSuchWord(const RazerDevice &device, std::string_view kind, std::string_view word,
-                       const Words &allowed)
-{
-    return "the " + device.name() + " has no " + std::string(kind) + " \"" + std::string(word) +
-           "\"; allowed are " + joined(allowed);
-}
+    /// That of a mouse, by its model. Main thread.
+    static Vocabulary of(const RazerDevice &device);
+
+    /// That of all models together.
+    static Vocabulary ofAll();
+
+    /// The words for the actions; those that carry something are followed by a colon and what it is:
+    /// "profile:1..5", "key:KEY".
+    Words actions() const;
+
+    /// Lines for a help text: all of the words.
+    std::string help() const;
+};
 
 /// Whether the effect shows a colour of the user's choice.
 bool hasColor(RGBEffect effect);
 
-/// "#00FF80"
+/// "#00ff80"
 std::string hexText(RGBColor color);
 
 /// The colour of six hexadecimal digits, perhaps after a "#"; none for any other text.
 std::optional<RGBColor> colorFromText(std::string_view text);
 
-/// "static #00FF00, 100 %"
+/// A brightness in percent, rounded as little as brings the same byte to the mouse when it is set again:
+/// "11.4", "100".
+double percentOf(double brightness);
+
+/// "static #00ff00, 100 %"
 std::string lightText(const RGBSetting &setting);
 
-/// An action in the words of the command line: "leftClick", "dpiChange:2", "keyPress:ctrl+f5",
-/// "other:01010100000000".
+/// An action in the words of the command line: "left-click", "dpi-stage:2", "key:ctrl+f5",
+/// "raw:01010100000000".
 std::string actionText(const ButtonAction &action);
-
-/// The words for the actions that the device's model offers.
-std::vector<std::string> actionWords(const RazerDevice &device);
 
 /// The action in the form in which it is read back from a mouse, if it has one.
 ButtonAction canonical(const ButtonAction &action);
 
-/// Why a button of the device cannot be given an action; none when it can.
+/// Why a button of the mouse cannot be given an action; none when it can.
 std::optional<std::string> obstacleTo(MouseButton button, const ButtonAction &action,
-                                      const RazerDevice &device);
+                                      const Vocabulary &vocabulary);
 
-/// Reads an action, shortcuts into their canonical text. None for a text that makes no action which the
-/// device's model offers; `failure` then says what is wrong and what is allowed.
-std::optional<ButtonAction> actionFromText(const std::string &text, const RazerDevice &device,
-                                           std::string *failure);
+/// Reads an action, shortcuts into their canonical text. For a text that makes no action of the vocabulary:
+/// what is wrong, and what is allowed.
+std::variant<ButtonAction, std::string> actionFromText(std::string_view text, const Vocabulary &vocabulary);
 
 } // namespace kelmoth

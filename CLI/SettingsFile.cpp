@@ -18,7 +18,7 @@ std::optional<Int> decodeLiftOff(std::string_view text)
         return std::nullopt;
     }
     const Int level = member->integer();
-    if (level < 0 || level >= std::ssize(liftOffWords)) {
+    if (level < 0 || level >= std::ssize(allCases<LiftOff>())) {
         member->fail(std::to_string(level) + " is outside 0 to 2");
     }
     return level;

@@ -1,7 +1,6 @@
 #include "CLI/Arguments.h"
 #include "CLI/Composition.h"
 #include "CLI/DiagnosticLog.h"
-#include "CLI/Output.h"
 #include "CLI/Session.h"
 #include "Platform/Linux/StandardStreams.h"
 
@@ -21,25 +20,16 @@ void forwardQtMessage(QtMsgType, const QMessageLogContext &, const QString &mess
     log("%s", qUtf8Printable(message));
 }
 
-ExitStatus rejectUsage(const std::string &message, Output &output)
-{
-    output.complain(message + "\nTry \"kelmothctl --help\".");
-    return ExitStatus::usage;
-}
-
 ExitStatus runCommand(const Invocation &invocation, Output &output)
 {
     const auto diagnostics = std::make_shared<DiagnosticLog>(STDERR_FILENO, invocation.options.verbose);
     qInstallMessageHandler(forwardQtMessage);
-    int argc = 1;
-    std::string name = "kelmothctl";
-    std::array<char *, 2> argv{name.data(), nullptr};
-    const QCoreApplication application(argc, argv.data());
-
-    std::string failure;
-    const auto platform = composePlatform(invocation.options, diagnostics, &failure);
+    std::string obstacle;
+    const auto platform = composePlatform(invocation.options, diagnostics, &obstacle);
     if (!platform) {
-        return rejectUsage(failure, output);
+        const Failure failure{Failure::Code::usage, obstacle, "Try \"kelmothctl --help\"."};
+        output.fail(failure, invocation.options.json);
+        return statusOf(failure);
     }
     Platform::setCurrent(*platform);
     auto status = ExitStatus::failed;
@@ -58,12 +48,33 @@ ExitStatus runCommand(const Invocation &invocation, Output &output)
     return status;
 }
 
+/// The words of the mouse that would be configured; without one those of all models.
+Vocabulary attachedVocabulary(const Options &options, Output &output)
+{
+    std::string obstacle;
+    const auto platform =
+        composePlatform(options, std::make_shared<DiagnosticLog>(STDERR_FILENO, false), &obstacle);
+    if (!platform) {
+        return Vocabulary::ofAll();
+    }
+    Platform::setCurrent(*platform);
+    Session session(options, *platform, &output);
+    const auto device = DeviceManager::preferredDevice(session.devices());
+    return device ? Vocabulary::of(*device) : Vocabulary::ofAll();
+}
+
 ExitStatus run(int argc, char **argv, Output &output)
 {
+    int count = 1;
+    std::string name = "kelmothctl";
+    std::array<char *, 2> names{name.data(), nullptr};
+    const QCoreApplication application(count, names.data());
     const auto commands = allCommands();
-    const auto parsed = parseArguments(argc, argv, commands);
-    if (const auto *error = std::get_if<UsageError>(&parsed)) {
-        return rejectUsage(error->message, output);
+    const auto vocabulary = [&output](const Options &options) { return attachedVocabulary(options, output); };
+    const auto parsed = parseArguments(argc, argv, commands, vocabulary);
+    if (const auto *failure = std::get_if<Failure>(&parsed)) {
+        output.fail(*failure, asksForJSON(argc, argv));
+        return statusOf(*failure);
     }
     if (const auto *information = std::get_if<Information>(&parsed)) {
         output.print(information->text);

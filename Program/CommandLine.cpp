@@ -10,7 +10,7 @@ namespace kelmoth {
 void declareCommonOptions(CLI::App &app, const CommonOptions &options)
 {
     app.set_help_flag("-h,--help", "Show this help, or that of a command, and exit");
-    app.set_version_flag("--version", app.get_name() + ' ' + resourceMainBundle()->version(),
+    app.set_version_flag("-V,--version", app.get_name() + ' ' + resourceMainBundle()->version(),
                          "Show the version and exit");
     app.add_option("--simulate", options.simulate, "Simulated mice in place of the attached ones")
         ->option_text("MODEL[,MODEL...]");

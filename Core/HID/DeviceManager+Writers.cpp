@@ -242,10 +242,9 @@ QCoro::Task<WriteResult> DeviceManager::changeButtonMapping(MouseButton button, 
         readBack = co_await writing.send(read);
     }
     const bool isHeld = readBack && holds(*readBack, action.toButtonFunction());
-    WriteResult result =
-        writing.conclude(isHeld, "Failed to apply button mapping", [&](DeviceState &state) {
-            state.buttonMappings.insert_or_assign(button, action);
-        });
+    WriteResult result = writing.conclude(isHeld, "Failed to apply button mapping", [&](DeviceState &state) {
+        state.buttonMappings.insert_or_assign(button, action);
+    });
     if (result.isDone() && writing.isCurrent()) {
         result.message = "Button remapped";
     }

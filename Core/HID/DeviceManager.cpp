@@ -88,7 +88,7 @@ QCoro::Task<std::optional<DeviceReading>> DeviceManager::firstReading()
         QFuture<void> ended = promise.future();
         co_await ended;
     }
-    co_return self && m_isRead ? std::optional(m_lastRead) : std::nullopt;
+    co_return self &&m_isRead ? std::optional(m_lastRead) : std::nullopt;
 }
 
 /// Lets those go on who wait for the first full read.

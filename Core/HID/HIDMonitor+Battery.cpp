@@ -27,7 +27,9 @@ QFuture<bool> endedBy(QCoro::Task<bool> task, QDeadlineTimer deadline)
         promise->finish();
     };
     task.then(end);
-    QTimer::singleShot(std::chrono::milliseconds(deadline.remainingTime()), [end] { end(false); });
+    if (!deadline.isForever()) {
+        QTimer::singleShot(std::chrono::milliseconds(deadline.remainingTime()), [end] { end(false); });
+    }
     return promise->future();
 }
 

@@ -79,8 +79,8 @@ struct HIDMonitor::Transports {
 
     /// One command on the transfer thread: by USB, and by HID only when that gave no answer at all.
     static TransactResult transfer(const std::shared_ptr<Transports> &transports,
-                                        const std::shared_ptr<Sleeper> &sleeper, const QUuid &id,
-                                        const Data &report, std::uint32_t waitTimeUs)
+                                   const std::shared_ptr<Sleeper> &sleeper, const QUuid &id,
+                                   const Data &report, std::uint32_t waitTimeUs)
     {
         const auto [usb, handle] = transports->find(id);
         const auto stop = transports->end.get_token();
@@ -260,8 +260,8 @@ QCoro::Task<TransactResult> HIDMonitor::transact(RazerCommand command, RazerDevi
     }
     const auto waitTimeUs = basiliskModel(*device.model()).waitTimeUs;
     auto report = RazerProtocol::createReport(command, device);
-    QFuture<TransactResult> answer = QtConcurrent::run(
-        &m_queue, &Transports::transfer, m_transports, m_platform.sleeper, device.id, report, waitTimeUs);
+    QFuture<TransactResult> answer = QtConcurrent::run(&m_queue, &Transports::transfer, m_transports,
+                                                       m_platform.sleeper, device.id, report, waitTimeUs);
     // Nothing of the monitor may be used from here on: it may have gone when this resumes.
     TransactResult result = co_await answer;
     co_return result;

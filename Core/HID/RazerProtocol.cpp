@@ -57,14 +57,6 @@ Data withArguments(CommandCode code, const std::array<std::uint8_t, N> &argument
     return sealed(std::move(report));
 }
 
-std::uint8_t brightnessByte(double brightness)
-{
-    if (std::isnan(brightness)) {
-        return 255;
-    }
-    return static_cast<std::uint8_t>(std::clamp(brightness * 255.0, 0.0, 255.0));
-}
-
 std::uint8_t profileByte(Int profile)
 {
     return static_cast<std::uint8_t>(std::clamp<Int>(profile, 0, lastProfile));
@@ -220,6 +212,14 @@ Data createSetRGBReport(RGBZone zone, const RGBSetting &setting, const RazerDevi
         report[16] = setting.color.b;
     }
     return sealed(std::move(report));
+}
+
+std::uint8_t brightnessByte(double brightness)
+{
+    if (std::isnan(brightness)) {
+        return 255;
+    }
+    return static_cast<std::uint8_t>(std::clamp(brightness * 255.0, 0.0, 255.0));
 }
 
 Data createSetBrightnessReport(RGBZone zone, double brightness, const RazerDevice &)

@@ -84,7 +84,9 @@ Data createReport(const RazerCommand &command, const RazerDevice &device);
 Data createSetDPIStagesReport(std::span<const DPIStage> stages, Int activeStage, const RazerDevice &device);
 /// Effect and, where the effect has one, colour.
 Data createSetRGBReport(RGBZone zone, const RGBSetting &setting, const RazerDevice &device);
-/// Byte 10: brightness times 255, clamped and truncated; 255 for a brightness that is not a number.
+/// Brightness times 255, clamped and truncated; 255 for a brightness that is not a number.
+std::uint8_t brightnessByte(double brightness);
+/// Byte 10: `brightnessByte`.
 Data createSetBrightnessReport(RGBZone zone, double brightness, const RazerDevice &device);
 /// Profile clamped to 0 to 5, button, layer, and the action's seven bytes at 11 to 17.
 Data createSetButtonMappingReport(MouseButton button, const ButtonAction &action, Int profile,

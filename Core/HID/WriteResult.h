@@ -16,7 +16,8 @@ struct WriteResult {
         unplugged, ///< the mouse has gone, or another is the chosen one
     };
     Kind kind = Kind::done;
-    std::string message = {}; ///< what the user of the panel is told, English, a translation key; empty: nothing
+    std::string message =
+        {}; ///< what the user of the panel is told, English, a translation key; empty: nothing
 
     bool isDone() const { return kind == Kind::done; }
 };

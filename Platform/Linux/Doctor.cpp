@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <utility>
 
@@ -19,6 +20,9 @@ using Kind = DoctorProblem::Kind;
 
 constexpr std::array<std::uint16_t, 2> makerVendorIDs{0x1532, 0x068E};
 constexpr std::string_view rulesName = "70-kelmoth.rules";
+
+/// A mouse takes commands by a feature report of this size or more.
+constexpr std::int64_t commandSize = 90;
 
 /// 0 when this process can open the node for writing, else errno.
 int access(const std::string &node)
@@ -93,25 +97,34 @@ std::vector<USBDeviceFact> examineUSBDevices(udev *context)
     return devices;
 }
 
-std::optional<std::string> findRules(const std::vector<std::string> &directories)
+/// The file that udev takes the rules from, and whether it has none.
+struct Rules {
+    std::optional<std::string> path;
+    bool isMasked = false;
+};
+
+Rules findRules(const std::vector<std::string> &directories)
 {
     for (const auto &directory : directories) {
         std::string path = directory + "/" + std::string(rulesName);
-        if (::access(path.c_str(), F_OK) == 0) {
-            return path;
+        struct ::stat status{};
+        if (::stat(path.c_str(), &status) == 0) {
+            return {std::move(path), status.st_size == 0}; // so is a device, such as /dev/null
         }
     }
-    return std::nullopt;
+    return {};
 }
 
-std::string remedyOfRefusal(bool hasRules)
+std::string remedyOfRefusal(const Rules &rules)
 {
-    return hasRules
-               ? "Plug the mouse in again, and run the program in the desktop session at this computer: "
-                 "the udev rules give access to no one else."
-               : "Copy " + std::string(rulesName) +
-                     " to /etc/udev/rules.d as root, run \"udevadm control --reload\", and plug the mouse "
-                     "in again: the udev rules give the user at this computer access to it.";
+    if (rules.path && !rules.isMasked) {
+        return "Plug the mouse in again, and run the program in the desktop session at this computer: the "
+               "udev "
+               "rules give access to no one else.";
+    }
+    return (rules.path ? "sudo rm " + *rules.path + " && " : "") +
+           "kelmothctl doctor --udev-rule | sudo tee /etc/udev/rules.d/" + std::string(rulesName) +
+           " && sudo udevadm control --reload && sudo udevadm trigger";
 }
 
 std::string title(const std::string &node, const std::optional<std::string> &name)
@@ -119,27 +132,52 @@ std::string title(const std::string &node, const std::optional<std::string> &nam
     return name ? node + " (" + *name + ")" : node;
 }
 
-/// Judges the facts. One problem of a kind for each device or node that has it.
+/// What the system shows of one mouse.
+struct Mouse {
+    std::int64_t vendorID = 0;
+    std::int64_t productID = 0;
+    bool isBluetooth = false;
+    std::string name;                   ///< of its first node
+    const USBDeviceFact *usb = nullptr; ///< none where it is no USB device
+    const HIDNodeFact *node = nullptr;  ///< the node that takes commands; none when it has none
+    bool hasNode = false;
+};
+
+/// Judges the facts.
 class Judge {
 public:
-    explicit Judge(Examination &examination) : m_examination(examination) {}
+    Judge(Examination &examination, const DoctorScope &scope, Rules rules)
+        : m_examination(examination), m_scope(scope), m_rules(std::move(rules))
+    {
+    }
 
     void judge()
     {
-        if (m_examination.usbDevices.empty() && m_examination.hidNodes.empty()) {
-            add(Kind::noDevice, "No mouse of this maker is attached.",
-                "Plug the mouse or its receiver in, and switch the mouse on.");
-            return;
-        }
         for (const auto &device : m_examination.usbDevices) {
-            judgeInterfaces(device);
+            auto &mouse = mouseOf(device.vendorID, device.productID, false, title(device.node, device.name));
+            mouse.usb = &device;
         }
-        for (const auto &node : m_examination.hidNodes) {
-            judgeNode(node);
+        for (auto &node : m_examination.hidNodes) {
+            auto &mouse = mouseOf(node.vendorID, node.productID, node.transport == "Bluetooth",
+                                  title(node.node, node.name));
+            node.takesCommands = node.maxFeatureReportSize.value_or(0) >= commandSize && !mouse.isBluetooth &&
+                                 isSupported(mouse);
+            mouse.hasNode = true;
+            mouse.node = node.takesCommands && !mouse.node ? &node : mouse.node;
         }
-        if (m_wasRefused && !m_examination.rulesFile) {
+        std::ranges::for_each(m_mice, [this](const auto &mouse) { judge(mouse); });
+        if (m_mice.empty()) {
+            add(Kind::noDevice,
+                m_scope.product ? "No mouse with this product ID is attached."
+                                : "No mouse of this maker is attached.",
+                "Plug the mouse or its receiver in, and switch the mouse on.");
+        }
+        if (m_wasRefused && m_rules.isMasked) {
+            add(Kind::rulesMasked, "The udev rules are masked: " + *m_rules.path + " is empty.",
+                remedyOfRefusal(m_rules));
+        } else if (m_wasRefused && !m_rules.path) {
             add(Kind::rulesMissing, "The udev rules " + std::string(rulesName) + " are not installed.",
-                remedyOfRefusal(false));
+                remedyOfRefusal(m_rules));
         }
     }
 
@@ -149,47 +187,74 @@ private:
         m_examination.problems.push_back({kind, std::move(what), std::move(remedy)});
     }
 
-    void judgeInterfaces(const USBDeviceFact &device)
+    Mouse &mouseOf(std::int64_t vendorID, std::int64_t productID, bool isBluetooth, std::string name)
     {
-        const auto name = title(device.node, device.name);
-        for (const auto &interface : device.interfaces) {
-            const auto label = "interface " + std::to_string(interface.number) + " of " + name;
-            if (interface.driver && !interface.node) {
-                add(Kind::noHIDNode,
-                    "Driver " + *interface.driver + " holds " + label + " and offers no hidraw node.",
-                    "Load the kernel's hidraw support (CONFIG_HIDRAW), or plug the mouse in again.");
-            } else if (!interface.driver && device.access != 0) {
-                m_wasRefused = m_wasRefused || isRefusal(device.access);
-                add(Kind::noHIDNode, "No driver holds " + label + ", and its USB node cannot be opened.",
-                    "Load the usbhid driver (\"modprobe usbhid\") and plug the mouse in again.");
-            }
+        const auto known = std::ranges::find_if(m_mice, [&](const auto &mouse) {
+            return mouse.vendorID == vendorID && mouse.productID == productID &&
+                   mouse.isBluetooth == isBluetooth;
+        });
+        if (known != m_mice.end()) {
+            return *known;
         }
-        if (device.interfaces.empty()) {
-            add(Kind::noHIDNode, name + " shows no interfaces: the kernel has not configured it.",
-                "Plug it in again, at another port or with another cable.");
-        }
+        m_mice.push_back({vendorID, productID, isBluetooth, std::move(name)});
+        return m_mice.back();
     }
 
-    void judgeNode(const HIDNodeFact &node)
+    bool isSupported(const Mouse &mouse) const
     {
-        const auto name = title(node.node, node.name);
-        if (node.transport == "Bluetooth") {
-            add(Kind::bluetooth, name + " is attached over Bluetooth, where it takes no settings.",
+        const auto &supported = m_scope.supported;
+        return mouse.vendorID == makerVendorIDs.front() &&
+               std::ranges::find(supported, mouse.productID) != supported.end();
+    }
+
+    void judge(const Mouse &mouse)
+    {
+        if (mouse.isBluetooth) {
+            add(Kind::bluetooth, mouse.name + " is attached over Bluetooth, where it takes no settings.",
                 "Attach it with its cable or its 2.4 GHz receiver to configure it.");
-            return;
-        }
-        if (isRefusal(node.access)) {
+        } else if (mouse.vendorID != makerVendorIDs.front()) {
+            add(Kind::otherVendor, mouse.name + " has a vendor ID with which mice take no settings.",
+                "Attach it with its cable or its 2.4 GHz receiver to configure it.");
+        } else if (!isSupported(mouse)) {
+            add(Kind::unsupported, mouse.name + " is of a model that is not supported.",
+                "Attach one of the supported mice; \"kelmothctl --help\" names them.");
+        } else if (!mouse.node) {
+            judgeInterfaces(mouse);
+        } else if (isRefusal(mouse.node->access)) {
             m_wasRefused = true;
-            add(Kind::noAccess, "No permission to open " + name + ".",
-                remedyOfRefusal(m_examination.rulesFile.has_value()));
-        } else if (node.access != 0) {
+            add(Kind::noAccess, "No permission to open " + title(mouse.node->node, mouse.node->name) + ".",
+                remedyOfRefusal(m_rules));
+        } else if (mouse.node->access != 0) {
             add(Kind::nodeFailed,
-                "Cannot open " + name + ": " + std::generic_category().message(node.access) + ".",
+                "Cannot open " + title(mouse.node->node, mouse.node->name) + ": " +
+                    std::generic_category().message(mouse.node->access) + ".",
                 "Plug the mouse in again.");
         }
     }
 
+    /// Why a supported mouse has no node that takes commands.
+    void judgeInterfaces(const Mouse &mouse)
+    {
+        const auto &interfaces = mouse.usb ? mouse.usb->interfaces : std::vector<USBInterfaceFact>{};
+        if (mouse.usb && interfaces.empty()) {
+            add(Kind::noHIDNode, mouse.name + " shows no interfaces: the kernel has not configured it.",
+                "Plug it in again, at another port or with another cable.");
+        } else if (std::ranges::any_of(interfaces, [](const auto &each) { return !each.driver; })) {
+            add(Kind::noDriver, "Interfaces of " + mouse.name + " have no driver.",
+                "Load the usbhid driver (\"sudo modprobe usbhid\") and plug the mouse in again.");
+        } else if (!mouse.hasNode) {
+            add(Kind::noHIDNode, "The driver of " + mouse.name + " offers no hidraw nodes.",
+                "Load the kernel's hidraw support (CONFIG_HIDRAW), or plug the mouse in again.");
+        } else {
+            add(Kind::noCommandInterface, mouse.name + " has no interface that takes commands.",
+                "Plug the mouse in again; if that does not help, report it.");
+        }
+    }
+
     Examination &m_examination;
+    const DoctorScope &m_scope;
+    const Rules m_rules;
+    std::vector<Mouse> m_mice;
     bool m_wasRefused = false;
 };
 
@@ -203,19 +268,26 @@ std::vector<std::string> defaultRulesDirectories()
 
 std::string permissionRemedy(const std::vector<std::string> &rulesDirectories)
 {
-    return remedyOfRefusal(findRules(rulesDirectories).has_value());
+    return remedyOfRefusal(findRules(rulesDirectories));
 }
 
-Examination examine(const std::vector<std::string> &rulesDirectories)
+Examination examine(const DoctorScope &scope, const std::vector<std::string> &rulesDirectories)
 {
     Examination examination;
-    examination.rulesFile = findRules(rulesDirectories);
+    const auto rules = findRules(rulesDirectories);
+    examination.rulesFile = rules.path;
+    examination.areRulesMasked = rules.isMasked;
     examination.landlockVersion = landlockVersion();
     if (const UdevPtr<udev> context(udev_new()); context) {
         examination.usbDevices = examineUSBDevices(context.get());
         examination.hidNodes = examineHIDNodes(context.get());
     }
-    Judge(examination).judge();
+    const auto isOther = [&scope](const auto &fact) {
+        return scope.product && fact.productID != *scope.product;
+    };
+    std::erase_if(examination.usbDevices, isOther);
+    std::erase_if(examination.hidNodes, isOther);
+    Judge(examination, scope, rules).judge();
     return examination;
 }
 

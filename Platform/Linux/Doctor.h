@@ -37,28 +37,42 @@ struct HIDNodeFact {
     /// Longest feature report in bytes; none when it has none or its report descriptor is unusable. The
     /// interface that takes the mouse's commands has at least 90.
     std::optional<std::int64_t> maxFeatureReportSize;
+    /// Whether it is the interface of a supported mouse through which that is configured, access aside.
+    bool takesCommands = false;
 };
 
-/// Something that stands between this user and the mouse.
+/// Something that stands between this user and a mouse: at most one for each mouse, and one for the rules.
 struct DoctorProblem {
     enum class Kind {
-        noDevice,     ///< no USB or HID device of the maker is attached
-        noHIDNode,    ///< a USB device has an interface without a hidraw node or without a driver
-        noAccess,     ///< a node cannot be opened: no permission
-        nodeFailed,   ///< a node cannot be opened for another reason
-        rulesMissing, ///< nodes are refused, and the udev rules are not installed
-        bluetooth,    ///< attached over Bluetooth: shown, but not configurable
+        noDevice,           ///< no USB or HID device of the maker is attached
+        noDriver,           ///< the mouse's interfaces have no driver
+        noHIDNode,          ///< its interfaces have no hidraw node
+        noCommandInterface, ///< none of its interfaces takes commands
+        noAccess,           ///< its node cannot be opened: no permission
+        nodeFailed,         ///< its node cannot be opened for another reason
+        rulesMissing,       ///< a node is refused, and the udev rules are not installed
+        rulesMasked,        ///< a node is refused, and an empty file stands in the place of the udev rules
+        bluetooth,          ///< attached over Bluetooth: shown, but not configurable
+        otherVendor,        ///< has the vendor ID that is never configured
+        unsupported,        ///< a model of the maker that is not supported
     };
     Kind kind = Kind::noDevice;
     std::string what;   ///< one English line that names the device or node; may hold text from hardware
-    std::string remedy; ///< one English line: what the user can do
+    std::string remedy; ///< one English line: what the user can do; a command where one does it
+};
+
+/// What is looked at.
+struct DoctorScope {
+    std::vector<std::uint16_t> supported;      ///< product IDs of the mice that can be configured
+    std::optional<std::uint16_t> product = {}; ///< only the mice with this product ID; all when absent
 };
 
 /// What `examine` saw.
 struct Examination {
     std::vector<USBDeviceFact> usbDevices;
     std::vector<HIDNodeFact> hidNodes;    ///< by path
-    std::optional<std::string> rulesFile; ///< path of the installed udev rules; none when not installed
+    std::optional<std::string> rulesFile; ///< path of the udev rules; none when there is no such file
+    bool areRulesMasked = false;          ///< the file is empty, or a link to /dev/null: there are none
     std::vector<DoctorProblem> problems;  ///< empty: nothing stands in the way
     int landlockVersion = 0;              ///< with which programs can confine themselves here; 0: they cannot
 };
@@ -66,13 +80,14 @@ struct Examination {
 /// Where udev looks for rules, first found wins.
 std::vector<std::string> defaultRulesDirectories();
 
-/// What a user can do who may not open a mouse, in one English line: it depends on whether one of these
-/// directories has the udev rules.
+/// What a user can do who may not open a mouse, in one English line, a command where one does it: it depends
+/// on whether one of these directories has the udev rules.
 std::string permissionRemedy(const std::vector<std::string> &rulesDirectories = defaultRulesDirectories());
 
 /// Looks at every USB device and hidraw node of the maker, at the access that this process has to them, and
 /// at the udev rules in `rulesDirectories`. Opens each node once and closes it again; sends nothing to a
 /// mouse. Blocks for some milliseconds; any thread.
-Examination examine(const std::vector<std::string> &rulesDirectories = defaultRulesDirectories());
+Examination examine(const DoctorScope &scope,
+                    const std::vector<std::string> &rulesDirectories = defaultRulesDirectories());
 
 } // namespace kelmoth

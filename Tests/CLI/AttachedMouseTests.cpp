@@ -109,14 +109,14 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
     const std::tuple<std::string, std::vector<CommandCode>, const char *, const char *> rows[]{
         {"set dpi 900 --stage 2", {setDPIStages}, "/dpi/stages/1", "900"},
         {"set stage 4", {setDPIStages}, "/dpi/active", "4"},
-        {"set light scroll_wheel --color 010203",
+        {"set light scroll-wheel --color 010203",
          {setBrightness, setRGB},
-         "/lighting/scroll_wheel/color",
+         "/lighting/scroll-wheel/color",
          "\"#010203\""},
-        {"set button back keyPress:ctrl+f5 --profile 2",
+        {"set button back key:ctrl+f5 --profile 2",
          {setButtonMapping, setButtonMapping, getButtonMapping},
          "/buttons/back",
-         "\"keyPress:ctrl+f5\""},
+         "\"key:ctrl+f5\""},
         {"set lift-off high", {prepareLiftOff, setLiftOff, getLiftOff}, "/liftOff", "\"high\""},
     };
     auto &mouse = plugIn(model.commandLineName);
@@ -139,26 +139,25 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
         return result.output;
     };
     const auto held = mouse.state();
+    const JSON battery =
+        held.battery > 0 ? JSON{{"level", held.battery * 100 / 255}, {"charging", held.isCharging}} : JSON();
+    const std::string connection(model.connectionLabel);
     const JSON shown{{"productID", device.productID},
                      {"name", model.name},
-                     {"connection", model.connectionLabel},
+                     {"connection", connection == "USB cable" ? "usb-cable" : "receiver"},
                      {"transport", "USB"},
-                     {"configurable", true},
-                     {"reason", nullptr},
-                     {"batteryLevel", held.battery > 0 ? JSON(held.battery * 100 / 255) : JSON()},
-                     {"isCharging", held.isCharging},
                      {"path", attached->hidrawNode(model.reportIndex)}};
-    EXPECT_EQ(JSON::parse(run("list --json", {})), JSON::array({shown}));
+    const JSON listed{
+        {"schema", 1}, {"device", shown}, {"battery", battery}, {"configurable", true}, {"reason", nullptr}};
+    EXPECT_EQ(JSON::parse(run("list --json", {})), JSON::array({listed}));
     auto state = createDefaultState(device);
     state.currentDPIStage = held.activeStage - 1;
     auto record = JSON::parse(encode(state).value());
     record["liftOffLevel"] = 1;
     EXPECT_EQ(JSON::parse(run("export", fullRead)), record);
     const auto all = JSON::parse(run("read --json", fullRead));
-    EXPECT_EQ(all["device"]["path"], shown["path"]);
-    EXPECT_EQ(all["battery"], held.battery > 0
-                                  ? (JSON{{"level", shown["batteryLevel"]}, {"charging", held.isCharging}})
-                                  : JSON());
+    EXPECT_EQ(all["device"], shown);
+    EXPECT_EQ(all["battery"], battery);
     EXPECT_EQ(all["dpi"]["stages"].size(), state.dpiStages.size());
     EXPECT_EQ(all["dpi"]["maximum"], device.capabilities().maxDPI);
     EXPECT_EQ(all["lighting"].size(), state.rgbSettings.size());
@@ -173,6 +172,49 @@ TEST_P(EachModelTest, IsListedAndReadAndTakesEachChange)
     for (const auto &[line, commands, where, value] : rows) {
         EXPECT_EQ(read.at(JSON::json_pointer(where)).dump(), value) << line;
     }
+}
+
+/// Every byte stays as it was, each brightness among them.
+TEST_P(EachModelTest, HoldsWhatItHeldWhenSetTakesWhatReadPrints)
+{
+    auto &mouse = plugIn(GetParam().commandLineName);
+    auto held = mouse.state();
+    std::uint8_t byte = 29;
+    for (auto &[zone, light] : held.lights) {
+        light.brightness = byte += 47;
+    }
+    const std::map<MouseButton, ButtonFunction> functions{
+        {MouseButton::back, ButtonAction::keyPress("ctrl+alt+f5").toButtonFunction()},
+        {MouseButton::forward, ButtonAction::dpiChange(5).toButtonFunction()},
+        {MouseButton::middle, {0x0F, 0x02, 0xAB, 0xCD, 0x01}}, // has no name
+    };
+    for (const auto &[button, function] : functions) {
+        held.buttons[{0, button, false}] = function;
+    }
+    mouse.setState(held);
+    const auto fed = shell(R"sh(
+read=$(kelmothctl read) || exit
+section() { sed -n "/^$1/,/^\$/p" <<<"$read" | sed '1d;/^$/d'; }
+section 'DPI stages' | sed 's/^[ *]*//' | while read -r stage dpi rest; do
+    kelmothctl set dpi "$dpi" --stage "$stage" && { [[ -z $rest ]] || kelmothctl set stage "$stage"; } || exit
+done || exit
+section Lighting | sed 's/ %$//' |
+    awk -F '  +' '{ print $2, $4, $5 ~ /^#/ ? "--color " $5 : "", "--brightness", $NF }' |
+    while read -r zone effect rest; do kelmothctl set light "$zone" --effect "$effect" $rest || exit; done || exit
+section Buttons | awk -F '  +' '{ print $2, $4 }' |
+    while read -r button action; do kelmothctl set button "$button" "$action" || exit; done || exit
+kelmothctl set lift-off "$(kelmothctl get lift-off)")sh");
+    EXPECT_EQ(fed.status, 0) << fed.output << fed.error;
+    const auto now = mouse.state();
+    EXPECT_EQ(now.dpiStages, held.dpiStages);
+    EXPECT_EQ(now.activeStage, held.activeStage);
+    for (const auto &[zone, light] : held.lights) {
+        EXPECT_EQ(now.lights.at(zone).effect, light.effect);
+        EXPECT_EQ(now.lights.at(zone).parameters, light.parameters);
+        EXPECT_EQ(now.lights.at(zone).brightness, light.brightness);
+    }
+    EXPECT_EQ(now.buttons, held.buttons);
+    EXPECT_EQ(now.liftOff, held.liftOff);
 }
 
 TEST_F(AttachedMouseTest, WatchFollowsTheCableUntilItIsToldToEnd)

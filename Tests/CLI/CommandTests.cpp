@@ -2,7 +2,7 @@
 
 #include "CLI/ChangeLock.h"
 #include "CLI/MouseChanges.h"
-#include "CLI/Session.h"
+#include "CLI/SettingPlan.h"
 #include "Tests/Manager/SimulatedMachineTest.h"
 
 #include <QCoreApplication>
@@ -57,9 +57,13 @@ protected:
         const auto words = QByteArray::fromStdString("kelmothctl " + line).trimmed().split(' ');
         const std::vector<const char *> arguments(words.begin(), words.end());
         const auto commands = allCommands();
-        const auto parsed = parseArguments(static_cast<int>(arguments.size()), arguments.data(), commands);
-        if (const auto *error = std::get_if<UsageError>(&parsed)) {
-            return {ExitStatus::usage, {}, error->message};
+        const auto parsed = parseArguments(static_cast<int>(arguments.size()), arguments.data(), commands,
+                                           [](const auto &) { return Vocabulary::ofAll(); });
+        if (const auto *failure = std::get_if<Failure>(&parsed)) {
+            return {statusOf(*failure), {}, failure->message + '\n' + failure->remedy};
+        }
+        if (const auto *information = std::get_if<Information>(&parsed)) {
+            return {ExitStatus::done, information->text, {}};
         }
         const auto &invocation = std::get<Invocation>(parsed);
         OutputFile standardOutput;
@@ -84,24 +88,41 @@ TEST_F(CommandTest, AWrongWordIsAnsweredWithThoseThatAreAllowedAndNothingIsSent)
         const char *notOffered = "\n\n\n";
         const char *model = "basilisk-v3";
     } rows[]{
-        {"", "list, read, set, export, import, watch, doctor"},
-        {"lst", "\"lst\""},
+        {"", "list, read, get, set, reset, export, import, watch, doctor, help"},
+        {"lst", "no command \"lst\"; did you mean \"list\"?"},
+        {"help lights", "Try \"kelmothctl --help\""},
+        {"set ligt logo", "did you mean \"light\"?"},
+        {"set light", "Try \"kelmothctl set light --help\""},
+        {"get", "dpi, stage, stages, light, button, lift-off, battery, charging"},
+        {"get light rim", "no zone \"rim\"; allowed are scroll-wheel, logo, underglow"},
+        {"get button clutch", "no button", ", clutch", "basilisk-v3-x-hyperspeed"},
+        {"get battery", "the Razer Basilisk V3 has no battery"},
+        {"get charging", "no way to say", "battery", "basilisk-v3-x-hyperspeed"},
         {"--product 0x10000 list", "0x10000"},
         {"set dpi 99999999999999999999", "99999999999999999999"},
         {"set dpi 26100", "takes 100 to 26000 DPI in steps of 100, not 26100"},
-        {"set stage 0", "\"0\" is not 1 to 5"},
-        {"set light logo --brightness 101", "\"101\" is not 0 to 100"},
+        {"set dpi 900 --stage 1.5", "\"1.5\" is not 1 to 5"},
+        {"set stage 0", "\"0\" is not 1 to 5, next or previous"},
+        {"set light logo --brightness 100.1", "\"100.1\" is not 0 to 100"},
+        {"set light logo --brightness nan", "\"nan\" is not 0 to 100"},
         {"set light logo", "--effect, --color or --brightness"},
-        {"set light logo --effect off", "allowed are scroll_wheel", ", logo", "basilisk-v3-x-hyperspeed"},
+        {"set light logo --effect off", "scroll-wheel, all", ", logo", "basilisk-v3-x-hyperspeed"},
         {"set light logo --effect reactive", "off, static, spectrum, wave", "starlight"},
-        {"set button clutch disabled", "back, dpi_up", ", clutch", "basilisk-v3-x-hyperspeed"},
-        {"set button back jump", "doubleClick, disabled, dpiChange:0..6, profileSwitch:0..5"},
-        {"set button back dpiChange:7", "0 to 6"},
-        {"set button back keyPress:ctrl+f13", "f12, esc, tab"},
+        {"set button clutch disabled", "back, dpi-up", ", clutch", "basilisk-v3-x-hyperspeed"},
+        {"set button dpiup2 disabled", "did you mean \"dpi-up\"?"},
+        {"set button back jump",
+         "double-click, disabled, dpi-cycle, dpi-stage:1..5, profile-switch, profile:1..5"},
+        {"set button back wheel-mode", "hypershift, key:KEY", ", wheel", "basilisk-v3-x-hyperspeed"},
+        {"set button back dpi-stage:6", "dpi-stage:1..5"},
+        {"set button back dpiChange:7", "0..6"},
+        {"set button back profile", "profile:1..5"},
+        {"set button back key:ctrl+f13", "f12, esc, tab"},
         {"set button back macroPlay:m", "cannot hold macros"},
-        {"set button back other:0102", "14 hexadecimal digits"},
+        {"set button back raw:0102", "14 hexadecimal digits"},
         {"set button left disabled", "the left button always stays the left click"},
-        {"set lift-off Low", "low, medium, high"},
+        {"set lift-off Lo", "low, medium, high"},
+        {"reset colours --yes", "allowed are dpi, lighting, buttons"},
+        {"reset", "say --yes"},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.line);
@@ -118,8 +139,10 @@ TEST_F(CommandTest, AreOfTheFirstMouseThatIsMeant)
 {
     plugIn("basilisk-v3-pro-wired").addFault({.kind = Kind::denied, .times = -1});
     plugIn("basilisk-v3");
-    EXPECT_THAT(run("list --json").json()[0]["reason"].get<std::string>(), HasSubstr("no permission"));
-    EXPECT_EQ(run("set stage 1").status, ExitStatus::noPermission);
+    EXPECT_EQ(run("list --json").json()[0]["reason"], "permission");
+    const auto refused = run("set stage 1 --json");
+    EXPECT_EQ(refused.status, ExitStatus::noPermission);
+    EXPECT_EQ(refused.json()["error"]["code"], "no-permission");
     EXPECT_THAT(run("read").complaints, HasSubstr("\"--product 0x0099\" chooses the Razer Basilisk V3"));
     for (const auto *product : {"0x99", "0099", "153"}) {
         EXPECT_EQ(run(std::string("read --json --product ") + product).json()["device"]["productID"], 0x0099);
@@ -130,12 +153,15 @@ TEST_F(CommandTest, SayWhyAMouseCannotBeConfigured)
 {
     plugIn("basilisk-v3-pro:bluetooth");
     plugIn("unknown");
-    EXPECT_EQ(run("list --json").json()[0]["reason"], "Bluetooth: use the cable or the receiver");
-    for (const auto *line : {"read --json", "set stage 1", "export", "doctor --simulate x"}) {
+    EXPECT_EQ(run("list --json").json()[0]["reason"], "bluetooth");
+    for (const auto *line : {"read", "get dpi", "set stage 1", "export", "reset --yes"}) {
         const auto result = run(line);
         EXPECT_EQ(result.status, ExitStatus::noMouse) << line;
         EXPECT_THAT(result.complaints, AllOf(HasSubstr("Bluetooth: use the cable"), HasSubstr("--simulate")));
     }
+    const auto doctor = run("doctor --simulate x --json");
+    EXPECT_EQ(doctor.status, ExitStatus::noMouse);
+    EXPECT_EQ(doctor.json()["canConfigure"], false);
 }
 
 TEST_F(CommandTest, ReadTellsWhatWasAnsweredFromWhatWasNot)
@@ -154,29 +180,29 @@ TEST_F(CommandTest, ReadTellsWhatWasAnsweredFromWhatWasNot)
         return result;
     };
     const auto json = read("read --json").json();
-    const auto light = JSON::parse(R"({"effect":"static","color":"#00FF00","brightness":100})");
+    const auto light = JSON::parse(R"({"effect":"static","color":"#00ff00","brightness":100})");
     EXPECT_EQ(json, JSON({{"schema", 1},
                           {"device",
                            {{"productID", 0xAA},
                             {"name", "Razer Basilisk V3 Pro (Wired)"},
-                            {"connection", "USB cable"},
+                            {"connection", "usb-cable"},
                             {"transport", "USB"},
                             {"path", "simulated:0/0"}}},
                           {"battery", nullptr},
                           {"dpi", nullptr},
-                          {"lighting", {{"scroll_wheel", light}, {"logo", nullptr}, {"underglow", light}}},
+                          {"lighting", {{"scroll-wheel", light}, {"logo", nullptr}, {"underglow", light}}},
                           {"buttons",
-                           {{"left", "leftClick"},
-                            {"right", "rightClick"},
-                            {"middle", "middleClick"},
+                           {{"left", "left-click"},
+                            {"right", "right-click"},
+                            {"middle", "middle-click"},
                             {"forward", "forward"},
                             {"back", "back"},
-                            {"dpi_up", "dpiChange:0"},
-                            {"dpi_down", "scrollModeToggle"},
-                            {"scroll_up", "scrollUp"},
-                            {"scroll_down", "scrollDown"},
+                            {"dpi-up", "dpi-cycle"},
+                            {"dpi-down", "wheel-mode"},
+                            {"scroll-up", "scroll-up"},
+                            {"scroll-down", "scroll-down"},
                             {"clutch", nullptr},
-                            {"profile", "profileSwitch:0"}}},
+                            {"profile", "profile-switch"}}},
                           {"liftOff", nullptr},
                           {"unanswered", {"dpi", "lighting.logo", "buttons.clutch", "liftOff", "battery"}}}));
     EXPECT_THAT(read("read").output,
@@ -186,17 +212,25 @@ TEST_F(CommandTest, ReadTellsWhatWasAnsweredFromWhatWasNot)
 
 TEST_F(CommandTest, NothingIsPrintedOfAMouseThatSaysNothing)
 {
-    const std::tuple<const char *, SimulatedFault, const char *> rows[]{
-        {"read", {.kind = Kind::rejected, .times = -1}, "Pro (Wired) does not answer"},
-        {"read", {.kind = Kind::unplug, .skip = 20}, "Pro (Wired) was unplugged while it was read"},
-        {"set dpi 900", {Kind::unplug, 0x04, 0x06}, "Pro (Wired) was unplugged while it was changed"},
+    const struct {
+        const char *line;
+        SimulatedFault fault;
+        const char *complaint;
+        const char *code;
+    } rows[]{
+        {"read", {.kind = Kind::rejected, .times = -1}, "Pro (Wired) does not answer", "no-answer"},
+        {"get dpi", {.kind = Kind::rejected, .times = -1}, "Pro (Wired) did not answer", "no-answer"},
+        {"read", {.kind = Kind::unplug, .skip = 20}, "was unplugged while it was read", "unplugged"},
+        {"set dpi 900", {Kind::unplug, 0x04, 0x06}, "was unplugged while it was changed", "unplugged"},
+        {"set dpi 900", {Kind::rejected, 0x04, 0x06}, "Failed to set DPI", "refused"},
+        {"set dpi 900", {Kind::noAnswer, 0x04, 0x06, 0, -1}, "Failed to set DPI", "no-answer"},
     };
-    for (const auto &[line, fault, complaint] : rows) {
-        plugInOnly("basilisk-v3-pro-wired").addFault(fault);
-        const auto result = run(line);
+    for (const auto &row : rows) {
+        plugInOnly("basilisk-v3-pro-wired").addFault(row.fault);
+        const auto result = run(std::string(row.line) + " --json");
         EXPECT_EQ(result.status, ExitStatus::failed);
-        EXPECT_THAT(result.output, IsEmpty());
-        EXPECT_THAT(result.complaints, HasSubstr(complaint));
+        EXPECT_EQ(result.json()["error"]["code"], row.code) << row.line;
+        EXPECT_THAT(result.complaints, HasSubstr(row.complaint));
     }
 }
 
@@ -243,15 +277,35 @@ TEST_F(ChangeTest, ItIsSaidWhatHolds)
 {
     const std::pair<const char *, const char *> rows[]{
         {"set stage 4", "active stage is now 4, 3200 DPI\n"},
-        {"set dpi 26000", "DPI of stage 4 is now 26000\n"},
-        {"set light logo --color #FF0080", "lighting of logo is now static #FF0080, 100 %\n"},
+        {"set stage next", "active stage is now 5, 6400 DPI\n"},
+        {"set stage NEXT", "active stage is now 1, 400 DPI\n"},
+        {"set stage previous", "active stage is now 5, 6400 DPI\n"},
+        {"set dpi 26000", "DPI of stage 5 is now 26000\n"},
+        {"get dpi", "26000\n"},
+        {"get stage", "5\n"},
+        {"get stages", "400 800 1600 3200 26000\n"},
+        {"set light logo --color #FF0080", "lighting of logo is now static #ff0080, 100 %\n"},
+        {"get light LOGO", "static #ff0080 100\n"},
         {"set light logo --effect wave --brightness 0", "lighting of logo is now wave, 0 %\n"},
-        {"set button back keyPress:Shift+CTRL+Return", "button back is now keyPress:ctrl+shift+enter\n"},
-        {"set button back dpiChange --profile 5", "button back is now dpiChange:0\n"},
+        {"get light logo", "wave 0\n"},
+        {"set light All --brightness 11.4 --effect Static --color 010203",
+         "lighting of scroll-wheel is now static #010203, 11.4 %\nlighting of logo is now static #010203, "
+         "11.4 %\nlighting of underglow is now static #010203, 11.4 %\n"},
+        {"set button back keyPress:Shift+CTRL+Return", "button back is now key:ctrl+shift+enter\n"},
+        {"set button back KEY:Super+z", "button back is now key:cmd+z\n"},
+        {"set button back key:alt+meta+z", "button back is now key:alt+cmd+z\n"},
+        {"set button Scroll_Up leftClick", "button scroll-up is now left-click\n"},
+        {"set button dpiDown dpi_stage:3 --profile 5", "button dpi-down is now dpi-stage:3\n"},
+        {"set button dpi-down dpiChange:0", "button dpi-down is now dpi-cycle\n"},
+        {"set button dpi-down dpiChange:1", "button dpi-down is now dpi-change:1\n"},
+        {"set button dpi-down profileSwitch:2", "button dpi-down is now profile:2\n"},
+        {"set button dpi-down scrollModeToggle", "button dpi-down is now wheel-mode\n"},
         {"set button back disabled --hypershift", "button back with hypershift is now disabled\n"},
         {"set button back other:01010500000000", "button back is now forward\n"},
-        {"set button back other:01010500000009", "button back is now other:01010500000009\n"},
-        {"set lift-off high", "lift-off distance is now high\n"},
+        {"set button back raw:01010500000009", "button back is now raw:01010500000009\n"},
+        {"get button back", "forward\n"},
+        {"set lift_off High", "lift-off distance is now high\n"},
+        {"get liftOff", "high\n"},
     };
     plugIn("basilisk-v3");
     for (const auto &[line, outcome] : rows) {
@@ -326,10 +380,10 @@ TEST_F(ChangeTest, SettingsTravelByFile)
     EXPECT_EQ(import.output, R"(DPI of stage 1: 400 -> 500: done
 DPI of stage 5: 6400 -> 25000: done
 active stage: 1 -> 5: done
-lighting of scroll_wheel: static #00FF00, 100 % -> static #090807, 100 %: done
-lighting of logo: static #00FF00, 100 % -> spectrum, 100 %: done
-lighting of underglow: static #00FF00, 100 % -> static #00FF00, 11 %: done
-button back: back -> keyPress:ctrl+f5: done
+lighting of scroll-wheel: static #00ff00, 100 % -> static #090807, 100 %: done
+lighting of logo: static #00ff00, 100 % -> spectrum, 100 %: done
+lighting of underglow: static #00ff00, 100 % -> static #00ff00, 11.4 %: done
+button back: back -> key:ctrl+f5: done
 lift-off distance: medium -> high: failed (Failed to set lift-off distance)
 )");
     EXPECT_EQ(run("import " + path).output, "lift-off distance: medium -> high: done\n");
@@ -380,14 +434,14 @@ TEST_F(ChangeTest, AnyRecordIsSafeToImport)
     write(encode(record).value());
     const auto result = run("import --json " + path);
     EXPECT_EQ(result.status, ExitStatus::done);
-    EXPECT_EQ(result.json()[0].dump(), R"({"setting":"number of DPI stages","from":5,"to":6,)"
-                                       R"("result":"unsupported","reason":null})");
+    EXPECT_EQ(result.json()["results"][0].dump(), R"({"setting":"number of DPI stages","from":5,"to":6,)"
+                                                  R"("result":"unsupported","reason":null})");
     EXPECT_THAT(result.output,
                 AllOf(HasSubstr(R"("DPI of stage 1","from":400,"to":-100,"result":"unsupported")"),
                       HasSubstr(R"("to":"disabled","result":"unsupported","reason":"the left button)"),
-                      HasSubstr(R"("to":"macroPlay:m","result":"unsupported","reason":"the mouse cannot)"),
-                      HasSubstr(R"("to":"smart_reel","result":"unsupported")"), Not(HasSubstr("done"))));
-    EXPECT_THAT(run("import " + path).output, AllOf(HasSubstr("keyPress:"), Not(HasSubstr("\x1b"))));
+                      HasSubstr(R"("to":"macro:m","result":"unsupported","reason":"the mouse cannot)"),
+                      HasSubstr(R"("to":"smart-reel","result":"unsupported")"), Not(HasSubstr("done"))));
+    EXPECT_THAT(run("import " + path).output, AllOf(HasSubstr("key:"), Not(HasSubstr("\x1b"))));
     EXPECT_EQ(mouse.takeTransfers().size(), 2 * 2 * 19) << "only the full reads";
 }
 

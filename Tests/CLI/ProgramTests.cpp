@@ -41,6 +41,12 @@ TEST(ProgramTest, TellsItsCallerHowItWent)
         {"kelmothctl --simulate unknown list", 0, IsEmpty(), HasSubstr("no supported mouse")},
         {"kelmothctl --simulate unknown read", 3, IsEmpty(), HasSubstr("no supported mouse")},
         {"$1 doctor", 0, HasSubstr("simulated")},
+        {"kelmothctl -V", 0, HasSubstr("kelmothctl 0.")},
+        {"$1 help set light", 0, AllOf(HasSubstr("--brightness"), HasSubstr("Zones:   scroll-wheel\n"))},
+        {"kelmothctl set --help --simulate unknown", 0,
+         HasSubstr("Zones:   scroll-wheel, logo, underglow\n")},
+        {"cmp <(kelmothctl doctor --udev-rule) \"$2/70-kelmoth.rules\"", 0},
+        {"$1 set light logo --json 2>/dev/null", 2, HasSubstr(R"({"schema":1,"error":{"code":"usage",)")},
         {"XDG_CONFIG_HOME=/dev/null $1 set stage 3", 5, HasSubstr("stage is now 3"),
          HasSubstr("it could not be saved: /dev/null/com.kelmoth.app")},
         {"$1 export | XDG_CONFIG_HOME=/dev/null $1 import -", 5, HasSubstr("already"),
@@ -54,9 +60,9 @@ TEST(ProgramTest, TellsItsCallerHowItWent)
         {"$1 list > /dev/full", 1, IsEmpty(), EndsWith("cannot write the output: No space left on device\n")},
         {"$1 list >&- <&- 2>&-", 1},
         {"set -o pipefail; $1 watch --json | head -n 1", 0,
-         R"({"event":"attached","productID":185,"name":"Razer Basilisk V3 X HyperSpeed",)"
-         R"("connection":"2.4 GHz receiver","transport":"USB","batteryLevel":null,"isCharging":false,)"
-         R"("path":"simulated:0/0"})"
+         R"({"schema":1,"event":"attached","device":{"productID":185,)"
+         R"("name":"Razer Basilisk V3 X HyperSpeed","connection":"receiver","transport":"USB",)"
+         R"("path":"simulated:0/0"},"battery":null,"configurable":true,"reason":null})"
          "\n"},
         // Colour is for terminals that want it.
         {"NO_COLOR= TERM=xterm script -qec \"$1 read\" /dev/null", 0, AllOf(hasColour, Not(hasSwatch))},
@@ -65,12 +71,12 @@ TEST(ProgramTest, TellsItsCallerHowItWent)
         {"TERM=xterm script -qec \"$1 read --json\" /dev/null", 0, Not(hasColour)},
         {"COLORTERM=truecolor TERM=xterm LC_ALL=pl_PL.ISO8859-2 $1 read", 0,
          AllOf(HasSubstr("\n  Battery     78 %\n"), HasSubstr("\n  *  1   400  active\n     2   800\n"),
-               HasSubstr("\n  Scroll Wheel  static  #00FF00  100 %\n"), Not(hasColour))},
+               HasSubstr("\n  scroll-wheel  Scroll Wheel  static  #00ff00  100 %\n"), Not(hasColour))},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.line);
-        const auto result =
-            shell(row.line, {QStringLiteral("kelmothctl --simulate basilisk-v3-x-hyperspeed")});
+        const auto result = shell(row.line, {QStringLiteral("kelmothctl --simulate basilisk-v3-x-hyperspeed"),
+                                             QStringLiteral(KELMOTH_RESOURCES)});
         EXPECT_EQ(result.status, row.status);
         EXPECT_THAT(result.output, row.output);
         EXPECT_THAT(result.error, row.error);
@@ -166,21 +172,33 @@ TEST(ProgramTest, AWatchEndsWithItsReader)
     }
 }
 
-TEST(ProgramTest, TheManualAndTheCompletionKnowEveryWordOfTheHelp)
+TEST(ProgramTest, TheManualKnowsEveryWordAndItsExamplesRun)
 {
-    // The options, the models to simulate, and the commands.
+    // The options, the models to simulate, the commands, the settings and their words; the products of the rule.
     const auto result = shell(R"sh(
-source "$1/completions/kelmothctl.bash"
-for COMP_LINE in "kelmothctl --json list --simulate " "kelmothctl -" "kelmothctl --json "; do
-    COMP_POINT=${#COMP_LINE}; _kelmothctl; offered+=" ${COMPREPLY[*]} "
-done
-for word in $(kelmothctl --help | grep -oE -e '--[a-z]+|^  [a-z][a-z0-9-]+' | grep -v kelmothctl); do
-    [[ $offered == *" $word "* ]] || echo "not offered: $word"
-    [[ $word == --* ]] && macro="Fl [\\]-${word:2}" || macro="Cm $word"
-    grep -qE -e "$macro( |$)" "$1/kelmothctl.1" || echo "not in the manual: $word"
+manual=$(sed 's/\\-/-/g' "$1/kelmothctl.1")
+helps=$(kelmothctl --help; for verb in get set reset doctor; do kelmothctl help $verb; done
+    for verb in dpi stage light button; do kelmothctl help set $verb; done)
+words=$(grep -oE -e '--[a-z-]+|^  [a-z][a-z0-9-]+' <<<"$helps" | grep -v kelmothctl | sort -u)
+words+=" $(sed -nE 's/^(Zones|Effects|Buttons|Actions): +//p' <<<"$helps" | tr -d , | sed -E 's/:[A-Z0-9.]+//g')"
+for word in $words; do
+    grep -qE -e "(^|[ (])(${word/#--/-})([ ,:)]|$)" <<<"$manual" || echo "not in the manual: $word"
     ((++count))
 done
-((count >= 17)))sh",
+((count >= 70)) || echo "only $count words"
+for product in $(kelmothctl complete --product ''); do
+    (($(grep -ciE "[:|\"]${product#0x}[.|\"]" "$1/70-kelmoth.rules") == 2)) || echo "not in the rule: $product"
+done
+cd "$(mktemp -d)"
+export XDG_CONFIG_HOME=$PWD
+sudo() { cat; }
+command -v jq >/dev/null || jq() { cat; }
+kelmothctl() { command kelmothctl --simulate basilisk-v3,basilisk-v3-pro-wired "$@"; }
+while IFS= read -r line; do
+    eval "${line/--simulate basilisk-v3-pro-wired /}" >/dev/null </dev/null 2>error || { echo "fails: $line"; cat error; }
+    ((++examples))
+done < <(sed -nE '/^\.Sh EXAMPLES/,/^\.Sh SEE/s/^\.Dl //p' <<<"$manual")
+((examples >= 12)))sh",
                               {QStringLiteral(KELMOTH_RESOURCES)});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output + result.error, "");

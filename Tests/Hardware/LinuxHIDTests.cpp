@@ -98,10 +98,11 @@ TEST_F(LinuxHIDTest, TheDoctorNamesWhatStandsInTheWayOfAUserWithoutRights)
 {
     using enum DoctorProblem::Kind;
     const auto directory = testbed->path("/rules.d");
+    std::optional<std::uint16_t> product;
     const auto expectProblems = [&](const std::vector<DoctorProblem::Kind> &expected) {
         const auto user = ::geteuid();
         EXPECT_EQ(::seteuid(user == 0 ? 65534 : user), 0);
-        const auto seen = examine({directory + "/none", directory});
+        const auto seen = examine({{0x0099, 0x00AC}, product}, {directory + "/none", directory});
         EXPECT_EQ(::seteuid(user), 0);
         EXPECT_TRUE(std::ranges::equal(seen.problems, expected, {}, &DoctorProblem::kind));
     };
@@ -113,15 +114,33 @@ TEST_F(LinuxHIDTest, TheDoctorNamesWhatStandsInTheWayOfAUserWithoutRights)
     expectProblems({noHIDNode});
     mouse.reset();
     mouse = attachMouse("basilisk-v3-pro", {.hasDriver = false});
-    expectProblems({}); // libusb can hold it
+    expectProblems({noDriver});
+    mouse.reset();
+    mouse = attachMouse("unknown");
+    expectProblems({unsupported});
+    mouse.reset();
+    mouse = attachMouse("basilisk-v3-pro", {.hidID = "0003:0000068E:000000AC"});
+    expectProblems({noHIDNode, otherVendor});
+    mouse.reset();
+    mouse = attachMouse("basilisk-v3-pro", {.interfaces = std::vector(2, ReportDescriptor())});
+    expectProblems({noCommandInterface});
     mouse.reset();
     mouse = attachMouse("basilisk-v3-pro", {.interfaces = std::vector(1, takesCommands)});
     expectProblems({});
     mouse->permit(false);
     expectProblems({noAccess, rulesMissing});
     std::filesystem::create_directory(directory);
-    std::ofstream(directory + "/70-kelmoth.rules").put('\n');
+    const auto rules = directory + "/70-kelmoth.rules";
+    std::filesystem::create_symlink("/dev/null", rules);
+    expectProblems({noAccess, rulesMasked});
+    std::filesystem::remove(rules);
+    std::ofstream(rules).flush();
+    expectProblems({noAccess, rulesMasked});
+    std::ofstream(rules).put('\n');
     expectProblems({noAccess});
+    product = 0x0099;
+    expectProblems({noDevice});
+    product.reset();
     testbed->removeNode(mouse->hidrawNode(0));
     expectProblems({nodeFailed});
 }

@@ -6,11 +6,13 @@ set -euo pipefail
 root=${1:-.}
 
 # A room, and what its files may include with quotes: rooms (with a slash at the end, their sub-rooms
-# included), single files, or "Platform/*", the interfaces: the files of Platform itself. The longest
+# included), single files, or with "/*" the files of the room itself without sub-rooms. The longest
 # room that a path begins with is its own.
 readonly ours='
 App/                App/ UI/ Program/ Core/ Platform/
-CLI/                CLI/ Program/ Core/ Platform/
+CLI/                CLI/* CLI/Reports/ Program/ Core/ Platform/
+CLI/Commands/       CLI/* CLI/Reports/ Program/ Core/ Platform/
+CLI/Reports/        CLI/* CLI/Reports/ Program/ Core/ Platform/
 Program/            Program/ Platform/
 UI/                 UI/ Core/
 Core/Device/        Core/Device/ Core/Services/L10n.h
@@ -56,10 +58,11 @@ awk -v ours="$ours" -v foreign="$foreign" '
             if (index(path, room) == 1 && length(room) > length(best)) best = room
         return best
     }
-    function allowed(target, list,    words, n, i) {
+    function allowed(target, list,    words, n, i, room) {
         n = split(list, words, " ")
         for (i = 1; i <= n; i++) {
-            if (words[i] == "Platform/*") { if (target ~ /^Platform\/[^\/]+$/) return 1 }
+            if (words[i] ~ /\/\*$/)       { room = substr(words[i], 1, length(words[i]) - 1)
+                                           if (index(target, room) == 1 && substr(target, length(room) + 1) !~ /\//) return 1 }
             else if (words[i] ~ /\/$/)    { if (index(target, words[i]) == 1) return 1 }
             else if (target == words[i])  return 1
         }

@@ -1,6 +1,5 @@
-#include "CLI/ImportPlan.h"
+#include "CLI/SettingPlan.h"
 
-#include "CLI/SettingWords.h"
 #include "Core/Device/DPIRange.h"
 #include "Core/Device/DeviceDefaults.h"
 #include "Core/HID/RazerProtocol.h"
@@ -12,7 +11,8 @@ namespace kelmoth {
 
 namespace {
 
-using Kind = ImportStep::Kind;
+using Kind = SettingStep::Kind;
+using Part = SettingStep::Part;
 using JSON = nlohmann::ordered_json;
 
 /// A position as users count.
@@ -45,7 +45,7 @@ public:
     {
     }
 
-    std::vector<ImportStep> plan()
+    std::vector<SettingStep> plan()
     {
         planStages();
         for (const auto &[zone, setting] : m_record.rgbSettings) {
@@ -65,11 +65,12 @@ private:
         const auto &held = m_mouse.state.dpiStages;
         const auto &wanted = m_record.dpiStages;
         if (m_mouse.unanswered.dpiStages) {
-            m_steps.push_back({"DPI stages", nullptr, wanted.size(), Kind::unanswered, {}});
+            m_steps.push_back({Part::dpi, "DPI stages", nullptr, wanted.size(), Kind::unanswered, {}});
             return;
         }
         if (held.size() != wanted.size()) {
-            m_steps.push_back({"number of DPI stages", held.size(), wanted.size(), Kind::unsupported, {}});
+            m_steps.push_back(
+                {Part::dpi, "number of DPI stages", held.size(), wanted.size(), Kind::unsupported, {}});
         }
         for (std::size_t i = 0; i < std::min(held.size(), wanted.size()); ++i) {
             const Int dpi = wanted[i].dpi;
@@ -77,24 +78,26 @@ private:
                 continue;
             }
             const bool isValid = isValidDPI(dpi, m_device.capabilities());
-            m_steps.push_back({"DPI of stage " + std::to_string(i + 1),
+            m_steps.push_back({Part::dpi,
+                               "DPI of stage " + std::to_string(i + 1),
                                held[i].dpi,
                                dpi,
                                isValid ? Kind::write : Kind::unsupported,
                                {},
                                [dpi, stage = static_cast<Int>(i)](DeviceManager &manager) {
-                                   return manager.setDPI(dpi, stage);
+                                   return manager.changeDPI(dpi, stage);
                                }});
         }
         const Int stage = m_record.currentDPIStage;
         if (stage != m_mouse.state.currentDPIStage) {
             const bool isStage = stage >= 0 && stage < std::ssize(held);
-            m_steps.push_back({"active stage",
+            m_steps.push_back({Part::dpi,
+                               "active stage",
                                counted(m_mouse.state.currentDPIStage),
                                counted(stage),
                                isStage ? Kind::write : Kind::unsupported,
                                {},
-                               [stage](DeviceManager &manager) { return manager.setDPIStage(stage); }});
+                               [stage](DeviceManager &manager) { return manager.changeDPIStage(stage); }});
         }
     }
 
@@ -106,14 +109,14 @@ private:
         if (isHeld && isSupported && isSameLight(zone, held->second, setting, m_device)) {
             return;
         }
-        ImportStep step{"lighting of " + std::string(rawValue(zone)),
-                        isHeld ? JSON(lightText(held->second)) : JSON(), lightText(setting)};
+        SettingStep step{Part::lighting, "lighting of " + wordOf(zone),
+                         isHeld ? JSON(lightText(held->second)) : JSON(), lightText(setting)};
         if (!isSupported) {
             step.kind = Kind::unsupported;
         } else if (!isHeld) {
             step.kind = Kind::unanswered;
         }
-        step.write = [zone, setting](DeviceManager &manager) { return manager.setRGB(zone, setting); };
+        step.write = [zone, setting](DeviceManager &manager) { return manager.changeRGB(zone, setting); };
         m_steps.push_back(std::move(step));
     }
 
@@ -121,14 +124,14 @@ private:
     {
         const auto held = m_mouse.state.buttonMappings.find(button);
         const bool isHeld = held != m_mouse.state.buttonMappings.end();
-        const auto obstacle = obstacleTo(button, wanted, m_device);
+        const auto obstacle = obstacleTo(button, wanted, Vocabulary::of(m_device));
         const auto action = canonical(wanted);
         if (isHeld && !obstacle && held->second.toButtonFunction() == action.toButtonFunction()) {
             return;
         }
-        ImportStep step{"button " + std::string(rawValue(button)),
-                        isHeld ? JSON(actionText(held->second)) : JSON(),
-                        actionText(obstacle ? wanted : action)};
+        SettingStep step{Part::buttons, "button " + wordOf(button),
+                         isHeld ? JSON(actionText(held->second)) : JSON(),
+                         actionText(obstacle ? wanted : action)};
         if (obstacle || !defaultButtonMappings(m_device).contains(button)) {
             step.kind = Kind::unsupported;
             step.reason = obstacle.value_or("");
@@ -136,7 +139,7 @@ private:
             step.kind = Kind::unanswered;
         }
         step.write = [button, action](DeviceManager &manager) {
-            return manager.setButtonMapping(button, action, 0, false);
+            return manager.changeButtonMapping(button, action, 0, false);
         };
         m_steps.push_back(std::move(step));
     }
@@ -147,14 +150,14 @@ private:
         if (!m_liftOffLevel || m_liftOffLevel == held) {
             return;
         }
-        const auto word = [](Int level) { return JSON(liftOffWords.at(static_cast<std::size_t>(level))); };
         m_steps.push_back(
-            {"lift-off distance",
-             held ? word(*held) : JSON(),
-             word(*m_liftOffLevel),
+            {Part::liftOff,
+             "lift-off distance",
+             held ? JSON(liftOffWord(*held)) : JSON(),
+             liftOffWord(*m_liftOffLevel),
              held ? Kind::write : Kind::unanswered,
              {},
-             [level = *m_liftOffLevel](DeviceManager &manager) { return manager.setLiftOff(level); }});
+             [level = *m_liftOffLevel](DeviceManager &manager) { return manager.changeLiftOff(level); }});
     }
 
     /// What the record holds and no command of the mouse sets.
@@ -163,27 +166,96 @@ private:
         const auto &held = m_mouse.state;
         const auto add = [this](const char *setting, const JSON &from, const JSON &to) {
             if (from != to) {
-                m_steps.push_back({setting, from, to, Kind::unsupported, {}});
+                m_steps.push_back({Part::rest, setting, from, to, Kind::unsupported, {}});
             }
         };
         add("polling rate", held.pollingRate, m_record.pollingRate);
         add("hyper-scroll", held.hyperScrollEnabled, m_record.hyperScrollEnabled);
-        add("wheel mode", rawValue(held.scrollWheelMode), rawValue(m_record.scrollWheelMode));
+        add("wheel mode", wordOf(held.scrollWheelMode), wordOf(m_record.scrollWheelMode));
     }
 
     const DeviceState &m_record;
     const std::optional<Int> m_liftOffLevel; ///< of the file, 0 to 2
     const DeviceReading &m_mouse;
     const RazerDevice &m_device;
-    std::vector<ImportStep> m_steps;
+    std::vector<SettingStep> m_steps;
 };
+
+QCoro::Task<StepResult> perform(SettingStep step, Mouse *mouse)
+{
+    StepResult result{"done"};
+    if (step.kind == Kind::unsupported) {
+        result = {"unsupported", step.reason};
+    } else if (step.kind == Kind::unanswered) {
+        result = {"failed", "the mouse did not say what it has now"};
+    } else {
+        const WriteResult written = co_await step.write(mouse->session->manager());
+        if (const auto failure = mouse->failureOf(written)) {
+            result = {"failed", failure->message};
+        }
+    }
+    co_return result;
+}
+
+/// "DPI of stage 2: 800 -> 900: done"
+std::string resultLine(const SettingStep &step, const StepResult &result)
+{
+    const auto shown = [](const JSON &value) {
+        const auto text = value.is_string() ? value.get<std::string>() : value.dump();
+        return value.is_null() ? "none" : text;
+    };
+    const std::string word(result.word);
+    return step.setting + ": " + shown(step.from) + " -> " + shown(step.to) + ": " +
+           (word == "unsupported" ? "not supported by this mouse" : word) +
+           (result.reason.empty() ? "" : " (" + result.reason + ')');
+}
+
+JSON resultJSON(const SettingStep &step, const StepResult &result)
+{
+    return {{"setting", step.setting},
+            {"from", step.from},
+            {"to", step.to},
+            {"result", result.word},
+            {"reason", result.reason.empty() ? JSON() : JSON(result.reason)}};
+}
 
 } // namespace
 
-std::vector<ImportStep> importPlan(const SettingsFile &file, const DeviceReading &mouse,
-                                   const RazerDevice &device)
+std::vector<SettingStep> planSettings(const SettingsFile &file, const DeviceReading &mouse,
+                                      const RazerDevice &device)
 {
     return Planner(file, mouse, device).plan();
+}
+
+QCoro::Task<std::optional<Failure>> takeSteps(std::vector<SettingStep> steps, Mouse *mouse)
+{
+    auto &session = *mouse->session;
+    const bool isJSON = session.options().json;
+    auto results = JSON::array();
+    std::optional<Failure> failure;
+    for (const auto &step : steps) {
+        const StepResult result = co_await perform(step, mouse);
+        if (std::string_view(result.word) == "failed") {
+            failure = Failure{Failure::Code::refused, "the mouse did not take every setting"};
+        }
+        results.push_back(resultJSON(step, result));
+        if (!isJSON) {
+            session.output().print(session.terminal().styled(resultLine(step, result), Style::plain) + '\n');
+        }
+    }
+    auto loss = session.flushDefaults();
+    if (failure && loss) {
+        session.output().complain(loss->message);
+    } else if (loss) {
+        failure = loss;
+    }
+    if (isJSON) {
+        session.output().printJSON(
+            {{"schema", schema}, {"results", results}, {"error", failure ? errorJSON(*failure) : JSON()}});
+    } else if (steps.empty()) {
+        session.output().print("the mouse has these settings already\n");
+    }
+    co_return failure;
 }
 
 } // namespace kelmoth

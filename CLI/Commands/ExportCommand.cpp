@@ -1,0 +1,83 @@
+#include "CLI/MouseCommand.h"
+#include "CLI/Reports/ReadReport.h"
+#include "CLI/SettingsFile.h"
+#include "Platform/RegularFile.h"
+
+#include <CLI/CLI.hpp>
+
+namespace kelmoth {
+
+namespace {
+
+/// Writes the settings of a mouse into a file.
+class ExportCommand : public MouseCommand {
+public:
+    ExportCommand()
+        : MouseCommand({"export", "Write the settings of a mouse into a file",
+                        R"(Writes to standard output when no file is named. When the mouse does not answer for
+all of its settings nothing is written, and the exit status is 1; the lift-off
+distance alone may be left out.
+
+Example:
+  kelmothctl export basilisk.json)"},
+                       Need::reading)
+    {
+    }
+
+    void declare(CLI::App &parser) override
+    {
+        parser.add_option("FILE", m_file, "The file to write, or - for standard output")->option_text(" ");
+    }
+
+protected:
+    /// Not after a second of reading.
+    std::optional<Failure> objection(Mouse *) override
+    {
+        return m_file == "-" ? std::nullopt : failureOf(obstacleToWriting(m_file));
+    }
+
+    QCoro::Task<std::optional<Failure>> work(Mouse *mouse) override
+    {
+        auto &output = mouse->session->output();
+        const auto &reading = mouse->reading;
+        std::optional<Failure> failure;
+        auto needed = reading.unanswered;
+        needed.liftOff = false; // the file can do without
+        if (!needed.empty()) {
+            auto words = unansweredWords(*mouse);
+            std::erase(words, "battery");
+            failure = {Failure::Code::noAnswer,
+                       "the mouse did not answer for " + joined(words) + ": nothing was written"};
+            co_return failure;
+        }
+        // What a mouse says is finite: it has a stored form.
+        const auto text = encode(SettingsFile{reading.state, reading.liftOffLevel}).value() + '\n';
+        if (!reading.liftOffLevel) {
+            output.complain("the mouse did not answer for lift-off distance: it is left out");
+        }
+        if (m_file == "-") {
+            output.print(text);
+        } else {
+            failure = failureOf(writeNamedFile(m_file, text));
+        }
+        co_return failure;
+    }
+
+private:
+    std::optional<Failure> failureOf(const std::optional<std::string> &obstacle) const
+    {
+        return obstacle ? std::optional(Failure{Failure::Code::failed, m_file + ": " + *obstacle})
+                        : std::nullopt;
+    }
+
+    std::string m_file = "-"; ///< "-" stands for standard output
+};
+
+} // namespace
+
+std::unique_ptr<Command> exportCommand()
+{
+    return std::make_unique<ExportCommand>();
+}
+
+} // namespace kelmoth

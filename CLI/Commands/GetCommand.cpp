@@ -1,0 +1,168 @@
+#include "CLI/Arguments.h"
+#include "CLI/MouseCommand.h"
+#include "CLI/Reports/ReadReport.h"
+#include "Core/Device/DeviceDefaults.h"
+#include "Core/HID/RazerProtocol.h"
+
+#include <CLI/CLI.hpp>
+
+namespace kelmoth {
+
+namespace {
+
+using JSON = nlohmann::ordered_json;
+
+/// A value as scripts take it: no quotes, the members of a list with a space between them.
+std::string bareText(const JSON &value)
+{
+    if (!value.is_structured()) {
+        return value.is_string() ? value.get<std::string>() : value.dump();
+    }
+    Words words;
+    for (const auto &member : value) {
+        if (!member.is_null()) {
+            words.push_back(bareText(member));
+        }
+    }
+    return joined(words, " ");
+}
+
+/// Prints one value, and asks the mouse for no more than that.
+class GetCommand : public MouseCommand {
+public:
+    GetCommand()
+        : MouseCommand(
+              {"get", "Print one setting, for scripts",
+               R"(Asks the mouse for no more than it prints: the resolution in use, the active stage, the
+resolutions of all stages, a zone's effect, colour and brightness, what a button does,
+the lift-off distance, the battery in percent, or whether it is charging.
+
+Example:
+  kelmothctl get dpi
+  kelmothctl get light logo)",
+               true},
+              Need::none)
+    {
+    }
+
+    void declare(CLI::App &parser) override
+    {
+        parser.require_subcommand(0, 1);
+        for (const auto &[name, summary] : kinds) {
+            auto *verb = declareVerb(parser, name, summary);
+            if (name == "light") {
+                declareWord(*verb, "ZONE", m_name, "The zone, such as logo");
+            } else if (name == "button") {
+                declareWord(*verb, "BUTTON", m_name, "The button, such as dpi-up");
+            }
+            verb->final_callback([this, kind = name] { m_kind = kind; });
+        }
+    }
+
+protected:
+    std::optional<Failure> objection(Mouse *mouse) override
+    {
+        const auto words = Vocabulary::of(mouse->device());
+        const auto &capabilities = mouse->device().capabilities();
+        std::string what;
+        if (m_kind == "light" && !findWord(m_name, words.zones)) {
+            what = noSuchWord(words.owner, "zone", m_name, wordsOf(words.zones));
+        } else if (m_kind == "button" && !findWord(m_name, words.buttons)) {
+            what = noSuchWord(words.owner, "button", m_name, wordsOf(words.buttons));
+        } else if (m_kind == "battery" && !capabilities.hasBattery) {
+            what = words.owner + " no battery";
+        } else if (m_kind == "charging" && !capabilities.reportsCharging) {
+            what = words.owner + " no way to say whether it is charging";
+        }
+        return what.empty() ? std::nullopt : std::optional(Failure{Failure::Code::usage, what});
+    }
+
+    QCoro::Task<std::optional<Failure>> work(Mouse *mouse) override
+    {
+        auto &session = *mouse->session;
+        const JSON value = co_await ask(mouse);
+        std::optional<Failure> failure;
+        if (value.is_null()) {
+            const bool isThere = !isGone(mouse->device(), session.monitor());
+            failure = {isThere ? Failure::Code::noAnswer : Failure::Code::unplugged,
+                       "the " + mouse->device().name() + (isThere ? " did not answer" : " was unplugged")};
+        } else if (session.options().json) {
+            session.output().printJSON({{"schema", schema}, {"value", value}});
+        } else {
+            session.output().print(bareText(value) + '\n');
+        }
+        co_return failure;
+    }
+
+private:
+    QCoro::Task<JSON> ask(Mouse *mouse)
+    {
+        auto &monitor = mouse->session->monitor();
+        const auto &device = mouse->device();
+        JSON value;
+        if (m_kind == "battery" || m_kind == "charging") {
+            const bool isLevel = m_kind == "battery";
+            const RazerCommand command = isLevel ? RazerCommand(command::getBatteryLevel{})
+                                                 : RazerCommand(command::getChargingStatus{});
+            const std::optional<Data> answer = co_await monitor.send(command, device);
+            const auto level = answer ? RazerProtocol::parseBatteryLevel(*answer) : std::nullopt;
+            if (isLevel && level) {
+                value = *level;
+            } else if (!isLevel && answer) {
+                value = RazerProtocol::parseChargingStatus(*answer);
+            }
+            co_return value;
+        }
+        const auto zone = m_kind == "light" ? findWord(m_name, allCases<RGBZone>()) : std::nullopt;
+        const auto button = m_kind == "button" ? findWord(m_name, allCases<MouseButton>()) : std::nullopt;
+        DeviceItems items;
+        if (zone) {
+            items.zones.insert(*zone);
+        } else if (button) {
+            items.buttons.insert(*button);
+        } else {
+            items.liftOff = m_kind == "lift-off";
+            items.dpiStages = !items.liftOff;
+        }
+        auto base = createDefaultState(device);
+        const DeviceReading reading = co_await readDevice(&monitor, device, base, items);
+        const auto state = reading.answered();
+        const auto &stages = state.dpiStages;
+        if (zone) {
+            value = lightJSON(*zone, state);
+        } else if (button) {
+            value = buttonJSON(*button, state);
+        } else if (items.liftOff) {
+            value = reading.liftOffLevel ? JSON(liftOffWord(*reading.liftOffLevel)) : JSON();
+        } else if (m_kind == "stages" && !stages.empty()) {
+            std::ranges::transform(stages, std::back_inserter(value), &DPIStage::dpi);
+        } else if (!stages.empty()) {
+            const auto active = static_cast<std::size_t>(state.currentDPIStage);
+            value = m_kind == "stage" ? state.currentDPIStage + 1 : stages.at(active).dpi;
+        }
+        co_return value;
+    }
+
+    static constexpr std::pair<std::string_view, std::string_view> kinds[]{
+        {"dpi", "Print the resolution in use"},
+        {"stage", "Print the number of the active DPI stage"},
+        {"stages", "Print the resolution of each stage"},
+        {"light", "Print the lighting of a zone"},
+        {"button", "Print what a button does"},
+        {"lift-off", "Print the height at which the mouse stops tracking"},
+        {"battery", "Print the battery level in percent"},
+        {"charging", "Print whether the battery is charging: true or false"},
+    };
+
+    std::string_view m_kind; ///< one of the kinds
+    std::string m_name;      ///< of the zone or button
+};
+
+} // namespace
+
+std::unique_ptr<Command> getCommand()
+{
+    return std::make_unique<GetCommand>();
+}
+
+} // namespace kelmoth

@@ -1,0 +1,195 @@
+#include "CLI/Reports/ReadReport.h"
+
+#include "CLI/Reports/MouseReport.h"
+#include "CLI/Table.h"
+
+namespace kelmoth {
+
+namespace {
+
+using JSON = nlohmann::ordered_json;
+
+const Table::Cell noAnswer{"no answer", Style::warning};
+
+bool isBatteryUnanswered(const RazerDevice &device)
+{
+    return HIDMonitor::hasReadableBattery(device) && !device.batteryLevel;
+}
+
+std::string zoneName(RGBZone zone)
+{
+    static constexpr std::array names{"Scroll Wheel", "Logo", "Underglow", "DPI Light"};
+    return names[static_cast<std::size_t>(zone)];
+}
+
+std::string renderMouse(const Mouse &mouse, const Terminal &terminal)
+{
+    const auto &device = mouse.device();
+    Table table;
+    table.addRow({{"Connection"}, {device.connectionLabel()}});
+    if (device.capabilities().hasBattery) {
+        table.addRow({{"Battery"}, device.batteryLevel ? Table::Cell{batteryText(device)} : noAnswer});
+    }
+    const auto &level = mouse.reading.liftOffLevel;
+    table.addRow({{"Lift-off"}, level ? Table::Cell{liftOffWord(*level)} : noAnswer});
+    return underHeading(title(device), table, terminal);
+}
+
+std::string renderStages(const DeviceState &state, const Terminal &terminal)
+{
+    Table table;
+    for (std::size_t i = 0; i < state.dpiStages.size(); ++i) {
+        const bool isActive = std::cmp_equal(state.currentDPIStage, i);
+        table.addRow(
+            {{isActive ? "*" : " ", Style::good},
+             {std::to_string(i + 1)},
+             {std::to_string(state.dpiStages[i].dpi), isActive ? Style::heading : Style::plain, true},
+             {isActive ? "active" : "", Style::good}});
+    }
+    if (state.dpiStages.empty()) {
+        table.addRow({noAnswer});
+    }
+    return underHeading("DPI stages", table, terminal);
+}
+
+/// The text of a JSON value that is one word.
+std::string wordIn(const JSON &value)
+{
+    return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+std::string renderLighting(const Vocabulary &vocabulary, const DeviceState &state, const Terminal &terminal)
+{
+    Table table;
+    for (const auto zone : vocabulary.zones) {
+        const auto light = lightJSON(zone, state);
+        if (light.is_null()) {
+            table.addRow({{wordOf(zone)}, {zoneName(zone)}, noAnswer});
+            continue;
+        }
+        const bool isColored = !light["color"].is_null();
+        const auto &color = state.rgbSettings.at(zone).color;
+        table.addRow({{wordOf(zone)},
+                      {zoneName(zone)},
+                      {wordIn(light["effect"])},
+                      {isColored ? hexText(color) : "", Style::plain, false,
+                       isColored ? std::optional(color) : std::nullopt},
+                      {wordIn(light["brightness"]) + " %", Style::plain, true}});
+    }
+    return underHeading("Lighting", table, terminal);
+}
+
+std::string renderButtons(const Vocabulary &vocabulary, const DeviceState &state, const Terminal &terminal)
+{
+    Table table;
+    for (const auto button : vocabulary.buttons) {
+        const auto entry = state.buttonMappings.find(button);
+        const bool isKnown = entry != state.buttonMappings.end();
+        table.addRow({{wordOf(button)},
+                      {std::string(label(button))},
+                      isKnown ? Table::Cell{actionText(entry->second)} : noAnswer,
+                      {isKnown ? actionName(entry->second) : ""}});
+    }
+    return underHeading("Buttons", table, terminal);
+}
+
+JSON stagesJSON(const Mouse &mouse)
+{
+    const auto &state = mouse.reading.state;
+    if (mouse.reading.unanswered.dpiStages) {
+        return {};
+    }
+    auto stages = JSON::array();
+    for (const auto &stage : state.dpiStages) {
+        stages.push_back(stage.dpi);
+    }
+    return {{"active", state.currentDPIStage + 1},
+            {"stages", std::move(stages)},
+            {"maximum", mouse.device().capabilities().maxDPI}};
+}
+
+/// What was not answered, each as `dpi`, `zone`, `button`, `liftOff` and `battery` call it.
+template <class Zone, class Button>
+Words unansweredItems(const Mouse &mouse, const char *dpi, const Zone &zone, const Button &button,
+                      const char *liftOff)
+{
+    const auto &unanswered = mouse.reading.unanswered;
+    Words items;
+    if (unanswered.dpiStages) {
+        items.emplace_back(dpi);
+    }
+    std::ranges::transform(unanswered.zones, std::back_inserter(items), zone);
+    std::ranges::transform(unanswered.buttons, std::back_inserter(items), button);
+    if (unanswered.liftOff) {
+        items.emplace_back(liftOff);
+    }
+    if (isBatteryUnanswered(mouse.device())) {
+        items.emplace_back("battery");
+    }
+    return items;
+}
+
+} // namespace
+
+std::string renderReading(const Mouse &mouse)
+{
+    const auto &terminal = mouse.session->terminal();
+    const auto &state = mouse.reading.state;
+    const auto vocabulary = Vocabulary::of(mouse.device());
+    return renderMouse(mouse, terminal) + '\n' + renderStages(state, terminal) + '\n' +
+           renderLighting(vocabulary, state, terminal) + '\n' + renderButtons(vocabulary, state, terminal);
+}
+
+JSON readingJSON(const Mouse &mouse)
+{
+    const auto &state = mouse.reading.state;
+    const auto vocabulary = Vocabulary::of(mouse.device());
+    auto lighting = JSON::object();
+    for (const auto zone : vocabulary.zones) {
+        lighting[wordOf(zone)] = lightJSON(zone, state);
+    }
+    auto buttons = JSON::object();
+    for (const auto button : vocabulary.buttons) {
+        buttons[wordOf(button)] = buttonJSON(button, state);
+    }
+    const auto &level = mouse.reading.liftOffLevel;
+    return {{"schema", schema},
+            {"device", deviceJSON(mouse.device(), mouse.listed.path)},
+            {"battery", batteryJSON(mouse.device())},
+            {"dpi", stagesJSON(mouse)},
+            {"lighting", lighting},
+            {"buttons", buttons},
+            {"liftOff", level ? JSON(liftOffWord(*level)) : JSON()},
+            {"unanswered", unansweredItems(
+                               mouse, "dpi", [](auto zone) { return "lighting." + wordOf(zone); },
+                               [](auto button) { return "buttons." + wordOf(button); }, "liftOff")}};
+}
+
+Words unansweredWords(const Mouse &mouse)
+{
+    return unansweredItems(
+        mouse, "DPI stages", [](auto zone) { return "lighting of " + wordOf(zone); },
+        [](auto button) { return "button " + wordOf(button); }, "lift-off distance");
+}
+
+JSON lightJSON(RGBZone zone, const DeviceState &state)
+{
+    const auto entry = state.rgbSettings.find(zone);
+    if (entry == state.rgbSettings.end()) {
+        return {};
+    }
+    const auto &setting = entry->second;
+    const double percent = percentOf(setting.brightness);
+    const auto whole = static_cast<Int>(percent);
+    return {{"effect", wordOf(setting.effect)},
+            {"color", hasColor(setting.effect) ? JSON(hexText(setting.color)) : JSON()},
+            {"brightness", static_cast<double>(whole) == percent ? JSON(whole) : JSON(percent)}};
+}
+
+JSON buttonJSON(MouseButton button, const DeviceState &state)
+{
+    const auto entry = state.buttonMappings.find(button);
+    return entry == state.buttonMappings.end() ? JSON() : JSON(actionText(entry->second));
+}
+
+} // namespace kelmoth
