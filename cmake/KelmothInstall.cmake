@@ -15,6 +15,13 @@ foreach(program kelmoth kelmothctl)
     install(FILES ${resources}/completions/${program}.bash
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME ${program})
 endforeach()
+# Debian keeps the place that zsh looks into by default for what is not packaged.
+set(zsh_completions site-functions)
+if(EXISTS /etc/debian_version)
+    set(zsh_completions vendor-completions)
+endif()
+install(FILES ${resources}/completions/_kelmothctl DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${zsh_completions})
+install(FILES ${resources}/completions/kelmothctl.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 
 # The licence, and the notices of what is compiled in.
 install(FILES ${resources}/debian/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kelmoth)

@@ -18,13 +18,15 @@ lib/udev/rules.d/70-kelmoth.rules
 share/applications/com.kelmoth.app.desktop
 share/bash-completion/completions/kelmoth
 share/bash-completion/completions/kelmothctl
+share/fish/vendor_completions.d/kelmothctl.fish
 share/icons/hicolor/scalable/apps/com.kelmoth.app.svg
 share/icons/hicolor/symbolic/apps/com.kelmoth.app-symbolic.svg
 share/man/man1/kelmoth.1
 share/man/man1/kelmothctl.1
-share/metainfo/com.kelmoth.app.metainfo.xml'
+share/metainfo/com.kelmoth.app.metainfo.xml
+share/zsh/vendor-completions/_kelmothctl'
 found=$(cd "$root" && find . -not -type d -not -path './share/doc/*' -not -path './share/lintian/*' -printf '%P\n' |
-    sed -E '/^share\/man/s/\.gz$//' | LC_ALL=C sort)
+    sed -E '/^share\/man/s/\.gz$//; s/site-functions/vendor-completions/' | LC_ALL=C sort)
 [[ $found == "$wanted" ]] || fault "$(diff <(echo "$wanted") <(echo "$found"))"
 
 # --- what kelmoth itself says of its options and models is in its manual and its completion ---------
