@@ -43,7 +43,7 @@ class Pointer:
     """A mouse at the compositor, which has no other. No package of the distribution's moves one: these are the few
     requests of the protocol for virtual pointers that it takes."""
 
-    BUTTONS = {1: 0x110, 3: 0x111}  # as the kernel numbers them
+    BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}  # as the kernel numbers them
     DISPLAY, REGISTRY = 1, 2
 
     def __init__(self, size):
