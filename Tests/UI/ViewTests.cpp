@@ -232,8 +232,17 @@ TEST_F(ViewTest, EscapeClosesWhatLiesOpenAndNothingElse)
     EXPECT_FALSE(find("About Kelmoth", QAccessible::Dialog));
     EXPECT_TRUE(state("Back", button).expanded);
     EXPECT_EQ(focused(), "About Kelmoth"); // where it was before
+    find("Double Click", radio)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    EXPECT_EQ(focused(), "Double Click");
     EXPECT_TRUE(escape());
     EXPECT_TRUE(state("Back", button).collapsed);
+    EXPECT_TRUE(state("Back", button).focused);
+    for (const Qt::Key way : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Space}) { // opens, goes in, picks
+        key(way);
+    }
+    EXPECT_TRUE(state("Back", button).focused) << "during the write, too";
+    finishAll();
+    EXPECT_EQ(focused(), "Back");
     EXPECT_FALSE(escape());
 }
 

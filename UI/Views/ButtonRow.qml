@@ -25,6 +25,12 @@ Item {
 
     height: header.height + drawer.height
 
+    onExpandedChanged: {
+        if (drawer.activeFocus) {
+            header.forceActiveFocus(Qt.OtherFocusReason);
+        }
+        drawer.enabled = expanded; // what is closing is not picked from any more
+    }
     onHeightChanged: if (expanded) opened(root)
 
     Surface {
@@ -116,13 +122,12 @@ Item {
         }
     }
 
-    Item {
+    FocusScope {
         id: drawer
 
         property real extent: root.expanded ? picker.height : 0 // on a spring, which swings below nothing
 
         clip: true
-        enabled: root.expanded // what is closing is not picked from any more
         height: Math.max(0, Math.floor(extent))
         width: parent.width
         y: header.height
