@@ -4,8 +4,12 @@
 
 namespace kelmoth {
 
-/// What text of any size needs on its ground (WCAG 2, level AA).
-inline constexpr double readableContrast = 4.5;
+/// What text of any size needs on its ground (WCAG 2, level AA: 4.5), and a little that rounding takes, or
+/// what shines through.
+inline constexpr double readableContrast = 4.6;
+
+/// What a symbol needs on a tint of its own colour (3).
+inline constexpr double symbolContrast = 3.7;
 
 /// The contrast of two opaque colours: 1 (none) to 21 (black on white).
 double contrastRatio(const QColor &one, const QColor &other);

@@ -114,4 +114,9 @@ QColor Theme::readable(const QColor &color) const
     return kelmoth::readable(color, m_palette.windowBackground);
 }
 
+QColor Theme::readableSymbol(const QColor &color) const
+{
+    return kelmoth::readable(color, m_palette.windowBackground, symbolContrast);
+}
+
 } // namespace kelmoth

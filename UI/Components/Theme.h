@@ -99,6 +99,9 @@ public:
     /// `color`, darker or lighter where text in it would be hard to read on the panel.
     Q_INVOKABLE QColor readable(const QColor &color) const;
 
+    /// The same for symbols, which may be fainter than text.
+    Q_INVOKABLE QColor readableSymbol(const QColor &color) const;
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:

@@ -42,7 +42,7 @@ Item {
 
             Symbol {
                 Layout.preferredWidth: 20
-                color: root.iconColor
+                color: Theme.readableSymbol(root.iconColor)
                 name: root.icon
                 size: 12
             }

@@ -35,7 +35,7 @@ Row {
 
         Symbol {
             anchors.centerIn: parent
-            color: root.color
+            color: Theme.readableSymbol(root.color)
             name: root.icon
             size: 12
         }

@@ -28,7 +28,7 @@ RowLayout {
 
     Symbol {
         Layout.preferredWidth: 20
-        color: Theme.green
+        color: Theme.readableSymbol(Theme.green)
         name: "computermouse.fill"
         size: 10
     }

@@ -35,7 +35,7 @@ Item {
 
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
-            color: Theme[root.model.noticeColorName]
+            color: Theme.readableSymbol(Theme[root.model.noticeColorName])
             name: root.model.noticeIcon
             size: 40
         }
