@@ -70,6 +70,13 @@ void Operable::setUsable(bool usable)
     }
 }
 
+void Operable::takeFocus()
+{
+    setEnabled(true);
+    forceActiveFocus(Qt::OtherFocusReason);
+    setEnabled(m_usable || hasActiveFocus());
+}
+
 void Operable::itemChange(ItemChange change, const ItemChangeData &data)
 {
     QQuickItem::itemChange(change, data);

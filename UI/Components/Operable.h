@@ -59,6 +59,9 @@ public:
     bool isSelectable() const { return m_selectable; }
     bool isCheckable() const { return m_checkable; }
 
+    /// Gives it the keyboard's focus, also while it may not be used.
+    Q_INVOKABLE void takeFocus();
+
     void setText(const QString &text);
     void setDescription(const QString &description);
     void setUsable(bool usable);

@@ -27,7 +27,7 @@ Item {
 
     onExpandedChanged: {
         if (drawer.activeFocus) {
-            header.forceActiveFocus(Qt.OtherFocusReason);
+            header.takeFocus();
         }
         drawer.enabled = expanded; // what is closing is not picked from any more
     }
