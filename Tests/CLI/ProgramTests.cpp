@@ -174,7 +174,8 @@ TEST(ProgramTest, AWatchEndsWithItsReader)
 
 TEST(ProgramTest, TheManualKnowsEveryWordAndItsExamplesRun)
 {
-    // The options, the models to simulate, the commands, the settings and their words; the products of the rule.
+    // The options, the models to simulate, the commands, the settings and their words; the products of the
+    // rule.
     const auto result = shell(R"sh(
 manual=$(sed 's/\\-/-/g' "$1/kelmothctl.1")
 helps=$(kelmothctl --help; for verb in get set reset doctor; do kelmothctl help $verb; done

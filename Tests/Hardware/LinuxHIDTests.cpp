@@ -163,6 +163,8 @@ protected:
 
 TEST_F(HotplugTest, FollowsAMouseThatComesAndGoesAndComesBack)
 {
+    const auto stranger =
+        attachMouse("basilisk-v3", {.hidID = "0003:00001234:00000099"}, 2); // of another vendor
     const auto mouse = attachMouse("basilisk-v3-pro-wired");
     mouse->detach();
     watch();
@@ -190,8 +192,6 @@ TEST_F(HotplugTest, MissesNothingBetweenTheListAndTheWatch)
     ASSERT_THAT(listed, SizeIs(4));
     early->vanish();
     const auto late = attachMouse("basilisk-v3", {}, 2);
-    const auto stranger =
-        attachMouse("basilisk-v3", {.hidID = "0003:00001234:00000099"}, 3); // another vendor's
     watch();
     EXPECT_THAT(attached, SizeIs(0)) << "only from the event loop";
     ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 4 && removed.size() == 4; }, patience));
