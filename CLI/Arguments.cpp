@@ -131,9 +131,6 @@ ParsedArguments parseArguments(int argc, const char *const *argv, const Commands
                    "\n\n\"kelmothctl --help\" lists the options that every command takes.";
         });
         command->declare(*verb);
-        for (auto *word : verb->get_subcommands([](auto *) { return true; })) {
-            word->footer([verb] { return verb->get_footer(); });
-        }
     }
     Words topic;
     const auto *help = declareVerb(app, "help", "Show this help, or that of a command");
@@ -180,6 +177,7 @@ CLI::App *declareVerb(CLI::App &parser, std::string_view name, std::string_view 
     auto *verb = parser.add_subcommand(std::string(name), std::string(summary));
     verb->fallthrough()->ignore_case()->ignore_underscore()->group(parser.get_parent() ? "Settings"
                                                                                        : "Commands");
+    verb->footer([&parser] { return parser.get_footer(); });
     if (const auto plain = folded(name); plain != name) {
         verb->alias(plain);
     }

@@ -42,17 +42,12 @@ private:
     Text m_text;
 };
 
-using Commands = std::vector<std::unique_ptr<Command>>;
+using CommandPointer = std::unique_ptr<Command>;
+using Commands = std::vector<CommandPointer>;
+using CommandFactory = CommandPointer (*)();
 
-std::unique_ptr<Command> listCommand();
-std::unique_ptr<Command> readCommand();
-std::unique_ptr<Command> getCommand();
-std::unique_ptr<Command> setCommand();
-std::unique_ptr<Command> resetCommand();
-std::unique_ptr<Command> exportCommand();
-std::unique_ptr<Command> importCommand();
-std::unique_ptr<Command> watchCommand();
-std::unique_ptr<Command> doctorCommand();
+extern const CommandFactory listCommand, readCommand, getCommand, setCommand, resetCommand, exportCommand,
+    importCommand, watchCommand, doctorCommand;
 
 /// Every command, in the order in which the help lists them.
 inline Commands allCommands()

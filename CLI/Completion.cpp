@@ -63,34 +63,28 @@ Words products()
 Words valuesOf(const std::string &name, std::string_view word)
 {
     const auto vocabulary = Vocabulary::ofAll();
-    const std::pair<std::string_view, std::function<Words()>> table[]{
-        {"VALUE", [] { return Words{"400", "800", "1600", "3200", "6400"}; }},
-        {"STAGE",
-         [] {
-             auto words = numbers(1, 5);
-             words.insert(words.end(), {"next", "previous"});
-             return words;
-         }},
-        {"ZONE", [&] { return wordsOf(vocabulary.zones); }},
-        {"ZONES",
-         [&] {
-             auto words = wordsOf(vocabulary.zones);
-             words.emplace_back("all");
-             return words;
-         }},
-        {"BUTTON", [&] { return wordsOf(vocabulary.buttons); }},
-        {"ACTION", [&] { return actions(vocabulary); }},
-        {"LEVEL", [] { return wordsOf(allCases<LiftOff>()); }},
-        {"PART", [] { return Words{"dpi", "lighting", "buttons"}; }},
-        {"--stage", [] { return numbers(1, 5); }},
-        {"--effect", [&] { return wordsOf(vocabulary.effects); }},
-        {"--brightness", [] { return Words{"0", "25", "50", "75", "100"}; }},
-        {"--profile", [] { return numbers(0, 5); }},
-        {"--product", products},
-        {"--simulate", [&] { return models(word); }},
+    const std::map<std::string, Words> table{
+        {"VALUE", {"400", "800", "1600", "3200", "6400"}},
+        {"STAGE", {"1", "2", "3", "4", "5", "next", "previous"}},
+        {"ZONE", wordsOf(vocabulary.zones)},
+        {"BUTTON", wordsOf(vocabulary.buttons)},
+        {"ACTION", actions(vocabulary)},
+        {"LEVEL", wordsOf(allCases<LiftOff>())},
+        {"PART", {"dpi", "lighting", "buttons"}},
+        {"--stage", numbers(1, 5)},
+        {"--effect", wordsOf(vocabulary.effects)},
+        {"--brightness", {"0", "25", "50", "75", "100"}},
+        {"--profile", numbers(0, 5)},
+        {"--product", products()},
+        {"--simulate", models(word)},
     };
-    const auto row = std::ranges::find(table, name, [](const auto &each) { return each.first; });
-    return row == std::end(table) ? Words{} : row->second();
+    if (name == "ZONES") {
+        auto zones = table.at("ZONE");
+        zones.emplace_back("all");
+        return zones;
+    }
+    const auto row = table.find(name);
+    return row == table.end() ? Words{} : row->second;
 }
 
 /// The option of a verb, or of those that it stands under; none when there is no such.

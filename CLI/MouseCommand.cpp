@@ -1,6 +1,6 @@
 #include "CLI/MouseCommand.h"
 
-#include "CLI/ChangeLock.h"
+#include "Platform/Linux/ChangeLock.h"
 
 namespace kelmoth {
 

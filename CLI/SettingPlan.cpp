@@ -60,44 +60,41 @@ public:
     }
 
 private:
+    using Write = decltype(SettingStep::write);
+
+    void add(Part part, std::string setting, JSON from, JSON to, Kind kind, Write write = {},
+             std::string reason = {})
+    {
+        m_steps.push_back({part, std::move(setting), std::move(from), std::move(to), kind, std::move(reason),
+                           std::move(write)});
+    }
+
     void planStages()
     {
         const auto &held = m_mouse.state.dpiStages;
         const auto &wanted = m_record.dpiStages;
         if (m_mouse.unanswered.dpiStages) {
-            m_steps.push_back({Part::dpi, "DPI stages", nullptr, wanted.size(), Kind::unanswered, {}});
+            add(Part::dpi, "DPI stages", nullptr, wanted.size(), Kind::unanswered);
             return;
         }
         if (held.size() != wanted.size()) {
-            m_steps.push_back(
-                {Part::dpi, "number of DPI stages", held.size(), wanted.size(), Kind::unsupported, {}});
+            add(Part::dpi, "number of DPI stages", held.size(), wanted.size(), Kind::unsupported);
         }
         for (std::size_t i = 0; i < std::min(held.size(), wanted.size()); ++i) {
             const Int dpi = wanted[i].dpi;
-            if (dpi == held[i].dpi) {
-                continue;
+            if (dpi != held[i].dpi) {
+                const bool isValid = isValidDPI(dpi, m_device.capabilities());
+                add(Part::dpi, "DPI of stage " + std::to_string(i + 1), held[i].dpi, dpi,
+                    isValid ? Kind::write : Kind::unsupported,
+                    [dpi, i](auto &manager) { return manager.changeDPI(dpi, static_cast<Int>(i)); });
             }
-            const bool isValid = isValidDPI(dpi, m_device.capabilities());
-            m_steps.push_back({Part::dpi,
-                               "DPI of stage " + std::to_string(i + 1),
-                               held[i].dpi,
-                               dpi,
-                               isValid ? Kind::write : Kind::unsupported,
-                               {},
-                               [dpi, stage = static_cast<Int>(i)](DeviceManager &manager) {
-                                   return manager.changeDPI(dpi, stage);
-                               }});
         }
         const Int stage = m_record.currentDPIStage;
         if (stage != m_mouse.state.currentDPIStage) {
             const bool isStage = stage >= 0 && stage < std::ssize(held);
-            m_steps.push_back({Part::dpi,
-                               "active stage",
-                               counted(m_mouse.state.currentDPIStage),
-                               counted(stage),
-                               isStage ? Kind::write : Kind::unsupported,
-                               {},
-                               [stage](DeviceManager &manager) { return manager.changeDPIStage(stage); }});
+            add(Part::dpi, "active stage", counted(m_mouse.state.currentDPIStage), counted(stage),
+                isStage ? Kind::write : Kind::unsupported,
+                [stage](auto &manager) { return manager.changeDPIStage(stage); });
         }
     }
 
@@ -109,15 +106,10 @@ private:
         if (isHeld && isSupported && isSameLight(zone, held->second, setting, m_device)) {
             return;
         }
-        SettingStep step{Part::lighting, "lighting of " + wordOf(zone),
-                         isHeld ? JSON(lightText(held->second)) : JSON(), lightText(setting)};
-        if (!isSupported) {
-            step.kind = Kind::unsupported;
-        } else if (!isHeld) {
-            step.kind = Kind::unanswered;
-        }
-        step.write = [zone, setting](DeviceManager &manager) { return manager.changeRGB(zone, setting); };
-        m_steps.push_back(std::move(step));
+        const auto kind = isHeld ? Kind::write : Kind::unanswered;
+        add(Part::lighting, "lighting of " + wordOf(zone), isHeld ? JSON(lightText(held->second)) : JSON(),
+            lightText(setting), isSupported ? kind : Kind::unsupported,
+            [zone, setting](auto &manager) { return manager.changeRGB(zone, setting); });
     }
 
     void planButton(MouseButton button, const ButtonAction &wanted)
@@ -129,49 +121,40 @@ private:
         if (isHeld && !obstacle && held->second.toButtonFunction() == action.toButtonFunction()) {
             return;
         }
-        SettingStep step{Part::buttons, "button " + wordOf(button),
-                         isHeld ? JSON(actionText(held->second)) : JSON(),
-                         actionText(obstacle ? wanted : action)};
-        if (obstacle || !defaultButtonMappings(m_device).contains(button)) {
-            step.kind = Kind::unsupported;
-            step.reason = obstacle.value_or("");
-        } else if (!isHeld) {
-            step.kind = Kind::unanswered;
-        }
-        step.write = [button, action](DeviceManager &manager) {
+        const bool isSupported = !obstacle && defaultButtonMappings(m_device).contains(button);
+        const auto kind = isHeld ? Kind::write : Kind::unanswered;
+        const auto write = [=](auto &manager) {
             return manager.changeButtonMapping(button, action, 0, false);
         };
-        m_steps.push_back(std::move(step));
+        add(Part::buttons, "button " + wordOf(button), isHeld ? JSON(actionText(held->second)) : JSON(),
+            actionText(obstacle ? wanted : action), isSupported ? kind : Kind::unsupported, write,
+            obstacle.value_or(""));
     }
 
     void planLiftOff()
     {
         const auto &held = m_mouse.liftOffLevel;
-        if (!m_liftOffLevel || m_liftOffLevel == held) {
-            return;
+        if (m_liftOffLevel && m_liftOffLevel != held) {
+            add(Part::liftOff, "lift-off distance", held ? JSON(liftOffWord(*held)) : JSON(),
+                liftOffWord(*m_liftOffLevel), held ? Kind::write : Kind::unanswered,
+                [level = *m_liftOffLevel](auto &manager) { return manager.changeLiftOff(level); });
         }
-        m_steps.push_back(
-            {Part::liftOff,
-             "lift-off distance",
-             held ? JSON(liftOffWord(*held)) : JSON(),
-             liftOffWord(*m_liftOffLevel),
-             held ? Kind::write : Kind::unanswered,
-             {},
-             [level = *m_liftOffLevel](DeviceManager &manager) { return manager.changeLiftOff(level); }});
     }
 
     /// What the record holds and no command of the mouse sets.
     void planRest()
     {
         const auto &held = m_mouse.state;
-        const auto add = [this](const char *setting, const JSON &from, const JSON &to) {
-            if (from != to) {
-                m_steps.push_back({Part::rest, setting, from, to, Kind::unsupported, {}});
-            }
+        const std::tuple<const char *, JSON, JSON> rest[]{
+            {"polling rate", held.pollingRate, m_record.pollingRate},
+            {"hyper-scroll", held.hyperScrollEnabled, m_record.hyperScrollEnabled},
+            {"wheel mode", wordOf(held.scrollWheelMode), wordOf(m_record.scrollWheelMode)},
         };
-        add("polling rate", held.pollingRate, m_record.pollingRate);
-        add("hyper-scroll", held.hyperScrollEnabled, m_record.hyperScrollEnabled);
-        add("wheel mode", wordOf(held.scrollWheelMode), wordOf(m_record.scrollWheelMode));
+        for (const auto &[setting, from, to] : rest) {
+            if (from != to) {
+                add(Part::rest, setting, from, to, Kind::unsupported);
+            }
+        }
     }
 
     const DeviceState &m_record;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CLI/MouseCommand.h"
-#include "CLI/SettingsFile.h"
+#include "Core/Device/SettingsFile.h"
 
 #include <functional>
 

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <set>
 
 namespace kelmoth {
 
@@ -141,17 +142,12 @@ ActionOrFailure makeAction(const ActionWord &row, const std::string &value)
     return *ButtonAction::make(row.which, isNumbered ? ButtonAction::Value(row.first) : std::monostate{});
 }
 
-/// The models' words, each once, in the order of the cases.
-template <class E> std::vector<E> united(const auto &offered)
+/// Puts some cases among others, each once, in their order.
+template <class E> void unite(std::vector<E> &all, const std::vector<E> &some)
 {
-    std::vector<E> cases;
-    std::ranges::copy_if(allCases<E>(), std::back_inserter(cases), [&](E value) {
-        return std::ranges::any_of(basiliskModels(), [&](const auto &model) {
-            const auto &some = offered(model);
-            return std::ranges::find(some, value) != some.end();
-        });
-    });
-    return cases;
+    std::set<E> cases(all.begin(), all.end());
+    cases.insert(some.begin(), some.end());
+    all.assign(cases.begin(), cases.end());
 }
 
 std::vector<MouseButton> buttonsOf(const RazerDevice &device)
@@ -174,14 +170,16 @@ Vocabulary Vocabulary::of(const RazerDevice &device)
 
 Vocabulary Vocabulary::ofAll()
 {
-    const auto device = [](const BasiliskModel &model) {
-        RazerDevice any;
-        any.productID = rawValue(model.productID);
-        return any;
-    };
-    return {"there is", united<RGBZone>([&](const auto &m) { return device(m).capabilities().rgbZones; }),
-            united<RGBEffect>([&](const auto &m) { return device(m).capabilities().rgbEffects; }),
-            united<MouseButton>([&](const auto &m) { return buttonsOf(device(m)); }), true};
+    Vocabulary all{"there is", {}, {}, {}, true};
+    for (const auto &model : basiliskModels()) {
+        RazerDevice device;
+        device.productID = rawValue(model.productID);
+        const auto own = of(device);
+        unite(all.zones, own.zones);
+        unite(all.effects, own.effects);
+        unite(all.buttons, own.buttons);
+    }
+    return all;
 }
 
 Words Vocabulary::actions() const

@@ -1,8 +1,10 @@
 #include "CLI/Arguments.h"
-#include "CLI/Composition.h"
-#include "CLI/DiagnosticLog.h"
 #include "CLI/Session.h"
+#include "Platform/DiagnosticLog.h"
+#include "Platform/Linux/LinuxPlatform.h"
 #include "Platform/Linux/StandardStreams.h"
+#include "Platform/Qt/QtPlatform.h"
+#include "Platform/Simulated/SimulatedPlatform.h"
 
 #include <QCoreApplication>
 
@@ -18,6 +20,21 @@ namespace {
 void forwardQtMessage(QtMsgType, const QMessageLogContext &, const QString &message)
 {
     log("%s", qUtf8Printable(message));
+}
+
+/// The system that is worked on: this one, or simulated mice in its place. None when the list of simulated
+/// mice is wrong; `failure` then says how.
+std::optional<Platform> composePlatform(const Options &options, std::shared_ptr<Log> log,
+                                        std::string *failure)
+{
+    auto platform = linuxPlatform();
+    // No bundle: what is printed is English in every session, for the programs that read it.
+    platform.userDefaults = settingsUserDefaults(std::chrono::seconds{20}); // a busy disk is no failure
+    platform.log = std::move(log);
+    if (options.simulate && !simulateMice(*options.simulate, platform, failure)) {
+        return std::nullopt;
+    }
+    return platform;
 }
 
 ExitStatus runCommand(const Invocation &invocation, Output &output)

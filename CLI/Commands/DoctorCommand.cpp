@@ -1,6 +1,5 @@
 #include "CLI/Mice.h"
 #include "CLI/Reports/DoctorReport.h"
-#include "CLI/UdevRule.h"
 
 #include <CLI/CLI.hpp>
 
@@ -8,30 +7,13 @@ namespace kelmoth {
 
 namespace {
 
-/// `done` when a mouse can be configured, `noPermission` when one could but for the access right.
-ExitStatus verdictOf(const Examination &examination)
-{
-    using Kind = DoctorProblem::Kind;
-    const auto canConfigure = [](const auto &node) { return node.takesCommands && node.access == 0; };
-    if (std::ranges::any_of(examination.hidNodes, canConfigure)) {
-        return ExitStatus::done;
-    }
-    const auto &problems = examination.problems;
-    return std::ranges::find(problems, Kind::noAccess, &DoctorProblem::kind) == problems.end()
-               ? ExitStatus::noMouse
-               : ExitStatus::noPermission;
-}
-
 /// Shows what stands between this user and the mouse.
 class DoctorCommand : public Command {
 public:
     DoctorCommand()
         : Command({"doctor", "Show what stands between you and the mouse, and the remedy",
-                   R"(Looks at device nodes, permissions, the udev rule and drivers. Sends nothing to a
-mouse and changes nothing. The exit status is 0 when a mouse can be configured.
-
-Example:
-  kelmothctl doctor)"})
+                   "Sends nothing to a mouse and changes nothing. The exit status is 0 when one can be "
+                   "configured."})
     {
     }
 
@@ -60,7 +42,10 @@ Example:
                 scope.supported.push_back(rawValue(model.productID));
             }
             diagnosis.examination = examine(scope);
-            diagnosis.verdict = verdictOf(diagnosis.examination);
+            diagnosis.verdict = diagnosis.examination.canConfigure() ? ExitStatus::done
+                                : diagnosis.examination.has(DoctorProblem::Kind::noAccess)
+                                    ? ExitStatus::noPermission
+                                    : ExitStatus::noMouse;
         }
         if (session->options().json) {
             output.printJSON(diagnosisJSON(diagnosis));
@@ -76,9 +61,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> doctorCommand()
-{
-    return std::make_unique<DoctorCommand>();
-}
+constinit const CommandFactory doctorCommand = [] { return CommandPointer(new DoctorCommand); };
 
 } // namespace kelmoth

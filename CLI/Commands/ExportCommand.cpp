@@ -1,6 +1,6 @@
 #include "CLI/MouseCommand.h"
 #include "CLI/Reports/ReadReport.h"
-#include "CLI/SettingsFile.h"
+#include "Core/Device/SettingsFile.h"
 #include "Platform/RegularFile.h"
 
 #include <CLI/CLI.hpp>
@@ -13,14 +13,10 @@ namespace {
 class ExportCommand : public MouseCommand {
 public:
     ExportCommand()
-        : MouseCommand({"export", "Write the settings of a mouse into a file",
-                        R"(Writes to standard output when no file is named. When the mouse does not answer for
-all of its settings nothing is written, and the exit status is 1; the lift-off
-distance alone may be left out.
-
-Example:
-  kelmothctl export basilisk.json)"},
-                       Need::reading)
+        : MouseCommand(
+              {"export", "Write the settings of a mouse into a file",
+               "When the mouse does not answer for all but the lift-off distance nothing is written."},
+              Need::reading)
     {
     }
 
@@ -75,9 +71,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> exportCommand()
-{
-    return std::make_unique<ExportCommand>();
-}
+constinit const CommandFactory exportCommand = [] { return CommandPointer(new ExportCommand); };
 
 } // namespace kelmoth

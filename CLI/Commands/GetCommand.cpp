@@ -31,17 +31,9 @@ std::string bareText(const JSON &value)
 class GetCommand : public MouseCommand {
 public:
     GetCommand()
-        : MouseCommand(
-              {"get", "Print one setting, for scripts",
-               R"(Asks the mouse for no more than it prints: the resolution in use, the active stage, the
-resolutions of all stages, a zone's effect, colour and brightness, what a button does,
-the lift-off distance, the battery in percent, or whether it is charging.
-
-Example:
-  kelmothctl get dpi
-  kelmothctl get light logo)",
-               true},
-              Need::none)
+        : MouseCommand({"get", "Print one setting, for scripts",
+                        "The mouse is asked for no more than is printed.", true},
+                       Need::none)
     {
     }
 
@@ -160,9 +152,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> getCommand()
-{
-    return std::make_unique<GetCommand>();
-}
+constinit const CommandFactory getCommand = [] { return CommandPointer(new GetCommand); };
 
 } // namespace kelmoth

@@ -17,12 +17,7 @@ class ImportCommand : public MouseCommand {
 public:
     ImportCommand()
         : MouseCommand({"import", "Give a mouse the settings of a file",
-                        R"(Takes a file as "kelmothctl export" writes it, and writes each setting that differs
-and that the model supports. Each is reported; when one fails the exit status is 1,
-and 5 when the mouse took all of it, but it could not be saved.
-
-Example:
-  kelmothctl import basilisk.json)"},
+                        "Each setting that differs and that the model supports is written and reported."},
                        Need::changing)
     {
     }
@@ -72,9 +67,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> importCommand()
-{
-    return std::make_unique<ImportCommand>();
-}
+constinit const CommandFactory importCommand = [] { return CommandPointer(new ImportCommand); };
 
 } // namespace kelmoth

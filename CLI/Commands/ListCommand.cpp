@@ -36,10 +36,7 @@ class ListCommand : public Command {
 public:
     ListCommand()
         : Command({"list", "Show the attached mice and whether they can be configured",
-                   R"(Mice over Bluetooth are listed too, and why they cannot be configured.
-
-Example:
-  kelmothctl list --json | jq -r '.[].device.name')"})
+                   "Mice over Bluetooth are listed too, and why they cannot be configured."})
     {
     }
 
@@ -73,9 +70,6 @@ Example:
 
 } // namespace
 
-std::unique_ptr<Command> listCommand()
-{
-    return std::make_unique<ListCommand>();
-}
+constinit const CommandFactory listCommand = [] { return CommandPointer(new ListCommand); };
 
 } // namespace kelmoth

@@ -9,13 +9,10 @@ namespace {
 class ReadCommand : public MouseCommand {
 public:
     ReadCommand()
-        : MouseCommand({"read", "Show every setting as the mouse itself reports it",
-                        R"(Reads the first mouse that can be configured, or the one chosen with --product.
-Settings that the mouse does not answer for are left out, and the exit status is 1.
-
-Example:
-  kelmothctl read --product 0x00aa --json)"},
-                       Need::reading)
+        : MouseCommand(
+              {"read", "Show every setting as the mouse itself reports it",
+               "Settings that the mouse does not answer for are left out, and the exit status is 1."},
+              Need::reading)
     {
     }
 
@@ -44,9 +41,6 @@ Example:
 
 } // namespace
 
-std::unique_ptr<Command> readCommand()
-{
-    return std::make_unique<ReadCommand>();
-}
+constinit const CommandFactory readCommand = [] { return CommandPointer(new ReadCommand); };
 
 } // namespace kelmoth

@@ -15,14 +15,10 @@ using Part = SettingStep::Part;
 class ResetCommand : public MouseCommand {
 public:
     ResetCommand()
-        : MouseCommand({"reset", "Give a mouse the defaults of its model",
-                        R"(Resets dpi, lighting or buttons, or without a word all three; each setting that
-differs is written and reported as "kelmothctl import" does. Asks first where
-somebody can be asked.
-
-Example:
-  kelmothctl reset lighting --yes)"},
-                       Need::changing)
+        : MouseCommand(
+              {"reset", "Give a mouse the defaults of its model",
+               "Each setting that differs is written and reported. Asks first where somebody can be asked."},
+              Need::changing)
     {
     }
 
@@ -75,9 +71,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> resetCommand()
-{
-    return std::make_unique<ResetCommand>();
-}
+constinit const CommandFactory resetCommand = [] { return CommandPointer(new ResetCommand); };
 
 } // namespace kelmoth

@@ -54,16 +54,8 @@ class DPIChange : public Change {
 public:
     void declare(CLI::App &parser) override
     {
-        const auto take = [this](const std::string &text) {
-            const auto number = wholeNumber(text);
-            if (!number) {
-                throw CLI::ValidationError("VALUE", '"' + text + "\" is not a number of dots per inch");
-            }
-            m_dpi = *number;
-        };
-        parser.add_option_function<std::string>("VALUE", take, "Dots per inch, in steps of 100")
-            ->required()
-            ->option_text("REQUIRED");
+        const auto take = [this](double dpi) { m_dpi = static_cast<Int>(dpi); };
+        declareNumber(parser, "VALUE", take, 1, 99999, "Dots per inch, in steps of 100")->required();
         declareNumber(
             parser, "--stage", [this](double stage) { m_stage = static_cast<Int>(stage); }, 1, mostStages,
             "The stage, in place of the active one");
@@ -321,16 +313,10 @@ class SetCommand : public MouseCommand {
 public:
     SetCommand()
         : MouseCommand({"set", "Change one setting of a mouse",
-                        R"(Writes to the first mouse that can be configured, or the one chosen with --product.
-The mouse is read first, and what it took is saved. With --json all settings are
-printed as "kelmothctl read --json" does. A word that the model does not know is
-answered with those that it does; letter case, hyphens and underscores make no
-difference. When the mouse took the change, but it could not be saved, the exit
-status is 5.
+                        R"(The mouse is read first, and what it took is saved. With --json all settings are
+printed. Letter case, hyphens and underscores of the words make no difference.
 
 Example:
-  kelmothctl set dpi 1600 --stage 3
-  kelmothctl set stage next
   kelmothctl set light logo --effect static --color ff0000 --brightness 50
   kelmothctl set button back key:ctrl+z)",
                         true},
@@ -420,9 +406,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Command> setCommand()
-{
-    return std::make_unique<SetCommand>();
-}
+constinit const CommandFactory setCommand = [] { return CommandPointer(new SetCommand); };
 
 } // namespace kelmoth

@@ -1,15 +1,8 @@
 #include "CLI/Command.h"
-#include "CLI/MouseChanges.h"
 #include "CLI/Reports/MouseReport.h"
-#include "Platform/FileDescriptor.h"
+#include "Platform/Linux/ReaderWatch.h"
 
 #include <QCoroFuture>
-#include <QPromise>
-#include <QSocketNotifier>
-
-#include <cstdint>
-#include <sys/epoll.h>
-#include <sys/socket.h>
 
 namespace kelmoth {
 
@@ -27,36 +20,22 @@ std::string changeLine(const MouseChange &change, const Terminal &terminal)
     return line + " (" + productIDText(device.productID) + ", " + device.connectionLabel() + ")\n";
 }
 
-/// What tells that nobody reads any more, besides errors and the end of both directions, which always do.
-/// Over a network the reader's going looks like its having said all that it has to say; on this machine it
-/// does not.
-std::uint32_t signOfNoReader(int descriptor)
-{
-    int family = AF_UNSPEC;
-    ::socklen_t size = sizeof family;
-    const bool isSocket = ::getsockopt(descriptor, SOL_SOCKET, SO_DOMAIN, &family, &size) == 0;
-    return isSocket && family != AF_UNIX ? std::uint32_t{EPOLLRDHUP} : 0;
-}
-
 /// Writes a line for each thing that happens to a mouse, until the end of its reader or of the process.
 /// Sleeps in between: it has no timer.
 class WatchCommand : public Command {
 public:
     WatchCommand()
-        : Command({"watch", "Show attach, detach and battery changes as they happen",
-                   R"(Writes one line for each change, beginning with the mice that are attached, until
-it is interrupted. With --json each line is an object.
-
-Example:
-  kelmothctl watch --json | jq --unbuffered -r '.event')"})
+        : Command(
+              {"watch", "Show attach, detach and battery changes as they happen",
+               "One line for each change, beginning with the mice that are there, until it is interrupted."})
     {
     }
 
     QCoro::Task<ExitStatus> run(Session *session) override
     {
         m_session = session;
-        m_end.start();
-        watchReader();
+        // Without it a watch of mice that never change would outlive its reader.
+        m_reader.emplace(session->output().standardOutput());
         // Level and charging status change one after the other: queued, they are seen together.
         auto &monitor = session->monitor(true);
         QObject::connect(
@@ -67,26 +46,12 @@ Example:
                 {Failure::Code::failed, "the system does not tell of mice that come and go"});
         }
         report();
-        QFuture<void> ended = m_end.future();
+        QFuture<void> ended = m_reader->ended();
         co_await ended;
         co_return ExitStatus::done;
     }
 
 private:
-    void watchReader()
-    {
-        // Without this a watch of mice that never change would outlive its reader. What comes in from there,
-        // which a notifier of the descriptor itself would tell of without end, is not asked for.
-        const int descriptor = m_session->output().standardOutput();
-        ::epoll_event event{.events = signOfNoReader(descriptor), .data = {}};
-        m_hangUp = FileDescriptor(::epoll_create1(EPOLL_CLOEXEC));
-        if (::epoll_ctl(m_hangUp.get(), EPOLL_CTL_ADD, descriptor, &event) != 0) {
-            return; // a file, which has no reader
-        }
-        m_reader = std::make_unique<QSocketNotifier>(m_hangUp.get(), QSocketNotifier::Read);
-        QObject::connect(m_reader.get(), &QSocketNotifier::activated, m_reader.get(), [this] { finish(); });
-    }
-
     void report()
     {
         auto &output = m_session->output();
@@ -104,7 +69,7 @@ private:
                                      ? output.printJSON(json)
                                      : output.print(changeLine(change, m_session->terminal()));
             if (!written) {
-                finish();
+                m_reader->end();
                 return;
             }
             if (isGone) {
@@ -114,27 +79,14 @@ private:
         m_known = std::move(devices);
     }
 
-    void finish()
-    {
-        if (m_reader) {
-            m_reader->setEnabled(false);
-        }
-        m_end.finish();
-    }
-
     Session *m_session = nullptr;
-    FileDescriptor m_hangUp; ///< becomes readable when the reader goes
-    std::unique_ptr<QSocketNotifier> m_reader;
+    std::optional<ReaderWatch> m_reader;
     std::vector<RazerDevice> m_known;
     std::map<QUuid, ListedMouse> m_mice; ///< as they were last seen
-    QPromise<void> m_end;
 };
 
 } // namespace
 
-std::unique_ptr<Command> watchCommand()
-{
-    return std::make_unique<WatchCommand>();
-}
+constinit const CommandFactory watchCommand = [] { return CommandPointer(new WatchCommand); };
 
 } // namespace kelmoth

@@ -6,21 +6,7 @@
 
 #include <QSysInfo>
 
-#include <cerrno>
-#include <system_error>
-
 namespace kelmoth {
-
-template <> struct RawValues<DoctorProblem::Kind> {
-    static constexpr std::array table{
-        std::string_view{"no-device"},   std::string_view{"no-driver"},
-        std::string_view{"no-hid-node"}, std::string_view{"no-command-interface"},
-        std::string_view{"no-access"},   std::string_view{"node-failed"},
-        std::string_view{"no-rules"},    std::string_view{"rules-masked"},
-        std::string_view{"bluetooth"},   std::string_view{"other-vendor"},
-        std::string_view{"unsupported"},
-    };
-};
 
 namespace {
 
@@ -49,14 +35,6 @@ JSON systemJSON()
             {"session", variable("XDG_SESSION_TYPE")},
             {"seat", variable("XDG_SEAT")},
             {"remote", isRemote}};
-}
-
-std::string accessText(int access)
-{
-    if (access == 0) {
-        return "can be opened";
-    }
-    return access == EACCES || access == EPERM ? "no permission" : std::generic_category().message(access);
 }
 
 Table::Cell accessCell(int access)
@@ -117,12 +95,6 @@ std::string renderProblems(const Examination &examination, const Terminal &termi
     return text.empty() ? text : text + '\n';
 }
 
-std::string rulesText(const Examination &examination)
-{
-    return "udev rule: " + examination.rulesFile.value_or("not installed") +
-           (examination.areRulesMasked ? " (masked)" : "");
-}
-
 std::string confinementText(int landlockVersion)
 {
     return landlockVersion > 0 ? "The panel confines itself to its own files (Landlock " +
@@ -173,7 +145,7 @@ JSON hidJSON(const HIDNodeFact &node)
 
 JSON problemJSON(const DoctorProblem &problem)
 {
-    return {{"kind", rawValue(problem.kind)}, {"what", problem.what}, {"remedy", problem.remedy}};
+    return {{"kind", nameOf(problem.kind)}, {"what", problem.what}, {"remedy", problem.remedy}};
 }
 
 JSON listJSON(const auto &items, JSON (*toJSON)(const typename std::decay_t<decltype(items)>::value_type &))
@@ -188,10 +160,12 @@ JSON listJSON(const auto &items, JSON (*toJSON)(const typename std::decay_t<decl
 std::string renderDiagnosis(const Diagnosis &diagnosis, const Terminal &terminal)
 {
     const auto &[examination, isSimulated, verdict] = diagnosis;
+    const auto rules = "udev rule: " + examination.rulesFile.value_or("not installed") +
+                       (examination.areRulesMasked ? " (masked)" : "");
     const auto text =
         isSimulated ? std::string("These mice are simulated: nothing of this system has been looked at.\n")
                     : renderFacts(examination, terminal) + renderProblems(examination, terminal) +
-                          terminal.styled(rulesText(examination), Style::plain) + '\n' +
+                          terminal.styled(rules, Style::plain) + '\n' +
                           confinementText(examination.landlockVersion) + '\n';
     const auto style = verdict == ExitStatus::done ? Style::good : Style::bad;
     return renderSystem(terminal) + text + terminal.styled(verdictText(verdict), style) + '\n';

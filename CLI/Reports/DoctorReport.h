@@ -5,6 +5,9 @@
 
 namespace kelmoth {
 
+/// The text of Resources/70-kelmoth.rules.
+extern const std::string_view udevRule;
+
 /// What was found out, and on what.
 struct Diagnosis {
     Examination examination;

@@ -52,12 +52,6 @@ std::string renderStages(const DeviceState &state, const Terminal &terminal)
     return underHeading("DPI stages", table, terminal);
 }
 
-/// The text of a JSON value that is one word.
-std::string wordIn(const JSON &value)
-{
-    return value.is_string() ? value.get<std::string>() : value.dump();
-}
-
 std::string renderLighting(const Vocabulary &vocabulary, const DeviceState &state, const Terminal &terminal)
 {
     Table table;
@@ -71,10 +65,10 @@ std::string renderLighting(const Vocabulary &vocabulary, const DeviceState &stat
         const auto &color = state.rgbSettings.at(zone).color;
         table.addRow({{wordOf(zone)},
                       {zoneName(zone)},
-                      {wordIn(light["effect"])},
+                      {light["effect"].get<std::string>()},
                       {isColored ? hexText(color) : "", Style::plain, false,
                        isColored ? std::optional(color) : std::nullopt},
-                      {wordIn(light["brightness"]) + " %", Style::plain, true}});
+                      {light["brightness"].dump() + " %", Style::plain, true}});
     }
     return underHeading("Lighting", table, terminal);
 }
@@ -108,27 +102,6 @@ JSON stagesJSON(const Mouse &mouse)
             {"maximum", mouse.device().capabilities().maxDPI}};
 }
 
-/// What was not answered, each as `dpi`, `zone`, `button`, `liftOff` and `battery` call it.
-template <class Zone, class Button>
-Words unansweredItems(const Mouse &mouse, const char *dpi, const Zone &zone, const Button &button,
-                      const char *liftOff)
-{
-    const auto &unanswered = mouse.reading.unanswered;
-    Words items;
-    if (unanswered.dpiStages) {
-        items.emplace_back(dpi);
-    }
-    std::ranges::transform(unanswered.zones, std::back_inserter(items), zone);
-    std::ranges::transform(unanswered.buttons, std::back_inserter(items), button);
-    if (unanswered.liftOff) {
-        items.emplace_back(liftOff);
-    }
-    if (isBatteryUnanswered(mouse.device())) {
-        items.emplace_back("battery");
-    }
-    return items;
-}
-
 } // namespace
 
 std::string renderReading(const Mouse &mouse)
@@ -144,32 +117,45 @@ JSON readingJSON(const Mouse &mouse)
 {
     const auto &state = mouse.reading.state;
     const auto vocabulary = Vocabulary::of(mouse.device());
+    auto unanswered = JSON::array();
+    const auto noting = [&unanswered](const std::string &member, JSON value) {
+        if (value.is_null()) {
+            unanswered.push_back(member);
+        }
+        return value;
+    };
+    auto dpi = noting("dpi", stagesJSON(mouse));
     auto lighting = JSON::object();
     for (const auto zone : vocabulary.zones) {
-        lighting[wordOf(zone)] = lightJSON(zone, state);
+        lighting[wordOf(zone)] = noting("lighting." + wordOf(zone), lightJSON(zone, state));
     }
     auto buttons = JSON::object();
     for (const auto button : vocabulary.buttons) {
-        buttons[wordOf(button)] = buttonJSON(button, state);
+        buttons[wordOf(button)] = noting("buttons." + wordOf(button), buttonJSON(button, state));
     }
     const auto &level = mouse.reading.liftOffLevel;
+    auto liftOff = noting("liftOff", level ? JSON(liftOffWord(*level)) : JSON());
+    if (isBatteryUnanswered(mouse.device())) {
+        unanswered.push_back("battery");
+    }
     return {{"schema", schema},
             {"device", deviceJSON(mouse.device(), mouse.listed.path)},
             {"battery", batteryJSON(mouse.device())},
-            {"dpi", stagesJSON(mouse)},
+            {"dpi", dpi},
             {"lighting", lighting},
             {"buttons", buttons},
-            {"liftOff", level ? JSON(liftOffWord(*level)) : JSON()},
-            {"unanswered", unansweredItems(
-                               mouse, "dpi", [](auto zone) { return "lighting." + wordOf(zone); },
-                               [](auto button) { return "buttons." + wordOf(button); }, "liftOff")}};
+            {"liftOff", liftOff},
+            {"unanswered", unanswered}};
 }
 
 Words unansweredWords(const Mouse &mouse)
 {
-    return unansweredItems(
-        mouse, "DPI stages", [](auto zone) { return "lighting of " + wordOf(zone); },
-        [](auto button) { return "button " + wordOf(button); }, "lift-off distance");
+    auto words = mouse.reading.unanswered.words();
+    std::ranges::transform(words, words.begin(), hyphenated);
+    if (isBatteryUnanswered(mouse.device())) {
+        words.emplace_back("battery");
+    }
+    return words;
 }
 
 JSON lightJSON(RGBZone zone, const DeviceState &state)

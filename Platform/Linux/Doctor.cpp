@@ -260,6 +260,34 @@ private:
 
 } // namespace
 
+std::string_view nameOf(Kind kind)
+{
+    static constexpr std::array<std::string_view, 11> names{
+        "no-device", "no-driver",    "no-hid-node", "no-command-interface", "no-access",   "node-failed",
+        "no-rules",  "rules-masked", "bluetooth",   "other-vendor",         "unsupported",
+    };
+    return names.at(static_cast<std::size_t>(kind));
+}
+
+std::string accessText(int access)
+{
+    if (access == 0) {
+        return "can be opened";
+    }
+    return isRefusal(access) ? "no permission" : std::generic_category().message(access);
+}
+
+bool Examination::canConfigure() const
+{
+    return std::ranges::any_of(hidNodes,
+                               [](const auto &node) { return node.takesCommands && node.access == 0; });
+}
+
+bool Examination::has(DoctorProblem::Kind kind) const
+{
+    return std::ranges::find(problems, kind, &DoctorProblem::kind) != problems.end();
+}
+
 std::vector<std::string> defaultRulesDirectories()
 {
     return {"/etc/udev/rules.d", "/run/udev/rules.d", "/usr/local/lib/udev/rules.d", "/usr/lib/udev/rules.d",

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelmoth {
@@ -61,6 +62,12 @@ struct DoctorProblem {
     std::string remedy; ///< one English line: what the user can do; a command where one does it
 };
 
+/// The name by which programs are told of a kind: "no-access".
+std::string_view nameOf(DoctorProblem::Kind kind);
+
+/// What the access to a node is, in words: "can be opened", "no permission", or the system's own.
+std::string accessText(int access);
+
 /// What is looked at.
 struct DoctorScope {
     std::vector<std::uint16_t> supported;      ///< product IDs of the mice that can be configured
@@ -75,6 +82,12 @@ struct Examination {
     bool areRulesMasked = false;          ///< the file is empty, or a link to /dev/null: there are none
     std::vector<DoctorProblem> problems;  ///< empty: nothing stands in the way
     int landlockVersion = 0;              ///< with which programs can confine themselves here; 0: they cannot
+
+    /// Whether there is a mouse that can be configured now.
+    bool canConfigure() const;
+
+    /// Whether there is a problem of this kind.
+    bool has(DoctorProblem::Kind kind) const;
 };
 
 /// Where udev looks for rules, first found wins.

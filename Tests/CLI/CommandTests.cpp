@@ -1,8 +1,9 @@
 // The commands of kelmothctl on simulated mice, in a time that nobody has to wait for.
 
-#include "CLI/ChangeLock.h"
-#include "CLI/MouseChanges.h"
+#include "CLI/Reports/MouseReport.h"
 #include "CLI/SettingPlan.h"
+#include "Core/HID/RazerProtocol.h"
+#include "Platform/Linux/ChangeLock.h"
 #include "Tests/Manager/SimulatedMachineTest.h"
 
 #include <QCoreApplication>
@@ -99,7 +100,7 @@ TEST_F(CommandTest, AWrongWordIsAnsweredWithThoseThatAreAllowedAndNothingIsSent)
         {"get battery", "the Razer Basilisk V3 has no battery"},
         {"get charging", "no way to say", "battery", "basilisk-v3-x-hyperspeed"},
         {"--product 0x10000 list", "0x10000"},
-        {"set dpi 99999999999999999999", "99999999999999999999"},
+        {"set dpi 99999999999999999999", "\"99999999999999999999\" is not 1 to 99999"},
         {"set dpi 26100", "takes 100 to 26000 DPI in steps of 100, not 26100"},
         {"set dpi 900 --stage 1.5", "\"1.5\" is not 1 to 5"},
         {"set stage 0", "\"0\" is not 1 to 5, next or previous"},
@@ -180,31 +181,17 @@ TEST_F(CommandTest, ReadTellsWhatWasAnsweredFromWhatWasNot)
         return result;
     };
     const auto json = read("read --json").json();
-    const auto light = JSON::parse(R"({"effect":"static","color":"#00ff00","brightness":100})");
-    EXPECT_EQ(json, JSON({{"schema", 1},
-                          {"device",
-                           {{"productID", 0xAA},
-                            {"name", "Razer Basilisk V3 Pro (Wired)"},
-                            {"connection", "usb-cable"},
-                            {"transport", "USB"},
-                            {"path", "simulated:0/0"}}},
-                          {"battery", nullptr},
-                          {"dpi", nullptr},
-                          {"lighting", {{"scroll-wheel", light}, {"logo", nullptr}, {"underglow", light}}},
-                          {"buttons",
-                           {{"left", "left-click"},
-                            {"right", "right-click"},
-                            {"middle", "middle-click"},
-                            {"forward", "forward"},
-                            {"back", "back"},
-                            {"dpi-up", "dpi-cycle"},
-                            {"dpi-down", "wheel-mode"},
-                            {"scroll-up", "scroll-up"},
-                            {"scroll-down", "scroll-down"},
-                            {"clutch", nullptr},
-                            {"profile", "profile-switch"}}},
-                          {"liftOff", nullptr},
-                          {"unanswered", {"dpi", "lighting.logo", "buttons.clutch", "liftOff", "battery"}}}));
+    EXPECT_EQ(json.dump(),
+              R"j({"schema":1,"device":{"productID":170,"name":"Razer Basilisk V3 Pro (Wired)",)j"
+              R"("connection":"usb-cable","transport":"USB","path":"simulated:0/0"},)"
+              R"("battery":null,"dpi":null,"lighting":{"scroll-wheel":{"effect":"static",)"
+              R"("color":"#00ff00","brightness":100},"logo":null,"underglow":{"effect":"static",)"
+              R"("color":"#00ff00","brightness":100}},"buttons":{"left":"left-click",)"
+              R"("right":"right-click","middle":"middle-click","forward":"forward",)"
+              R"("back":"back","dpi-up":"dpi-cycle","dpi-down":"wheel-mode",)"
+              R"("scroll-up":"scroll-up","scroll-down":"scroll-down","clutch":null,)"
+              R"("profile":"profile-switch"},"liftOff":null,"unanswered":["dpi",)"
+              R"("lighting.logo","buttons.clutch","liftOff","battery"]})");
     EXPECT_THAT(read("read").output,
                 AllOf(HasSubstr("Battery     no answer"), HasSubstr("DPI stages\n  no answer"),
                       HasSubstr("Logo          no answer"), HasSubstr("Clutch             no answer")));
@@ -344,6 +331,36 @@ TEST_F(ChangeTest, ARefusalIsToldInTheManagersWordsAndWhatWasNotReadIsNotWritten
         const auto result = run(line);
         EXPECT_EQ(result.status, ExitStatus::usage);
         EXPECT_EQ(result.complaints, "kelmothctl: the mouse has 3 DPI stages: there is no stage 4\n");
+    }
+}
+
+TEST_F(ChangeTest, ResetGivesTheDefaultsOfTheModel)
+{
+    auto &mouse = plugIn("basilisk-v3");
+    const auto fresh = mouse.state();
+    auto held = fresh;
+    held.dpiStages[1] = 900;
+    held.lights[RGBZone::logo].brightness = 3;
+    held.buttons[{0, MouseButton::back, false}] = {};
+    held.liftOff = 2;
+    mouse.setState(held);
+    EXPECT_EQ(run("reset Lighting --yes").output,
+              "lighting of logo: static #00ff00, 1.2 % -> static #00ff00, "
+              "100 %: done\n");
+    EXPECT_EQ(mouse.state().dpiStages, held.dpiStages);
+    const auto results = run("reset --yes --json").json()["results"];
+    EXPECT_EQ(results.size(), 3) << results; // the active stage too
+    EXPECT_EQ(mouse.state().dpiStages, fresh.dpiStages);
+    EXPECT_EQ(mouse.state().buttons, fresh.buttons);
+    EXPECT_EQ(mouse.state().liftOff, 2);
+}
+
+TEST(SettingWordsTest, EachBrightnessIsPrintedSoThatItComesBackAsTheSameByte)
+{
+    for (int byte = 0; byte <= 255; ++byte) {
+        const auto percent = percentOf(byte / 255.0);
+        EXPECT_EQ(RazerProtocol::brightnessByte(percent / 100), byte) << percent;
+        EXPECT_NEAR(percent, byte / 2.55, 0.5);
     }
 }
 

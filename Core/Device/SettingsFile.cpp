@@ -1,6 +1,5 @@
-#include "CLI/SettingsFile.h"
+#include "Core/Device/SettingsFile.h"
 
-#include "CLI/SettingWords.h"
 #include "Core/Device/JSONReader.h"
 
 namespace kelmoth {
@@ -8,6 +7,7 @@ namespace kelmoth {
 namespace {
 
 constexpr const char *liftOffMember = "liftOffLevel";
+constexpr Int highestLiftOff = 2;
 
 /// The level beside a record; none when there is no such member. Throws DecodingError.
 std::optional<Int> decodeLiftOff(std::string_view text)
@@ -18,7 +18,7 @@ std::optional<Int> decodeLiftOff(std::string_view text)
         return std::nullopt;
     }
     const Int level = member->integer();
-    if (level < 0 || level >= std::ssize(allCases<LiftOff>())) {
+    if (level < 0 || level > highestLiftOff) {
         member->fail(std::to_string(level) + " is outside 0 to 2");
     }
     return level;

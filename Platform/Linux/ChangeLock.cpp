@@ -1,4 +1,4 @@
-#include "CLI/ChangeLock.h"
+#include "Platform/Linux/ChangeLock.h"
 
 #include "Platform/RegularFile.h"
 
@@ -20,7 +20,7 @@ namespace kelmoth {
 namespace {
 
 /// Shorter than it takes to start a process: who waits gets its turn before one that is started anew.
-constexpr std::chrono::milliseconds pollInterval{5};
+constexpr std::chrono::milliseconds lockPollInterval{5};
 
 constexpr const char *fileName = "com.kelmoth.app.set.lock";
 
@@ -57,7 +57,7 @@ QCoro::Task<std::optional<std::string>> ChangeLock::take()
             co_return "another kelmothctl is changing settings; it has not ended in " +
                 std::to_string(limit.count()) + " seconds";
         }
-        co_await QCoro::sleepFor(pollInterval);
+        co_await QCoro::sleepFor(lockPollInterval);
     }
     co_return std::nullopt;
 }

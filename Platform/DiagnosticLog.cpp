@@ -1,4 +1,4 @@
-#include "CLI/DiagnosticLog.h"
+#include "Platform/DiagnosticLog.h"
 
 #include "Platform/FileDescriptor.h"
 
