@@ -5,16 +5,6 @@
 
 namespace kelmoth {
 
-namespace {
-
-RGBColor colorOf(std::uint32_t rgb)
-{
-    const auto channel = [rgb](int shift) { return static_cast<std::uint8_t>(rgb >> shift & 0xFF); };
-    return {channel(16), channel(8), channel(0)};
-}
-
-} // namespace
-
 Appearance &Appearance::shared()
 {
     return sharedInstance([] {
@@ -68,9 +58,7 @@ Appearance::Looks Appearance::looks() const
     looks.mode = mode();
     looks.isDark = looks.mode == Mode::system ? isSystemDark() : looks.mode == Mode::dark;
     if (m_desktop) {
-        if (const auto accent = m_desktop->accentColor()) {
-            looks.accent = colorOf(*accent);
-        }
+        looks.accent = m_desktop->accentColor();
         looks.reduceMotion = m_desktop->reduceMotion();
         looks.reduceTransparency = m_desktop->reduceTransparency();
     }

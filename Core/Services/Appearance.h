@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Core/Device/RGBSetting.h"
 #include "Core/Services/Preferences.h"
 #include "Platform/DesktopSettings.h"
 
 #include <QObject>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -41,8 +41,8 @@ public:
 
     bool isDark() const { return m_looks.isDark; }
 
-    /// The desktop's accent colour; none when the toolkit's palette decides.
-    const std::optional<RGBColor> &accent() const { return m_looks.accent; }
+    /// The desktop's accent colour as 0xRRGGBB; none when the toolkit's palette decides.
+    std::optional<std::uint32_t> accent() const { return m_looks.accent; }
 
     bool reduceMotion() const { return m_looks.reduceMotion; }
     bool reduceTransparency() const { return m_looks.reduceTransparency; }
@@ -59,7 +59,7 @@ private:
     struct Looks {
         Mode mode = Mode::system;
         bool isDark = false;
-        std::optional<RGBColor> accent;
+        std::optional<std::uint32_t> accent;
         bool reduceMotion = false;
         bool reduceTransparency = false;
 

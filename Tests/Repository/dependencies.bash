@@ -17,7 +17,7 @@ Program/            Program/ Platform/
 UI/                 UI/ Core/
 Core/Device/        Core/Device/ Core/Services/L10n.h
 Core/HID/           Core/HID/ Core/Device/ Core/Services/ Platform/*
-Core/Services/      Core/Services/ Core/Device/RGBSetting.h Platform/*
+Core/Services/      Core/Services/ Platform/*
 Platform/           Platform/*
 Platform/Linux/     Platform/Linux/ Platform/*
 Platform/Qt/        Platform/Qt/ Platform/*

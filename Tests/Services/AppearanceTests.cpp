@@ -45,7 +45,7 @@ TEST_F(AppearanceTest, TellsOfChangesAsLongAsItLives)
         desktop->isMotionReduced = true;
         desktop->handler();
         EXPECT_EQ(changes.size(), 1);
-        EXPECT_EQ(appearance.accent(), (RGBColor{0x12, 0xF0, 0xA5}));
+        EXPECT_EQ(appearance.accent(), 0x12F0A5);
         EXPECT_TRUE(appearance.reduceMotion());
         EXPECT_FALSE(appearance.reduceTransparency());
 

@@ -50,10 +50,10 @@ bool Theme::eventFilter(QObject *watched, QEvent *event)
 void Theme::update()
 {
     const Appearance &appearance = Appearance::shared();
-    const auto &accent = appearance.accent();
+    const auto accent = appearance.accent();
     const Scheme scheme{.dark = appearance.isDark(),
                         .opaque = appearance.reduceTransparency(),
-                        .accent = accent ? QColor(accent->r, accent->g, accent->b) : highlight()};
+                        .accent = accent ? QColor::fromRgb(*accent) : highlight()};
     if (scheme == m_scheme && appearance.reduceMotion() == m_reduceMotion) {
         return;
     }
