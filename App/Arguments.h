@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Program/CommandLine.h"
+
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
-
-#include "Program/CommandLine.h"
 
 namespace kelmoth {
 

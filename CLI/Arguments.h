@@ -2,14 +2,13 @@
 
 #include "CLI/Command.h"
 #include "CLI/SettingWords.h"
+#include "Program/CommandLine.h"
 
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <variant>
-
-#include "Program/CommandLine.h"
 
 namespace CLI {
 class Option;

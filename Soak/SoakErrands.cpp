@@ -1,10 +1,10 @@
 #include "Soak/SoakErrands.h"
 
+#include "Soak/SoakBounds.h"
+
 #include <QCoreApplication>
 
 #include <unistd.h>
-
-#include "Soak/SoakBounds.h"
 
 namespace kelmoth {
 

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "Soak/SoakErrands.h"
+#include "Soak/SoakMouse.h"
+
 #include <nlohmann/json.hpp>
 
 #include <chrono>
 #include <memory>
 #include <utility>
 #include <vector>
-
-#include "Soak/SoakErrands.h"
-#include "Soak/SoakMouse.h"
 
 namespace kelmoth {
 

@@ -3,7 +3,7 @@
 #include "Core/Device/BasiliskProductID.h"
 #include "Core/Device/DeviceState.h"
 #include "Core/Device/RazerDevice.h"
-#include "Tests/Hardware/MockMouse.h"
+#include "Testbed/MockMouse.h"
 
 #include <QObject>
 

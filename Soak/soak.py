@@ -5,7 +5,7 @@ import os
 import subprocess
 import sys
 
-sys.path.append(os.path.join(os.path.dirname(__file__), "..", "Tests", "EndToEnd"))
+sys.path.append(os.path.join(os.path.dirname(__file__), "..", "Testbed"))
 from desktop import Desktop  # noqa: E402
 
 with Desktop() as desktop:

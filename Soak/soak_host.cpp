@@ -3,6 +3,11 @@
 // compared. Prints what it saw; status 1 when something was wrong. Runs under umockdev-wrapper, with a
 // screen, a session bus and a home of its own.
 
+#include "Soak/SoakBounds.h"
+#include "Soak/SoakErrands.h"
+#include "Soak/SoakFigures.h"
+#include "Soak/SoakMouse.h"
+
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QSettings>
@@ -13,11 +18,6 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
-
-#include "Soak/SoakBounds.h"
-#include "Soak/SoakErrands.h"
-#include "Soak/SoakFigures.h"
-#include "Soak/SoakMouse.h"
 
 namespace kelmoth {
 

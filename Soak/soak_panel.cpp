@@ -10,6 +10,8 @@
 #include "Core/HID/DeviceManager.h"
 #include "Core/Services/ToastManager.h"
 #include "Platform/Platform.h"
+#include "Soak/SoakBounds.h"
+#include "Soak/SoakGestures.h"
 #include "UI/Views/ContentModel.h"
 
 #include <QGuiApplication>
@@ -24,9 +26,6 @@
 #include <iostream>
 #include <string_view>
 #include <unistd.h>
-
-#include "Soak/SoakBounds.h"
-#include "Soak/SoakGestures.h"
 
 /// The mock of the kernel would lose a socket at each attempt to open a node that has gone.
 extern "C" int open(const char *path, int flags, ...)

@@ -2,8 +2,9 @@
 
 #include "Core/Device/DeviceDefaults.h"
 #include "Core/HID/RazerProtocol.h"
+#include "Testbed/MockMouse.h"
 #include "Tests/CLI/Shell.h"
-#include "Tests/Hardware/MockMouse.h"
+#include "Tests/Hardware/MockedMachineTest.h"
 
 #include <QSemaphore>
 #include <QSettings>

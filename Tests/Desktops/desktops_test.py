@@ -15,7 +15,7 @@ import sys
 import time
 import unittest
 
-sys.path.insert(0, os.path.join(os.path.dirname(__file__), "../EndToEnd"))
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "../../Testbed"))
 from shells import SHELLS, THICKNESS  # noqa: E402
 from sway import SwayDesktop, SwayScreen, as_user  # noqa: E402
 

@@ -10,7 +10,8 @@ import signal
 import sys
 import unittest
 
-from desktop import Desktop
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "../../Testbed"))
+from desktop import Desktop  # noqa: E402
 
 MODEL = "basilisk-v3-pro-wired"
 PROGRAM, HOST = sys.argv[1], (sys.argv[2:3] or [None])[0]

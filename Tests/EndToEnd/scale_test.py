@@ -4,11 +4,13 @@
 scale_test.py PROGRAM
 """
 
+import os
 import sys
 import time
 import unittest
 
-from desktop import Desktop
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "../../Testbed"))
+from desktop import Desktop  # noqa: E402
 
 PROGRAM = sys.argv[1]
 GROUND = 0xC040C0  # nothing of the panel looks like it

@@ -13,7 +13,8 @@ import sys
 import time
 import unittest
 
-from desktop import Desktop
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "../../Testbed"))
+from desktop import Desktop  # noqa: E402
 
 PROGRAM = sys.argv[1]
 REFUSAL = "Kelmoth: another instance is running or instance lock is unavailable"

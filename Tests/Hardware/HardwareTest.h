@@ -3,7 +3,8 @@
 #include "Platform/Linux/LinuxHID.h"
 #include "Platform/Linux/LinuxUSB.h"
 #include "Platform/Simulated/ManualTime.h"
-#include "Tests/Hardware/MockMouse.h"
+#include "Testbed/MockMouse.h"
+#include "Tests/Hardware/MockedMachineTest.h"
 
 #include <QCoreApplication>
 #include <QTest>

@@ -5,7 +5,7 @@
 #include "Platform/Linux/ExchangeLock.h"
 #include "Platform/Linux/LinuxUSBInterface.h"
 #include "Platform/Simulated/ManualTime.h"
-#include "Tests/Hardware/MockHidraw.h"
+#include "Testbed/MockHidraw.h"
 
 #include <QTemporaryDir>
 #include <gmock/gmock.h>

@@ -22,10 +22,11 @@ Platform/           Platform/*
 Platform/Linux/     Platform/Linux/ Platform/*
 Platform/Qt/        Platform/Qt/ Platform/*
 Platform/Simulated/ Platform/Simulated/ Platform/* Core/Device/ Core/HID/RazerProtocol.h
-Tests/              Tests/ App/ CLI/ Program/ UI/ Core/ Platform/
+Testbed/            Testbed/ Core/ Platform/
+Tests/              Tests/ Testbed/ App/ CLI/ Program/ UI/ Core/ Platform/
 Fuzz/               Fuzz/ Core/ Platform/
 Bench/              Bench/ App/ UI/ Core/ Platform/
-Soak/               Soak/ Tests/Hardware/ App/ UI/ Core/ Platform/
+Soak/               Soak/ Testbed/ App/ UI/ Core/ Platform/
 '
 
 # Files, and the foreign headers that they must do without: the interfaces show no library, Core knows no

@@ -1,6 +1,7 @@
-#include "Tests/Hardware/MockMouse.h"
+#include "Testbed/MockMouse.h"
 
 #include <QString>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <dlfcn.h>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <umockdev.h>
 
 #include <algorithm>
@@ -83,19 +82,6 @@ private:
     const GObjectPtr<UMockdevTestbed> m_testbed{umockdev_testbed_new()};
     const std::string m_root = take(umockdev_testbed_get_root_dir(get()));
     std::set<std::string> m_removed; ///< nodes that are gone
-};
-
-/// A test on a machine whose devices are mocked.
-class MockedMachineTest : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!umockdev_in_mock_environment()) {
-            GTEST_SKIP() << "not run under umockdev-wrapper";
-        }
-    }
-
-    const std::shared_ptr<MockTestbed> testbed = std::make_shared<MockTestbed>();
 };
 
 } // namespace kelmoth

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Platform/Simulated/SimulatedMouse.h"
-#include "Tests/Hardware/MockHidraw.h"
-#include "Tests/Hardware/MockTestbed.h"
+#include "Testbed/MockHidraw.h"
+#include "Testbed/MockTestbed.h"
 
 #include <optional>
 

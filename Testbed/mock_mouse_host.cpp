@@ -3,7 +3,7 @@
 // each. A SIGUSR1 pulls the mouse out or plugs it in again. Ends as the program ends. Runs under
 // umockdev-wrapper.
 
-#include "Tests/Hardware/MockMouse.h"
+#include "Testbed/MockMouse.h"
 
 #include <QCoreApplication>
 #include <QFile>
