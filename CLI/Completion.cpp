@@ -90,10 +90,10 @@ Words valuesOf(const std::string &name, std::string_view word)
 /// The option of a verb, or of those that it stands under; none when there is no such.
 const CLI::Option *optionOf(const CLI::App *verb, const std::string &name)
 {
-    while (verb && !verb->get_option_no_throw(name)) {
+    while (verb != nullptr && verb->get_option_no_throw(name) == nullptr) {
         verb = verb->get_parent();
     }
-    return verb ? verb->get_option_no_throw(name) : nullptr;
+    return verb != nullptr ? verb->get_option_no_throw(name) : nullptr;
 }
 
 Words optionsOf(const CLI::App *verb)
@@ -138,12 +138,12 @@ Words completions(const CLI::App &parser, const Words &words)
     std::size_t position = 0;
     for (std::size_t i = 0; i + 1 < words.size(); ++i) {
         const auto &word = words[i];
-        if (std::exchange(open, nullptr)) {
+        if (std::exchange(open, nullptr) != nullptr) {
             continue;
         }
         if (word.starts_with('-')) {
             const auto *option = optionOf(verb, word);
-            open = option && option->get_items_expected_max() > 0 ? option : nullptr;
+            open = option != nullptr && option->get_items_expected_max() > 0 ? option : nullptr;
         } else if (const auto *next = verbOf(*verb, word)) {
             verb = next;
         } else {

@@ -5,6 +5,7 @@
 #include "Core/HID/RazerProtocol.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace kelmoth {
@@ -145,10 +146,11 @@ private:
     void planRest()
     {
         const auto &held = m_mouse.state;
-        const std::tuple<const char *, JSON, JSON> rest[]{
-            {"polling rate", held.pollingRate, m_record.pollingRate},
-            {"hyper-scroll", held.hyperScrollEnabled, m_record.hyperScrollEnabled},
-            {"wheel mode", wordOf(held.scrollWheelMode), wordOf(m_record.scrollWheelMode)},
+        using Item = std::tuple<const char *, JSON, JSON>;
+        const std::array rest{
+            Item{"polling rate", held.pollingRate, m_record.pollingRate},
+            Item{"hyper-scroll", held.hyperScrollEnabled, m_record.hyperScrollEnabled},
+            Item{"wheel mode", wordOf(held.scrollWheelMode), wordOf(m_record.scrollWheelMode)},
         };
         for (const auto &[setting, from, to] : rest) {
             if (from != to) {

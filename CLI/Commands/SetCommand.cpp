@@ -32,7 +32,7 @@ public:
     virtual bool isBlind(const UnansweredItems &) const { return false; }
 
     /// Writes the change to the mouse, which has been read.
-    virtual QCoro::Task<WriteResult> apply(DeviceManager &manager) = 0;
+    virtual QCoro::Task<WriteResult> apply(DeviceManager *manager) = 0;
 
     /// What holds once the mouse has taken it: "DPI of stage 2 is now 900".
     virtual std::string outcome(const DeviceManager &manager) const = 0;
@@ -78,10 +78,10 @@ public:
 
     bool isBlind(const UnansweredItems &unanswered) const override { return unanswered.dpiStages; }
 
-    QCoro::Task<WriteResult> apply(DeviceManager &manager) override
+    QCoro::Task<WriteResult> apply(DeviceManager *manager) override
     {
-        m_stage = m_stage.value_or(manager.deviceState().currentDPIStage + 1);
-        return manager.changeDPI(m_dpi, *m_stage - 1);
+        m_stage = m_stage.value_or(manager->deviceState().currentDPIStage + 1);
+        return manager->changeDPI(m_dpi, *m_stage - 1);
     }
 
     std::string outcome(const DeviceManager &) const override
@@ -101,7 +101,7 @@ public:
         const auto take = [this](const std::string &text) {
             const auto word = folded(text);
             m_stage = wholeNumber(text).value_or(0);
-            m_step = word == "next" ? 1 : word == "previous" ? -1 : 0;
+            m_step = static_cast<int>(word == "next") - static_cast<int>(word == "previous");
             if (m_step == 0 && (m_stage < 1 || m_stage > mostStages)) {
                 throw CLI::ValidationError("STAGE", '"' + text + "\" is not 1 to " +
                                                         std::to_string(mostStages) + ", next or previous");
@@ -117,14 +117,14 @@ public:
     Objection misfit(const DeviceState &held) const override { return missingStage(m_stage, held); }
     bool isBlind(const UnansweredItems &unanswered) const override { return unanswered.dpiStages; }
 
-    QCoro::Task<WriteResult> apply(DeviceManager &manager) override
+    QCoro::Task<WriteResult> apply(DeviceManager *manager) override
     {
-        const auto &held = manager.deviceState();
+        const auto &held = manager->deviceState();
         const auto count = std::ssize(held.dpiStages);
         if (m_step != 0 && count > 0) {
             m_stage = (held.currentDPIStage + m_step + count) % count + 1;
         }
-        return manager.changeDPIStage(m_stage - 1);
+        return manager->changeDPIStage(m_stage - 1);
     }
 
     std::string outcome(const DeviceManager &manager) const override
@@ -180,17 +180,17 @@ public:
         return !wanted.empty() && !(m_effect && m_color && m_brightness);
     }
 
-    QCoro::Task<WriteResult> apply(DeviceManager &manager) override
+    QCoro::Task<WriteResult> apply(DeviceManager *manager) override
     {
-        m_changed = zones(manager.connectedDevice()->capabilities().rgbZones);
+        m_changed = zones(manager->connectedDevice()->capabilities().rgbZones);
         WriteResult result;
         for (const auto zone : m_changed) {
-            const auto &held = manager.deviceState().rgbSettings;
+            const auto &held = manager->deviceState().rgbSettings;
             auto setting = held.contains(zone) ? held.at(zone) : RGBSetting{};
             setting.effect = m_effect ? *findWord(*m_effect, allCases<RGBEffect>()) : setting.effect;
             setting.color = m_color.value_or(setting.color);
             setting.brightness = m_brightness.value_or(setting.brightness);
-            result = co_await manager.changeRGB(zone, setting);
+            result = co_await manager->changeRGB(zone, setting);
             if (!result.isDone()) {
                 break;
             }
@@ -255,10 +255,11 @@ public:
         return wrong ? *wrong : obstacleTo(*button, std::get<ButtonAction>(action), words);
     }
 
-    QCoro::Task<WriteResult> apply(DeviceManager &manager) override
+    QCoro::Task<WriteResult> apply(DeviceManager *manager) override
     {
-        const auto action = actionFromText(m_action, Vocabulary::of(*manager.connectedDevice()));
-        return manager.changeButtonMapping(button(), std::get<ButtonAction>(action), m_profile, m_hypershift);
+        const auto action = actionFromText(m_action, Vocabulary::of(*manager->connectedDevice()));
+        return manager->changeButtonMapping(button(), std::get<ButtonAction>(action), m_profile,
+                                            m_hypershift);
     }
 
     std::string outcome(const DeviceManager &manager) const override
@@ -290,9 +291,9 @@ public:
                                               wordsOf(allCases<LiftOff>())));
     }
 
-    QCoro::Task<WriteResult> apply(DeviceManager &manager) override
+    QCoro::Task<WriteResult> apply(DeviceManager *manager) override
     {
-        return manager.changeLiftOff(static_cast<Int>(*level()));
+        return manager->changeLiftOff(static_cast<Int>(*level()));
     }
 
     std::string outcome(const DeviceManager &) const override
@@ -357,7 +358,7 @@ protected:
         if (failure) {
             co_return failure;
         }
-        const WriteResult result = co_await m_change->apply(manager);
+        const WriteResult result = co_await m_change->apply(&manager);
         const auto loss = session.flushDefaults();
         failure = mouse->failureOf(result);
         if (failure) {
@@ -393,12 +394,13 @@ private:
         return objection ? std::optional(Failure{Failure::Code::usage, *objection}) : std::nullopt;
     }
 
-    const Row m_changes[5]{
-        {"dpi", "Set the DPI of the active stage, or of another", std::make_unique<DPIChange>()},
-        {"stage", "Make a DPI stage the active one", std::make_unique<StageChange>()},
-        {"light", "Set the lighting of a zone, or of all", std::make_unique<LightChange>()},
-        {"button", "Say what a button does", std::make_unique<ButtonChange>()},
-        {"lift-off", "Set the height at which the mouse stops tracking", std::make_unique<LiftOffChange>()},
+    const std::array<Row, 5> m_changes{
+        Row{"dpi", "Set the DPI of the active stage, or of another", std::make_unique<DPIChange>()},
+        Row{"stage", "Make a DPI stage the active one", std::make_unique<StageChange>()},
+        Row{"light", "Set the lighting of a zone, or of all", std::make_unique<LightChange>()},
+        Row{"button", "Say what a button does", std::make_unique<ButtonChange>()},
+        Row{"lift-off", "Set the height at which the mouse stops tracking",
+            std::make_unique<LiftOffChange>()},
     };
     std::string_view m_name;
     Change *m_change = nullptr; ///< the one that the command line asks for

@@ -42,17 +42,23 @@ Table::Cell accessCell(int access)
     return {accessText(access), access == 0 ? Style::good : Style::bad};
 }
 
+std::string factText(const JSON &value)
+{
+    if (value.is_null()) {
+        return "none";
+    }
+    if (value.is_boolean()) {
+        return value.get<bool>() ? "yes" : "no";
+    }
+    return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
 std::string renderSystem(const Terminal &terminal)
 {
     Table table;
     const auto system = systemJSON();
     for (const auto &[name, value] : system.items()) {
-        const auto text = value.is_string() ? value.get<std::string>() : value.dump();
-        table.addRow({{name},
-                      {value.is_null()  ? "none"
-                       : value == true  ? "yes"
-                       : value == false ? "no"
-                                        : text}});
+        table.addRow({{name}, {factText(value)}});
     }
     return underHeading("System", table, terminal) + '\n';
 }
