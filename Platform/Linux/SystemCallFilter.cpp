@@ -26,6 +26,8 @@ constexpr int removexattratCall = 466;
 constexpr int fileSetattrCall = 469;
 
 constexpr std::array refusedCalls{
+    SCMP_SYS(truncate), // which Landlock before version 3 does not know
+    SCMP_SYS(truncate64),
     SCMP_SYS(chmod),
     SCMP_SYS(fchmodat),
     fchmodat2Call,
