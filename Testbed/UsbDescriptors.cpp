@@ -1,4 +1,4 @@
-#include "Tests/Kernel/UsbDescriptors.h"
+#include "Testbed/UsbDescriptors.h"
 
 #include <array>
 #include <string>

@@ -11,7 +11,7 @@
 //   packet,
 //                                the bytes, the status: negative an errno, -110 never completed
 
-#include "Tests/Kernel/UsbDescriptors.h"
+#include "Testbed/UsbDescriptors.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
