@@ -22,7 +22,8 @@ enum class ExitStatus {
 struct Failure {
     enum class Code { failed, usage, noMouse, noPermission, refused, noAnswer, unplugged, notSaved };
     Code code = Code::failed;
-    std::string message;     ///< one English line or more
+    std::string message; ///< one English line or more
+    // NOLINTNEXTLINE(readability-redundant-member-init): what leaves it out is no mistake
     std::string remedy = {}; ///< what the user can do; empty where that is not known
 
     /// What was sent to the mouse and what it answered say more.

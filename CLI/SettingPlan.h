@@ -30,6 +30,7 @@ struct SettingStep {
 /// How a step went.
 struct StepResult {
     const char *word = "done"; ///< or "failed" or "unsupported"
+    // NOLINTNEXTLINE(readability-redundant-member-init): what leaves it out is no mistake
     std::string reason = {};
 };
 

@@ -42,10 +42,11 @@ public:
                 scope.supported.push_back(rawValue(model.productID));
             }
             diagnosis.examination = examine(scope);
-            diagnosis.verdict = diagnosis.examination.canConfigure() ? ExitStatus::done
-                                : diagnosis.examination.has(DoctorProblem::Kind::noAccess)
-                                    ? ExitStatus::noPermission
-                                    : ExitStatus::noMouse;
+            const bool isDenied = diagnosis.examination.has(DoctorProblem::Kind::noAccess);
+            diagnosis.verdict = isDenied ? ExitStatus::noPermission : ExitStatus::noMouse;
+            if (diagnosis.examination.canConfigure()) {
+                diagnosis.verdict = ExitStatus::done;
+            }
         }
         if (session->options().json) {
             output.printJSON(diagnosisJSON(diagnosis));

@@ -5,6 +5,7 @@
 #include "Core/HID/RazerProtocol.h"
 
 #include <CLI/CLI.hpp>
+#include <array>
 
 namespace kelmoth {
 
@@ -87,24 +88,32 @@ protected:
     }
 
 private:
+    static QCoro::Task<JSON> askLevel(Mouse *mouse)
+    {
+        const std::optional<Data> answer =
+            co_await mouse->session->monitor().send(command::getBatteryLevel{}, mouse->device());
+        const auto level = answer ? RazerProtocol::parseBatteryLevel(*answer) : std::nullopt;
+        co_return level ? JSON(*level) : JSON();
+    }
+
+    static QCoro::Task<JSON> askCharging(Mouse *mouse)
+    {
+        const std::optional<Data> answer =
+            co_await mouse->session->monitor().send(command::getChargingStatus{}, mouse->device());
+        co_return answer ? JSON(RazerProtocol::parseChargingStatus(*answer)) : JSON();
+    }
+
     QCoro::Task<JSON> ask(Mouse *mouse)
     {
+        if (m_kind == "battery") {
+            co_return co_await askLevel(mouse);
+        }
+        if (m_kind == "charging") {
+            co_return co_await askCharging(mouse);
+        }
         auto &monitor = mouse->session->monitor();
         const auto &device = mouse->device();
         JSON value;
-        if (m_kind == "battery" || m_kind == "charging") {
-            const bool isLevel = m_kind == "battery";
-            const RazerCommand command = isLevel ? RazerCommand(command::getBatteryLevel{})
-                                                 : RazerCommand(command::getChargingStatus{});
-            const std::optional<Data> answer = co_await monitor.send(command, device);
-            const auto level = answer ? RazerProtocol::parseBatteryLevel(*answer) : std::nullopt;
-            if (isLevel && level) {
-                value = *level;
-            } else if (!isLevel && answer) {
-                value = RazerProtocol::parseChargingStatus(*answer);
-            }
-            co_return value;
-        }
         const auto zone = m_kind == "light" ? findWord(m_name, allCases<RGBZone>()) : std::nullopt;
         const auto button = m_kind == "button" ? findWord(m_name, allCases<MouseButton>()) : std::nullopt;
         DeviceItems items;
@@ -135,15 +144,16 @@ private:
         co_return value;
     }
 
-    static constexpr std::pair<std::string_view, std::string_view> kinds[]{
-        {"dpi", "Print the resolution in use"},
-        {"stage", "Print the number of the active DPI stage"},
-        {"stages", "Print the resolution of each stage"},
-        {"light", "Print the lighting of a zone"},
-        {"button", "Print what a button does"},
-        {"lift-off", "Print the height at which the mouse stops tracking"},
-        {"battery", "Print the battery level in percent"},
-        {"charging", "Print whether the battery is charging: true or false"},
+    using Kind = std::pair<std::string_view, std::string_view>;
+    static constexpr std::array kinds{
+        Kind{"dpi", "Print the resolution in use"},
+        Kind{"stage", "Print the number of the active DPI stage"},
+        Kind{"stages", "Print the resolution of each stage"},
+        Kind{"light", "Print the lighting of a zone"},
+        Kind{"button", "Print what a button does"},
+        Kind{"lift-off", "Print the height at which the mouse stops tracking"},
+        Kind{"battery", "Print the battery level in percent"},
+        Kind{"charging", "Print whether the battery is charging: true or false"},
     };
 
     std::string_view m_kind; ///< one of the kinds

@@ -109,6 +109,7 @@ private:
     {
         auto &state = m_reading.state;
         std::vector<DPIStage> taken;
+        taken.reserve(stages.dpis.size());
         for (std::size_t i = 0; i < stages.dpis.size(); ++i) {
             taken.push_back({static_cast<Int>(i), stages.dpis[i], stageColor(i)});
         }

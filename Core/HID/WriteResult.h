@@ -16,8 +16,9 @@ struct WriteResult {
         unplugged, ///< the mouse has gone, or another is the chosen one
     };
     Kind kind = Kind::done;
-    std::string message =
-        {}; ///< what the user of the panel is told, English, a translation key; empty: nothing
+    /// What the user of the panel is told, English, a translation key; empty: nothing.
+    // NOLINTNEXTLINE(readability-redundant-member-init): what leaves it out is no mistake
+    std::string message = {};
 
     bool isDone() const { return kind == Kind::done; }
 };

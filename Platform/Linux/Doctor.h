@@ -70,8 +70,9 @@ std::string accessText(int access);
 
 /// What is looked at.
 struct DoctorScope {
-    std::vector<std::uint16_t> supported;      ///< product IDs of the mice that can be configured
-    std::optional<std::uint16_t> product = {}; ///< only the mice with this product ID; all when absent
+    std::vector<std::uint16_t> supported; ///< product IDs of the mice that can be configured
+    std::optional<std::uint16_t> product =
+        std::nullopt; ///< only the mice with this product ID; all when absent
 };
 
 /// What `examine` saw.
