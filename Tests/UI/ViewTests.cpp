@@ -237,10 +237,13 @@ TEST_F(ViewTest, EscapeClosesWhatLiesOpenAndNothingElse)
     EXPECT_TRUE(escape());
     EXPECT_TRUE(state("Back", button).collapsed);
     EXPECT_TRUE(state("Back", button).focused);
+    time->hold();
     for (const Qt::Key way : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Space}) { // opens, goes in, picks
         key(way);
     }
+    EXPECT_TRUE(state("Back", button).disabled);
     EXPECT_TRUE(state("Back", button).focused) << "during the write, too";
+    time->release();
     finishAll();
     EXPECT_EQ(focused(), "Back");
     EXPECT_FALSE(escape());

@@ -176,10 +176,12 @@ void ButtonsTabModel::handleActionSelection(int number, int row)
     if (m_view.showKeyInput || m_view.showProfilePicker) {
         m_view.editingButton = button;
     } else {
-        setAction(*button, action);
         m_view.expandedButton.reset();
     }
-    updateRows();
+    updateRows(); // closes the picker, whose focus goes to a row that can still take it
+    if (!m_view.showKeyInput && !m_view.showProfilePicker) {
+        setAction(*button, action);
+    }
 }
 
 void ButtonsTabModel::toggleModifier(int modifier)
@@ -203,12 +205,12 @@ void ButtonsTabModel::commitPickedKey(const QString &key)
             shortcut += modifierTable[i].prefix;
         }
     }
-    setAction(*m_view.editingButton, ButtonAction::keyPress(shortcut + key.toStdString()));
     m_view.modifiers = {};
     m_view.showKeyInput = false;
     m_view.expandedButton.reset();
     updateModifiers();
     updateRows();
+    setAction(*m_view.editingButton, ButtonAction::keyPress(shortcut + key.toStdString()));
 }
 
 void ButtonsTabModel::pickProfile(int number)
@@ -216,10 +218,10 @@ void ButtonsTabModel::pickProfile(int number)
     if (!m_view.showProfilePicker || !m_view.editingButton || number < 1 || number > profileCount) {
         return;
     }
-    setAction(*m_view.editingButton, ButtonAction::profileSwitch(number));
     m_view.showProfilePicker = false;
     m_view.expandedButton.reset();
     updateRows();
+    setAction(*m_view.editingButton, ButtonAction::profileSwitch(number));
 }
 
 void ButtonsTabModel::setAction(MouseButton button, ButtonAction action)
