@@ -4,8 +4,6 @@
 
 namespace kelmoth {
 
-using Code = Failure::Code;
-
 std::optional<Failure> Mouse::failureOf(const WriteResult &result) const
 {
     using Kind = WriteResult::Kind;
@@ -13,9 +11,10 @@ std::optional<Failure> Mouse::failureOf(const WriteResult &result) const
         return std::nullopt;
     }
     if (result.kind == Kind::unplugged || isGone(device(), session->monitor())) {
-        return Failure{Code::unplugged, "the " + device().name() + " was unplugged while it was changed"};
+        return Failure{Failure::Code::unplugged,
+                       "the " + device().name() + " was unplugged while it was changed"};
     }
-    return Failure{result.kind == Kind::noAnswer ? Code::noAnswer : Code::refused,
+    return Failure{result.kind == Kind::noAnswer ? Failure::Code::noAnswer : Failure::Code::refused,
                    result.message.empty() ? "the mouse did not take the change" : result.message};
 }
 
@@ -40,16 +39,16 @@ QCoro::Task<std::optional<Failure>> MouseCommand::perform(Mouse *mouse)
     ChangeLock lock;
     if (!failure && m_need == Need::changing) {
         if (const auto obstacle = co_await lock.take()) {
-            failure = Failure{Code::failed, *obstacle};
+            failure = Failure{Failure::Code::failed, *obstacle};
         }
     }
     if (!failure && m_need != Need::none) {
         const auto reading = co_await mouse->session->manager().firstReading();
         const auto name = "the " + mouse->device().name();
         if (!reading || isGone(mouse->device(), mouse->session->monitor())) {
-            failure = Failure{Code::unplugged, name + " was unplugged while it was read"};
+            failure = Failure{Failure::Code::unplugged, name + " was unplugged while it was read"};
         } else if (!reading->anyAnswer) {
-            failure = Failure{Code::noAnswer, name + " does not answer",
+            failure = Failure{Failure::Code::noAnswer, name + " does not answer",
                               "Move the mouse, or switch it on, and try again."};
         } else {
             mouse->reading = *reading;

@@ -5,6 +5,7 @@
 #include "Core/HID/RazerProtocol.h"
 
 #include <CLI/CLI.hpp>
+
 #include <array>
 
 namespace kelmoth {

@@ -93,6 +93,8 @@ TEST(ThemeTest, FollowsThePreferenceWhileTheProgramRuns)
     EXPECT_EQ(changes.count(), 1);
     EXPECT_LT(theme.windowBackground().lightness(), window.lightness());
     EXPECT_GT(contrastRatio(theme.stage(QStringLiteral("white")), theme.stage(QStringLiteral("red"))), 1.5);
+    EXPECT_LT(qAbs(theme.stage(QStringLiteral("blue")).hue() - QColor(Qt::blue).hue()), 40);
+    EXPECT_LT(qAbs(theme.stage(QStringLiteral("green")).hue() - QColor(Qt::green).hue()), 40);
     preferences.setAppearanceMode(0);
 }
 

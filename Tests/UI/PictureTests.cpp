@@ -30,6 +30,18 @@ double alphaAt(const Picture &picture, double x, double y, double scale)
     return picture.image.valid(pixel) ? picture.image.pixelColor(pixel).alphaF() : 0;
 }
 
+TEST(SurfacePicture, FillsFromItsFirstColorToItsLast)
+{
+    SurfaceLook look = card();
+    look.direction = SurfaceLook::LeadingToTrailing;
+    look.fill = {{0.0, Qt::red}, {1.0, Qt::blue}};
+    const Picture picture = paintSurface(look, 1);
+    const auto leading = picture.image.pixelColor(picture.origin + QPoint(10, 60));
+    const auto trailing = picture.image.pixelColor(picture.origin + QPoint(190, 60));
+    EXPECT_GT(leading.red(), 5 * leading.blue());
+    EXPECT_GT(trailing.blue(), 5 * trailing.red());
+}
+
 class SurfaceScaleTest : public testing::TestWithParam<double> {};
 
 TEST_P(SurfaceScaleTest, ShadowFallsOffLikeAGaussianOutsideTheItem)
