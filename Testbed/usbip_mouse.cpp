@@ -129,7 +129,7 @@ public:
         } else {
             std::cout << "unknown: " << line << '\n';
         }
-        std::cout << "." << std::endl;
+        std::cout << "." << '\n' << std::flush;
     }
 
     /// Handles the kernel's next message.
@@ -272,7 +272,7 @@ private:
 int main()
 {
     kelmoth::Plug plug;
-    std::cout << "." << std::endl; // from now on it listens
+    std::cout << "." << '\n' << std::flush; // from now on it listens
     std::string input;
     while (true) {
         std::array<pollfd, 2> files{{{STDIN_FILENO, POLLIN, 0}, {plug.socket(), POLLIN, 0}}};
