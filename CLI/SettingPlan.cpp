@@ -31,14 +31,6 @@ bool isSameLight(RGBZone zone, const RGBSetting &a, const RGBSetting &b, const R
                createSetBrightnessReport(zone, b.brightness, device);
 }
 
-bool isOffered(RGBZone zone, const RGBSetting &setting, const DeviceCapabilities &capabilities)
-{
-    const auto &effects = capabilities.rgbEffects;
-    return std::ranges::find(capabilities.rgbZones, zone) != capabilities.rgbZones.end() &&
-           std::ranges::find(effects, setting.effect) != effects.end() && setting.brightness >= 0.0 &&
-           setting.brightness <= 1.0;
-}
-
 class Planner {
 public:
     Planner(const SettingsFile &file, const DeviceReading &mouse, const RazerDevice &device)
@@ -103,7 +95,7 @@ private:
     {
         const auto held = m_mouse.state.rgbSettings.find(zone);
         const bool isHeld = held != m_mouse.state.rgbSettings.end();
-        const bool isSupported = isOffered(zone, setting, m_device.capabilities());
+        const bool isSupported = m_device.capabilities().offers(zone, setting);
         if (isHeld && isSupported && isSameLight(zone, held->second, setting, m_device)) {
             return;
         }

@@ -89,28 +89,24 @@ protected:
     }
 
 private:
-    static QCoro::Task<JSON> askLevel(Mouse *mouse)
+    static QCoro::Task<JSON> askBattery(Mouse *mouse, bool isLevel)
     {
+        auto &monitor = mouse->session->monitor();
+        if (isLevel) {
+            const std::optional<Data> answer =
+                co_await monitor.send(command::getBatteryLevel{}, mouse->device());
+            const auto level = answer ? RazerProtocol::parseBatteryLevel(*answer) : std::nullopt;
+            co_return level ? JSON(*level) : JSON();
+        }
         const std::optional<Data> answer =
-            co_await mouse->session->monitor().send(command::getBatteryLevel{}, mouse->device());
-        const auto level = answer ? RazerProtocol::parseBatteryLevel(*answer) : std::nullopt;
-        co_return level ? JSON(*level) : JSON();
-    }
-
-    static QCoro::Task<JSON> askCharging(Mouse *mouse)
-    {
-        const std::optional<Data> answer =
-            co_await mouse->session->monitor().send(command::getChargingStatus{}, mouse->device());
+            co_await monitor.send(command::getChargingStatus{}, mouse->device());
         co_return answer ? JSON(RazerProtocol::parseChargingStatus(*answer)) : JSON();
     }
 
     QCoro::Task<JSON> ask(Mouse *mouse)
     {
-        if (m_kind == "battery") {
-            co_return co_await askLevel(mouse);
-        }
-        if (m_kind == "charging") {
-            co_return co_await askCharging(mouse);
+        if (m_kind == "battery" || m_kind == "charging") {
+            co_return co_await askBattery(mouse, m_kind == "battery");
         }
         auto &monitor = mouse->session->monitor();
         const auto &device = mouse->device();

@@ -2,6 +2,9 @@
 
 #include "Core/Device/BasiliskProductID.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace kelmoth {
 
 namespace {
@@ -101,6 +104,13 @@ const DeviceCapabilities &DeviceCapabilities::forDevice(std::uint16_t productID)
         return basiliskV3Capabilities();
     }
     return unknownCapabilities();
+}
+
+bool DeviceCapabilities::offers(RGBZone zone, const RGBSetting &setting) const
+{
+    return std::ranges::find(rgbZones, zone) != rgbZones.end() &&
+           std::ranges::find(rgbEffects, setting.effect) != rgbEffects.end() && setting.brightness >= 0.0 &&
+           setting.brightness <= 1.0 && std::isfinite(setting.speed);
 }
 
 } // namespace kelmoth

@@ -25,6 +25,10 @@ struct DeviceCapabilities {
     /// The row of a product ID; for one that is not listed, what any mouse of the maker may be expected to
     /// do. A caller that holds a device with a known model passes the model's product ID. Any thread.
     static const DeviceCapabilities &forDevice(std::uint16_t productID);
+
+    /// Whether the model has the zone and the effect, and the brightness (0.0 to 1.0) and the speed (finite) can
+    /// be stored. Any thread.
+    bool offers(RGBZone zone, const RGBSetting &setting) const;
 };
 
 } // namespace kelmoth

@@ -10,7 +10,6 @@
 #include "Core/HID/RazerProtocol.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace kelmoth {
 
@@ -25,15 +24,6 @@ constexpr Int highestLiftOff = 2;
 bool isStage(Int stage, const DeviceState &state)
 {
     return stage >= 0 && stage < std::ssize(state.dpiStages);
-}
-
-bool isOffered(RGBZone zone, const RGBSetting &setting, const DeviceCapabilities &capabilities)
-{
-    const auto &zones = capabilities.rgbZones;
-    const auto &effects = capabilities.rgbEffects;
-    return std::ranges::find(zones, zone) != zones.end() &&
-           std::ranges::find(effects, setting.effect) != effects.end() && setting.brightness >= 0.0 &&
-           setting.brightness <= 1.0 && std::isfinite(setting.speed);
 }
 
 bool holds(const Data &response, const ButtonFunction &function)
@@ -183,7 +173,7 @@ QCoro::Task<WriteResult> DeviceManager::changeRGB(RGBZone zone, RGBSetting setti
     if (!device) {
         co_return WriteResult{Kind::noDevice, noDevice};
     }
-    const bool isValid = isOffered(zone, setting, device->capabilities());
+    const bool isValid = device->capabilities().offers(zone, setting);
     if (!isValid || isBusy()) {
         co_return WriteResult{isValid ? Kind::busy : Kind::invalid};
     }

@@ -103,6 +103,8 @@ TEST(ProgramTest, ExportsToWhereAPathLeads)
         {"mknod n c 1 3 && $1 export n && test -c n", ""},
         {"mknod n c 1 7 && $1 export n 2>&1 | tail -n 1; test -c n",
          "kelmothctl: n: No space left on device\n"},
+        {"mknod n b 137 77 && $1 export n 2>&1 | tail -n 1; test -b n", // of no driver
+         "kelmothctl: n: No such device or address\n"},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.line);
