@@ -44,7 +44,8 @@ std::string text(const char *format, auto... arguments)
     return QString::asprintf(format, arguments...).toStdString();
 }
 
-/// The `size` bytes behind the pointer at `offset` of an ioctl's data.
+/// The `size` bytes behind the pointer at `offset` of an ioctl's data; none when the program has ended in the
+/// middle of the ioctl.
 GObjectPtr<UMockdevIoctlData> pointee(UMockdevIoctlData *data, std::size_t offset, std::size_t size)
 {
     return GObjectPtr<UMockdevIoctlData>(umockdev_ioctl_data_resolve(data, offset, size, nullptr));
@@ -65,6 +66,9 @@ int performOnHidraw(MockHidraw &hidraw, UMockdevIoctlClient *client)
 {
     const auto request = umockdev_ioctl_client_get_request(client);
     const auto argument = pointee(umockdev_ioctl_client_get_arg(client), 0, _IOC_SIZE(request));
+    if (!argument) {
+        return -EFAULT;
+    }
     auto bytes = bytesOf(*argument);
     const int result = hidraw.ioctl(request, bytes);
     update(argument.get(), bytes);
@@ -104,10 +108,16 @@ struct MockUsbfs {
     int submit(UMockdevIoctlData *argument)
     {
         urb = pointee(argument, 0, sizeof(::usbdevfs_urb));
+        if (!urb) {
+            return -EFAULT;
+        }
         ::usbdevfs_urb fields;
         std::memcpy(&fields, urb->data, sizeof fields);
         const auto buffer = pointee(urb.get(), offsetof(::usbdevfs_urb, buffer),
                                     static_cast<std::size_t>(fields.buffer_length));
+        if (!buffer) {
+            return -EFAULT;
+        }
         auto bytes = bytesOf(*buffer);
         const int moved = perform(bytes);
         update(buffer.get(), bytes);
@@ -125,7 +135,9 @@ struct MockUsbfs {
         if (!urb) {
             return mouse->isAttached() ? -EAGAIN : -ENODEV;
         }
-        umockdev_ioctl_data_set_ptr(pointee(argument, 0, sizeof(void *)).get(), 0, urb.get());
+        if (const auto place = pointee(argument, 0, sizeof(void *))) {
+            umockdev_ioctl_data_set_ptr(place.get(), 0, urb.get());
+        }
         urb.reset();
         return 0;
     }

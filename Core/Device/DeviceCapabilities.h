@@ -26,8 +26,8 @@ struct DeviceCapabilities {
     /// do. A caller that holds a device with a known model passes the model's product ID. Any thread.
     static const DeviceCapabilities &forDevice(std::uint16_t productID);
 
-    /// Whether the model has the zone and the effect, and the brightness (0.0 to 1.0) and the speed (finite) can
-    /// be stored. Any thread.
+    /// Whether the model has the zone and the effect, and the brightness (0.0 to 1.0) and the speed (finite)
+    /// can be stored. Any thread.
     bool offers(RGBZone zone, const RGBSetting &setting) const;
 };
 
