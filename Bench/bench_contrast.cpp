@@ -49,6 +49,18 @@ double contrastIn(const QRect &area, const QImage &with, const QImage &without)
     return least;
 }
 
+/// What an item shows of its children, in the window. What a page scrolls out fades there, on purpose.
+QRectF clipOf(const QQuickItem &item)
+{
+    constexpr double fade = 14; // points, as in ScrollArea.qml
+    auto shown = item.boundingRect();
+    if (item.inherits("QQuickFlickable")) {
+        shown.adjust(0, item.property("atYBeginning").toBool() ? 0 : fade, 0,
+                     item.property("atYEnd").toBool() ? 0 : -fade);
+    }
+    return item.mapRectToScene(shown);
+}
+
 struct Mark {
     QQuickItem *item;
     QRectF place; ///< of it that is to be seen, in the window
@@ -69,7 +81,7 @@ std::vector<Mark> marksIn(QQuickItem *top)
         if (isText || item->inherits("kelmoth::Symbol")) {
             QRectF place = item->mapRectToScene(item->boundingRect());
             for (const auto *around = item->parentItem(); around; around = around->parentItem()) {
-                place &= around->clip() ? around->mapRectToScene(around->boundingRect()) : place;
+                place &= around->clip() ? clipOf(*around) : place;
             }
             marks.push_back({item, place, isText});
         }
