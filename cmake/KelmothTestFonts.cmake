@@ -1,6 +1,6 @@
 # Fonts of the tests' own, so that the machine's never change a result. Each family has a directory below
 # `fonts` of the build's: its files, those of the families that have what it lacks, and a fonts.conf that knows
-# no others.
+# no others and hints as desktops do: without a style, full hinting puts each letter on a pixel of its own.
 find_program(KELMOTH_FC_LIST fc-list REQUIRED)
 find_program(KELMOTH_FC_CACHE fc-cache REQUIRED)
 
@@ -29,6 +29,7 @@ function(kelmoth_test_font family)
   <dir>${directory}/files</dir>
   <cachedir>${directory}/cache</cachedir>
   <match><edit name=\"family\" mode=\"append_last\" binding=\"strong\">${order}</edit></match>
+  <match><edit name=\"hintstyle\"><const>hintslight</const></edit></match>
 </fontconfig>
 ")
     # The confined program may read the cache, but not fill it.
