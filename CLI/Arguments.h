@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CLI/Command.h"
-#include "CLI/SettingWords.h"
+#include "Core/Device/SettingWords.h"
 #include "Program/CommandLine.h"
 
 #include <cstdint>

@@ -1,8 +1,10 @@
 #include "CLI/Completion.h"
 
 #include "CLI/Reports/MouseReport.h"
-#include "CLI/SettingWords.h"
+#include "Core/Device/DPIRange.h"
+#include "Core/Device/LiftOffLevel.h"
 #include "Core/Device/Lowercase.h"
+#include "Core/Device/SettingWords.h"
 #include "Platform/Simulated/SimulatedMouse.h"
 
 #include <CLI/CLI.hpp>
@@ -69,7 +71,7 @@ Words valuesOf(const std::string &name, std::string_view word)
         {"ZONE", wordsOf(vocabulary.zones)},
         {"BUTTON", wordsOf(vocabulary.buttons)},
         {"ACTION", actions(vocabulary)},
-        {"LEVEL", wordsOf(allCases<LiftOff>())},
+        {"LEVEL", wordsOf(allCases<LiftOffLevel>())},
         {"PART", {"dpi", "lighting", "buttons"}},
         {"--stage", numbers(1, 5)},
         {"--effect", wordsOf(vocabulary.effects)},

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CLI/Words.h"
+#include "Core/Device/Words.h"
 
 namespace CLI {
 class App;

@@ -1,5 +1,6 @@
 #include "CLI/SettingPlan.h"
 
+#include "CLI/Reports/ReadReport.h"
 #include "Core/Device/DPIRange.h"
 #include "Core/Device/DeviceDefaults.h"
 #include "Core/HID/RazerProtocol.h"

@@ -108,37 +108,34 @@ private:
         if (m_kind == "battery" || m_kind == "charging") {
             co_return co_await askBattery(mouse, m_kind == "battery");
         }
-        auto &monitor = mouse->session->monitor();
-        const auto &device = mouse->device();
-        JSON value;
-        const auto zone = m_kind == "light" ? findWord(m_name, allCases<RGBZone>()) : std::nullopt;
-        const auto button = m_kind == "button" ? findWord(m_name, allCases<MouseButton>()) : std::nullopt;
+        // What is asked for, and where it stands among all settings.
         DeviceItems items;
-        if (zone) {
-            items.zones.insert(*zone);
-        } else if (button) {
-            items.buttons.insert(*button);
+        std::string where = "/dpi/stages";
+        if (m_kind == "light") {
+            const auto zone = *findWord(m_name, allCases<RGBZone>());
+            items.zones.insert(zone);
+            where = "/lighting/" + wordOf(zone);
+        } else if (m_kind == "button") {
+            const auto button = *findWord(m_name, allCases<MouseButton>());
+            items.buttons.insert(button);
+            where = "/buttons/" + wordOf(button);
+        } else if (m_kind == "lift-off") {
+            items.liftOff = true;
+            where = "/liftOff";
         } else {
-            items.liftOff = m_kind == "lift-off";
-            items.dpiStages = !items.liftOff;
+            items.dpiStages = true;
         }
-        auto base = createDefaultState(device);
-        const DeviceReading reading = co_await readDevice(&monitor, device, base, items);
-        const auto state = reading.answered();
-        const auto &stages = state.dpiStages;
-        if (zone) {
-            value = lightJSON(*zone, state);
-        } else if (button) {
-            value = buttonJSON(*button, state);
-        } else if (items.liftOff) {
-            value = reading.liftOffLevel ? JSON(liftOffWord(*reading.liftOffLevel)) : JSON();
-        } else if (m_kind == "stages" && !stages.empty()) {
-            std::ranges::transform(stages, std::back_inserter(value), &DPIStage::dpi);
-        } else if (!stages.empty()) {
-            const auto active = static_cast<std::size_t>(state.currentDPIStage);
-            value = m_kind == "stage" ? state.currentDPIStage + 1 : stages.at(active).dpi;
+        auto base = createDefaultState(mouse->device());
+        mouse->reading = co_await readDevice(&mouse->session->monitor(), mouse->device(), base, items);
+        mouse->reading.state = mouse->reading.answered();
+        if (m_kind == "stage") {
+            where = "/dpi/active";
+        } else if (m_kind == "dpi") {
+            where += '/' + std::to_string(mouse->reading.state.currentDPIStage);
         }
-        co_return value;
+        const auto all = readingJSON(*mouse);
+        const JSON::json_pointer value(where);
+        co_return all.contains(value) ? all.at(value) : JSON();
     }
 
     using Kind = std::pair<std::string_view, std::string_view>;

@@ -11,9 +11,6 @@ namespace {
 
 using Objection = std::optional<std::string>;
 
-constexpr Int mostStages = 5;
-constexpr Int highestProfile = 5;
-
 /// One kind of change: what the command line asks for, and how the owner of the settings is asked to do it.
 class Change {
 public:
@@ -57,7 +54,7 @@ public:
         const auto take = [this](double dpi) { m_dpi = static_cast<Int>(dpi); };
         declareNumber(parser, "VALUE", take, 1, 99999, "Dots per inch, in steps of 100")->required();
         declareNumber(
-            parser, "--stage", [this](double stage) { m_stage = static_cast<Int>(stage); }, 1, mostStages,
+            parser, "--stage", [this](double stage) { m_stage = static_cast<Int>(stage); }, 1, mostDPIStages,
             "The stage, in place of the active one");
     }
 
@@ -102,16 +99,16 @@ public:
             const auto word = folded(text);
             m_stage = wholeNumber(text).value_or(0);
             m_step = static_cast<int>(word == "next") - static_cast<int>(word == "previous");
-            if (m_step == 0 && (m_stage < 1 || m_stage > mostStages)) {
+            if (m_step == 0 && (m_stage < 1 || m_stage > mostDPIStages)) {
                 throw CLI::ValidationError("STAGE", '"' + text + "\" is not 1 to " +
-                                                        std::to_string(mostStages) + ", next or previous");
+                                                        std::to_string(mostDPIStages) + ", next or previous");
             }
         };
         parser
             .add_option_function<std::string>("STAGE", take,
                                               "The stage; next and previous begin again at the end")
             ->required()
-            ->option_text("1.." + std::to_string(mostStages) + "|next|previous REQUIRED");
+            ->option_text("1.." + std::to_string(mostDPIStages) + "|next|previous REQUIRED");
     }
 
     Objection misfit(const DeviceState &held) const override { return missingStage(m_stage, held); }
@@ -239,7 +236,7 @@ public:
         declareWord(parser, "ACTION", m_action, "The action, such as right-click or key:ctrl+c");
         declareNumber(
             parser, "--profile", [this](double profile) { m_profile = static_cast<Int>(profile); }, 0,
-            highestProfile, "In this stored profile too; what the mouse does now is 0");
+            lastProfile, "In this stored profile too; what the mouse does now is 0");
         parser.add_flag("--hypershift", m_hypershift, "While a hypershift button is held");
     }
 
@@ -288,7 +285,7 @@ public:
     {
         return level() ? std::nullopt
                        : Objection(noSuchWord(Vocabulary::of(device).owner, "lift-off level", m_level,
-                                              wordsOf(allCases<LiftOff>())));
+                                              wordsOf(allCases<LiftOffLevel>())));
     }
 
     QCoro::Task<WriteResult> apply(DeviceManager *manager) override
@@ -304,7 +301,7 @@ public:
     void settle(UnansweredItems &unanswered) const override { unanswered.liftOff = false; }
 
 private:
-    std::optional<LiftOff> level() const { return findWord(m_level, allCases<LiftOff>()); }
+    std::optional<LiftOffLevel> level() const { return findWord(m_level, allCases<LiftOffLevel>()); }
 
     std::string m_level;
 };

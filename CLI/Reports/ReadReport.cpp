@@ -2,6 +2,10 @@
 
 #include "CLI/Reports/MouseReport.h"
 #include "CLI/Table.h"
+#include "Core/HID/RazerProtocol.h"
+
+#include <cmath>
+#include <cstdio>
 
 namespace kelmoth {
 
@@ -16,10 +20,26 @@ bool isBatteryUnanswered(const RazerDevice &device)
     return HIDMonitor::hasReadableBattery(device) && !device.batteryLevel;
 }
 
-std::string zoneName(RGBZone zone)
+/// Null where it is not known.
+JSON lightJSON(RGBZone zone, const DeviceState &state)
 {
-    static constexpr std::array names{"Scroll Wheel", "Logo", "Underglow", "DPI Light"};
-    return names[static_cast<std::size_t>(zone)];
+    const auto entry = state.rgbSettings.find(zone);
+    if (entry == state.rgbSettings.end()) {
+        return {};
+    }
+    const auto &setting = entry->second;
+    const double percent = percentOf(setting.brightness);
+    const auto whole = static_cast<Int>(percent);
+    return {{"effect", wordOf(setting.effect)},
+            {"color", hasColor(setting.effect) ? JSON(hexText(setting.color)) : JSON()},
+            {"brightness", static_cast<double>(whole) == percent ? JSON(whole) : JSON(percent)}};
+}
+
+/// Null where it is not known.
+JSON buttonJSON(MouseButton button, const DeviceState &state)
+{
+    const auto entry = state.buttonMappings.find(button);
+    return entry == state.buttonMappings.end() ? JSON() : JSON(actionText(entry->second));
 }
 
 std::string renderMouse(const Mouse &mouse, const Terminal &terminal)
@@ -58,13 +78,13 @@ std::string renderLighting(const Vocabulary &vocabulary, const DeviceState &stat
     for (const auto zone : vocabulary.zones) {
         const auto light = lightJSON(zone, state);
         if (light.is_null()) {
-            table.addRow({{wordOf(zone)}, {zoneName(zone)}, noAnswer});
+            table.addRow({{wordOf(zone)}, {std::string(tableRow(zone).title)}, noAnswer});
             continue;
         }
         const bool isColored = !light["color"].is_null();
         const auto &color = state.rgbSettings.at(zone).color;
         table.addRow({{wordOf(zone)},
-                      {zoneName(zone)},
+                      {std::string(tableRow(zone).title)},
                       {light["effect"].get<std::string>()},
                       {isColored ? hexText(color) : "", Style::plain, false,
                        isColored ? std::optional(color) : std::nullopt},
@@ -158,24 +178,28 @@ Words unansweredWords(const Mouse &mouse)
     return words;
 }
 
-JSON lightJSON(RGBZone zone, const DeviceState &state)
+double percentOf(double brightness)
 {
-    const auto entry = state.rgbSettings.find(zone);
-    if (entry == state.rgbSettings.end()) {
-        return {};
+    const auto byte = RazerProtocol::brightnessByte(brightness);
+    // A byte is some 0.4 %: at the latest one of the tenths lies within.
+    for (const double scale : {1.0, 10.0}) {
+        const double percent = std::ceil(byte * 100.0 * scale / 255) / scale;
+        if (RazerProtocol::brightnessByte(percent / 100) == byte) {
+            return percent;
+        }
     }
-    const auto &setting = entry->second;
-    const double percent = percentOf(setting.brightness);
-    const auto whole = static_cast<Int>(percent);
-    return {{"effect", wordOf(setting.effect)},
-            {"color", hasColor(setting.effect) ? JSON(hexText(setting.color)) : JSON()},
-            {"brightness", static_cast<double>(whole) == percent ? JSON(whole) : JSON(percent)}};
+    return byte / 2.55;
 }
 
-JSON buttonJSON(MouseButton button, const DeviceState &state)
+std::string lightText(const RGBSetting &setting)
 {
-    const auto entry = state.buttonMappings.find(button);
-    return entry == state.buttonMappings.end() ? JSON() : JSON(actionText(entry->second));
+    const bool isFraction =
+        setting.brightness >= 0 && setting.brightness <= 1; // a stored one may be anything
+    std::array<char, 32> percent{};
+    std::snprintf(percent.data(), percent.size(), "%.6g %%",
+                  isFraction ? percentOf(setting.brightness) : setting.brightness * 100);
+    return wordOf(setting.effect) + (hasColor(setting.effect) ? ' ' + hexText(setting.color) : "") + ", " +
+           percent.data();
 }
 
 } // namespace kelmoth

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CLI/MouseCommand.h"
+#include "Core/Device/LiftOffLevel.h"
 
 namespace kelmoth {
 
@@ -13,10 +14,17 @@ nlohmann::ordered_json readingJSON(const Mouse &mouse);
 /// What the mouse was asked and did not answer, each in words.
 Words unansweredWords(const Mouse &mouse);
 
-/// A zone's lighting for programs; null where it is not known.
-nlohmann::ordered_json lightJSON(RGBZone zone, const DeviceState &state);
+/// A brightness in percent, rounded as little as brings the same byte to the mouse when it is set again:
+/// "11.4", "100".
+double percentOf(double brightness);
 
-/// What a button does, for programs; null where it is not known.
-nlohmann::ordered_json buttonJSON(MouseButton button, const DeviceState &state);
+/// "static #00ff00, 100 %"
+std::string lightText(const RGBSetting &setting);
+
+/// The word for a lift-off level, 0 to 2.
+inline std::string liftOffWord(Int level)
+{
+    return wordOf(static_cast<LiftOffLevel>(level));
+}
 
 } // namespace kelmoth

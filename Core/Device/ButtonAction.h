@@ -17,6 +17,9 @@ namespace kelmoth {
 /// bytes, bytes 2 to 6 the arguments, zero-filled. Bytes 11 to 17 of the button-mapping reports.
 using ButtonFunction = std::array<std::uint8_t, 7>;
 
+/// The stored profiles are counted from 1.
+inline constexpr Int lastProfile = 5;
+
 /// What one mouse button does. A plain value; two actions are equal when case and value are equal.
 class ButtonAction {
 public:

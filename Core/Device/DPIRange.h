@@ -6,6 +6,7 @@ namespace kelmoth {
 
 inline constexpr Int lowestDPI = 100;
 inline constexpr Int dpiStep = 100;
+inline constexpr Int mostDPIStages = 5; ///< that a mouse of the family holds
 
 /// Whether a stage of the model may be set to this DPI.
 inline bool isValidDPI(Int dpi, const DeviceCapabilities &capabilities)

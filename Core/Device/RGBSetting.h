@@ -10,11 +10,16 @@ namespace kelmoth {
 enum class RGBZone { scrollWheel, logo, underglow, dpiLight };
 
 template <> struct RawValues<RGBZone> {
+    /// `title` is English and the key of its translation.
+    struct Row {
+        std::string_view rawValue;
+        std::string_view title;
+    };
     static constexpr std::array table{
-        std::string_view{"scroll_wheel"},
-        std::string_view{"logo"},
-        std::string_view{"underglow"},
-        std::string_view{"dpi_light"},
+        Row{"scroll_wheel", "Scroll Wheel"},
+        Row{"logo", "Logo"},
+        Row{"underglow", "Underglow"},
+        Row{"dpi_light", "DPI Light"},
     };
 };
 
@@ -28,6 +33,13 @@ template <> struct RawValues<RGBEffect> {
         std::string_view{"starlight"}, std::string_view{"ripple"},
     };
 };
+
+/// Whether the effect shows a colour of the user's choice.
+constexpr bool hasColor(RGBEffect effect)
+{
+    return effect == RGBEffect::staticColor || effect == RGBEffect::breathing ||
+           effect == RGBEffect::reactive;
+}
 
 /// A colour of 8 bits a channel, without alpha.
 struct RGBColor {

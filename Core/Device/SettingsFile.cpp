@@ -1,13 +1,13 @@
 #include "Core/Device/SettingsFile.h"
 
 #include "Core/Device/JSONReader.h"
+#include "Core/Device/LiftOffLevel.h"
 
 namespace kelmoth {
 
 namespace {
 
 constexpr const char *liftOffMember = "liftOffLevel";
-constexpr Int highestLiftOff = 2;
 
 /// The level beside a record; none when there is no such member. Throws DecodingError.
 std::optional<Int> decodeLiftOff(std::string_view text)
@@ -18,7 +18,7 @@ std::optional<Int> decodeLiftOff(std::string_view text)
         return std::nullopt;
     }
     const Int level = member->integer();
-    if (level < 0 || level > highestLiftOff) {
+    if (!liftOffLevelOf(level)) {
         member->fail(std::to_string(level) + " is outside 0 to 2");
     }
     return level;

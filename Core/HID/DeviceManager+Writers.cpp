@@ -5,6 +5,7 @@
 
 #include "Core/Device/DPIRange.h"
 #include "Core/Device/DeviceDefaults.h"
+#include "Core/Device/LiftOffLevel.h"
 #include "Core/HID/DeviceManager.h"
 #include "Core/HID/DeviceManagerSections.h"
 #include "Core/HID/RazerProtocol.h"
@@ -18,8 +19,6 @@ namespace {
 using Kind = WriteResult::Kind;
 
 constexpr auto noDevice = "No device connected";
-constexpr Int lastProfile = 5;
-constexpr Int highestLiftOff = 2;
 
 bool isStage(Int stage, const DeviceState &state)
 {
@@ -244,8 +243,7 @@ QCoro::Task<WriteResult> DeviceManager::changeButtonMapping(MouseButton button, 
 QCoro::Task<WriteResult> DeviceManager::changeLiftOff(Int level)
 {
     const auto device = configurableDevice();
-    const bool isValid = level >= 0 && level <= highestLiftOff;
-    if (!device || !isValid) {
+    if (!device || !liftOffLevelOf(level)) {
         co_return WriteResult{device ? Kind::invalid : Kind::noDevice};
     }
     if (isBusy()) {

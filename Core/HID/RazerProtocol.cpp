@@ -1,5 +1,8 @@
 #include "Core/HID/RazerProtocol.h"
 
+#include "Core/Device/DPIRange.h"
+#include "Core/Device/LiftOffLevel.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -9,11 +12,8 @@ namespace kelmoth::RazerProtocol {
 namespace {
 
 constexpr std::uint8_t commonTransactionID = 0x1F;
-constexpr Int mostStages = 5;
 constexpr std::size_t stageSize = 7; ///< bytes of one stage in the DPI-stage commands
 constexpr std::size_t firstStage = 11;
-constexpr Int lastProfile = 5;
-constexpr Int highestLiftOff = 2;
 constexpr std::uint8_t readBit = 0x80; ///< of the command id
 
 /// Byte 8 of the lighting and DPI commands.
@@ -125,7 +125,8 @@ struct Builder {
     }
     Data operator()(const command::setLiftOff &command) const
     {
-        const auto level = static_cast<std::uint8_t>(std::clamp<Int>(command.level, 0, highestLiftOff));
+        const auto level = static_cast<std::uint8_t>(
+            std::clamp<Int>(command.level, 0, static_cast<Int>(LiftOffLevel::high)));
         const auto [first, second] = liftOffArguments;
         return withArguments(code::setLiftOff, std::array{first, second, levelFollows, level});
     }
@@ -183,7 +184,7 @@ Data createReport(const RazerCommand &command, const RazerDevice &device)
 
 Data createSetDPIStagesReport(std::span<const DPIStage> stages, Int activeStage, const RazerDevice &device)
 {
-    const auto count = std::min<Int>(std::ssize(stages), mostStages);
+    const auto count = std::min<Int>(std::ssize(stages), mostDPIStages);
     auto report = frame(code::setDPIStages, dpiTransactionID(device));
     report[8] = firstArgument;
     report[9] = static_cast<std::uint8_t>(count == 0 ? 1 : std::clamp<Int>(activeStage, 0, count - 1) + 1);
@@ -273,7 +274,7 @@ std::optional<DPIStages> parseDPIStages(std::span<const std::uint8_t> response)
     }
     const std::uint8_t active = response[9];
     const std::uint8_t count = response[10];
-    if (count == 0 || count > mostStages || active == 0 || active > count) {
+    if (count == 0 || count > mostDPIStages || active == 0 || active > count) {
         return std::nullopt;
     }
     DPIStages stages{.active = active - 1, .dpis = {}};
@@ -305,7 +306,7 @@ std::optional<RGBSetting> parseRGB(std::span<const std::uint8_t> effect,
 
 std::optional<Int> parseLiftOff(std::span<const std::uint8_t> response)
 {
-    if (!isWhole(response) || response[10] != levelFollows || response[11] > highestLiftOff) {
+    if (!isWhole(response) || response[10] != levelFollows || !liftOffLevelOf(response[11])) {
         return std::nullopt;
     }
     return response[11];

@@ -43,21 +43,6 @@ const EffectRow *effectRow(RGBEffect effect)
     return row == effectTable.end() ? nullptr : row;
 }
 
-std::string_view title(RGBZone zone)
-{
-    switch (zone) {
-    case RGBZone::scrollWheel:
-        return "Scroll Wheel";
-    case RGBZone::logo:
-        return "Logo";
-    case RGBZone::underglow:
-        return "Underglow";
-    case RGBZone::dpiLight:
-        return "DPI Light";
-    }
-    return {};
-}
-
 /// The swatch that stands for a hue.
 std::optional<int> presetOfHue(double hue)
 {
@@ -134,7 +119,7 @@ QStringList RGBTabModel::zoneTitles() const
 {
     QStringList titles;
     for (const auto each : zones()) {
-        titles.append(panelText(title(each)));
+        titles.append(panelText(tableRow(each).title));
     }
     return titles;
 }

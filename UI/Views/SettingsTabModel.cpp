@@ -1,5 +1,6 @@
 #include "UI/Views/SettingsTabModel.h"
 
+#include "Core/Device/LiftOffLevel.h"
 #include "Core/Services/Application.h"
 #include "Core/Services/L10n.h"
 #include "UI/Views/Texts.h"
@@ -25,18 +26,6 @@ constexpr std::array appearances{
 };
 
 constexpr std::array languages{Choice{"System", ""}, Choice{"PL · Polski", ""}, Choice{"EN · English", ""}};
-
-struct LiftOff {
-    std::string_view choice;
-    std::string_view label;
-};
-
-/// The levels of the lift-off distance, from 0 on.
-constexpr std::array liftOffs{
-    LiftOff{"Low", "Low (1 mm)"},
-    LiftOff{"Medium", "Medium (2 mm)"},
-    LiftOff{"High", "High (3 mm)"},
-};
 
 template <std::size_t count>
 RowsModel::Rows choiceRows(const std::array<Choice, count> &choices, std::int64_t selected)
@@ -85,9 +74,8 @@ void SettingsTabModel::shown()
 
 QString SettingsTabModel::liftOffLabel() const
 {
-    const auto level = deviceManager().liftOffLevel();
-    const bool isKnown = level && *level >= 0 && *level < std::ssize(liftOffs);
-    return panelText(isKnown ? liftOffs[static_cast<std::size_t>(*level)].label : "Not set");
+    const auto level = liftOffLevelOf(deviceManager().liftOffLevel().value_or(-1));
+    return panelText(level ? tableRow(*level).label : "Not set");
 }
 
 bool SettingsTabModel::liftOffEnabled() const
@@ -216,9 +204,9 @@ void SettingsTabModel::updateChoices()
     m_appearanceChoices.setRows(choiceRows(appearances, m_preferences.appearanceMode()));
     m_languageChoices.setRows(choiceRows(languages, m_preferences.languageMode()));
     RowsModel::Rows rows;
-    for (const auto &liftOff : liftOffs) {
-        const auto level = static_cast<int>(rows.size());
-        rows.append({level, panelText(liftOff.choice), deviceManager().liftOffLevel() == level});
+    for (const auto level : allCases<LiftOffLevel>()) {
+        const int number = static_cast<int>(level);
+        rows.append({number, panelText(tableRow(level).title), deviceManager().liftOffLevel() == number});
     }
     m_liftOffChoices.setRows(std::move(rows));
 }

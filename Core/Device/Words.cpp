@@ -1,4 +1,4 @@
-#include "CLI/Words.h"
+#include "Core/Device/Words.h"
 
 #include "Core/Device/Lowercase.h"
 

@@ -1,31 +1,14 @@
 #pragma once
 
-#include "CLI/Words.h"
 #include "Core/Device/ButtonAction.h"
 #include "Core/Device/DeviceState.h"
 #include "Core/Device/RazerDevice.h"
+#include "Core/Device/Words.h"
 
 #include <array>
 #include <variant>
 
 namespace kelmoth {
-
-/// The lift-off levels, in the order of their numbers.
-enum class LiftOff { low, medium, high };
-
-template <> struct RawValues<LiftOff> {
-    static constexpr std::array table{
-        std::string_view{"low"},
-        std::string_view{"medium"},
-        std::string_view{"high"},
-    };
-};
-
-/// The word for a level, 0 to 2.
-inline std::string liftOffWord(Int level)
-{
-    return wordOf(static_cast<LiftOff>(level));
-}
 
 /// What the settings of a mouse are called. The words that are printed are those that are taken; letter case,
 /// hyphens and underscores make no difference there, and the stored names are taken too. A plain value.
@@ -50,21 +33,11 @@ struct Vocabulary {
     std::string help() const;
 };
 
-/// Whether the effect shows a colour of the user's choice.
-bool hasColor(RGBEffect effect);
-
 /// "#00ff80"
 std::string hexText(RGBColor color);
 
 /// The colour of six hexadecimal digits, perhaps after a "#"; none for any other text.
 std::optional<RGBColor> colorFromText(std::string_view text);
-
-/// A brightness in percent, rounded as little as brings the same byte to the mouse when it is set again:
-/// "11.4", "100".
-double percentOf(double brightness);
-
-/// "static #00ff00, 100 %"
-std::string lightText(const RGBSetting &setting);
 
 /// An action in the words of the command line: "left-click", "dpi-stage:2", "key:ctrl+f5",
 /// "raw:01010100000000".

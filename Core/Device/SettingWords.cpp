@@ -1,11 +1,10 @@
-#include "CLI/SettingWords.h"
+#include "Core/Device/SettingWords.h"
 
+#include "Core/Device/DPIRange.h"
 #include "Core/Device/DeviceDefaults.h"
 #include "Core/Device/KeyboardShortcut.h"
 #include "Core/Device/Lowercase.h"
-#include "Core/HID/RazerProtocol.h"
 
-#include <cmath>
 #include <cstdio>
 #include <set>
 
@@ -43,34 +42,34 @@ constexpr std::array actionWords{
     ActionWord{"double-click", Case::doubleClick},
     ActionWord{"disabled", Case::disabled},
     ActionWord{"dpi-cycle", Case::dpiChange},
-    ActionWord{"dpi-stage", Case::dpiChange, Takes::number, 2, 1, 5},
+    ActionWord{"dpi-stage", Case::dpiChange, Takes::number, 2, 1, mostDPIStages},
     ActionWord{"profile-switch", Case::profileSwitch},
-    ActionWord{"profile", Case::profileSwitch, Takes::number, 1, 1, 5},
+    ActionWord{"profile", Case::profileSwitch, Takes::number, 1, 1, lastProfile},
     ActionWord{"hypershift", Case::hypershift},
     ActionWord{"key", Case::keyPress, Takes::key},
     ActionWord{"wheel-mode", Case::scrollModeToggle},
     ActionWord{"raw", Case::other, Takes::bytes},
     ActionWord{"macro", Case::macroPlay, Takes::name, 0, 0, 0, true},
-    ActionWord{"dpi-change", Case::dpiChange, Takes::number, 0, 0, 6, true},
-    ActionWord{"profile-switch", Case::profileSwitch, Takes::number, 0, 0, 5, true},
+    ActionWord{"dpi-change", Case::dpiChange, Takes::number, 0, 0, mostDPIStages + 1, true},
+    ActionWord{"profile-switch", Case::profileSwitch, Takes::number, 0, 0, lastProfile, true},
     ActionWord{"key-press", Case::keyPress, Takes::key, 0, 0, 0, true},
     ActionWord{"scroll-mode-toggle", Case::scrollModeToggle, Takes::nothing, 0, 0, 0, true},
     ActionWord{"other", Case::other, Takes::bytes, 0, 0, 0, true},
     ActionWord{"macro-play", Case::macroPlay, Takes::name, 0, 0, 0, true},
 };
 
-std::optional<Data> bytesFromHex(std::string_view text)
+/// The bytes that a text of two hexadecimal digits each stands for; none for any other text.
+template <std::size_t size> std::optional<std::array<std::uint8_t, size>> bytesFromHex(std::string_view text)
 {
-    if (text.size() % 2 != 0) {
+    std::uint64_t number = 0;
+    const auto *end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number, 16);
+    if (text.size() != 2 * size || result.ec != std::errc{} || result.ptr != end) {
         return std::nullopt;
     }
-    Data bytes(text.size() / 2);
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        const char *begin = text.data() + 2 * i;
-        const auto result = std::from_chars(begin, begin + 2, bytes[i], 16);
-        if (result.ec != std::errc{} || result.ptr != begin + 2) {
-            return std::nullopt;
-        }
+    std::array<std::uint8_t, size> bytes{};
+    for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte, number >>= 8U) {
+        *byte = static_cast<std::uint8_t>(number);
     }
     return bytes;
 }
@@ -127,11 +126,11 @@ ActionOrFailure makeAction(const ActionWord &row, const std::string &value)
         return ButtonAction::keyPress(*std::move(text));
     }
     case Takes::bytes: {
-        const auto bytes = bytesFromHex(value);
-        if (!bytes || bytes->size() != ButtonFunction{}.size()) {
+        const auto bytes = bytesFromHex<ButtonFunction{}.size()>(value);
+        if (!bytes) {
             return word + " takes the seven bytes of a function as 14 hexadecimal digits";
         }
-        return canonical(ButtonAction::other(*bytes));
+        return canonical(ButtonAction::other({bytes->begin(), bytes->end()}));
     }
     case Takes::name:
         return std::string("the mouse cannot hold macros");
@@ -201,12 +200,6 @@ std::string Vocabulary::help() const
            "\nButtons: " + joined(wordsOf(buttons)) + "\nActions: " + joined(actions()) + '\n';
 }
 
-bool hasColor(RGBEffect effect)
-{
-    return effect == RGBEffect::staticColor || effect == RGBEffect::breathing ||
-           effect == RGBEffect::reactive;
-}
-
 std::string hexText(RGBColor color)
 {
     return '#' + hexOf(std::array{color.r, color.g, color.b}, "%02x");
@@ -214,35 +207,8 @@ std::string hexText(RGBColor color)
 
 std::optional<RGBColor> colorFromText(std::string_view text)
 {
-    const auto bytes = bytesFromHex(text.starts_with('#') ? text.substr(1) : text);
-    if (!bytes || bytes->size() != 3) {
-        return std::nullopt;
-    }
-    return RGBColor{(*bytes)[0], (*bytes)[1], (*bytes)[2]};
-}
-
-double percentOf(double brightness)
-{
-    const auto byte = RazerProtocol::brightnessByte(brightness);
-    // A byte is some 0.4 %: at the latest one of the tenths lies within.
-    for (const double scale : {1.0, 10.0}) {
-        const double percent = std::ceil(byte * 100.0 * scale / 255) / scale;
-        if (RazerProtocol::brightnessByte(percent / 100) == byte) {
-            return percent;
-        }
-    }
-    return byte / 2.55;
-}
-
-std::string lightText(const RGBSetting &setting)
-{
-    const bool isFraction =
-        setting.brightness >= 0 && setting.brightness <= 1; // a stored one may be anything
-    std::array<char, 32> percent{};
-    std::snprintf(percent.data(), percent.size(), "%.6g %%",
-                  isFraction ? percentOf(setting.brightness) : setting.brightness * 100);
-    return wordOf(setting.effect) + (hasColor(setting.effect) ? ' ' + hexText(setting.color) : "") + ", " +
-           percent.data();
+    const auto bytes = bytesFromHex<3>(text.starts_with('#') ? text.substr(1) : text);
+    return bytes ? std::optional(RGBColor{(*bytes)[0], (*bytes)[1], (*bytes)[2]}) : std::nullopt;
 }
 
 std::string actionText(const ButtonAction &action)
