@@ -1,6 +1,7 @@
 // The commands of kelmothctl on simulated mice, in a time that nobody has to wait for.
 
 #include "CLI/Reports/MouseReport.h"
+#include "CLI/Reports/ReadReport.h"
 #include "CLI/SettingPlan.h"
 #include "Core/HID/RazerProtocol.h"
 #include "Platform/Linux/ChangeLock.h"
@@ -13,6 +14,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <sys/stat.h>
 
 namespace kelmoth {
@@ -41,6 +43,14 @@ protected:
     {
         mice.clear();
         return plugIn(model);
+    }
+
+    static Vocabulary ownWords(const BasiliskModel &model)
+    {
+        RazerDevice device;
+        device.vendorID = razerVendorID;
+        device.productID = rawValue(model.productID);
+        return Vocabulary::of(device);
     }
 
     struct Result {
@@ -136,7 +146,74 @@ TEST_F(CommandTest, AWrongWordIsAnsweredWithThoseThatAreAllowedAndNothingIsSent)
     }
 }
 
-TEST_F(CommandTest, AreOfTheFirstMouseThatIsMeant)
+/// The words of all models are tried on each: those of its own are taken, the others send nothing.
+TEST_F(CommandTest, EachModelTakesItsOwnWords)
+{
+    const auto all = Vocabulary::ofAll();
+    for (const auto &model : basiliskModels()) {
+        SCOPED_TRACE(model.commandLineName);
+        auto &mouse = plugInOnly(std::string(model.commandLineName));
+        const auto own = ownWords(model);
+        const auto attempt = [&](const std::string &line, bool isOffered, const Words &offered) {
+            const auto result = run(line);
+            EXPECT_EQ(result.status, isOffered ? ExitStatus::done : ExitStatus::usage) << line;
+            EXPECT_EQ(result.complaints.find(joined(offered)) != std::string::npos, !isOffered) << line;
+            EXPECT_NE(mouse.takeTransfers().empty(), isOffered) << line;
+        };
+        const auto attemptEach = [&](const auto &tried, const auto &offered, const std::string &before,
+                                     const std::string &after = "") {
+            for (const auto value : tried) {
+                attempt(before + wordOf(value) + after, std::ranges::count(offered, value) > 0,
+                        wordsOf(offered));
+            }
+        };
+        attemptEach(allCases<RGBZone>(), own.zones, "get light ");
+        attemptEach(allCases<RGBZone>(), own.zones, "set light ", " --color 010203");
+        attemptEach(allCases<RGBEffect>(), own.effects, "set light all --effect ");
+        attemptEach(allCases<MouseButton>(), own.buttons, "get button ");
+        attemptEach(allCases<MouseButton>(), own.buttons, "set button ", " left-click");
+        for (const auto &action : all.actions()) {
+            const auto concrete =
+                std::regex_replace(std::regex_replace(action, std::regex(":1..5|:KEY"), ":3"),
+                                   std::regex(":BYTES"), ":01010500000000");
+            attempt("set button back " + concrete, std::ranges::count(own.actions(), action) > 0,
+                    own.actions());
+        }
+    }
+}
+
+TEST_F(CommandTest, GetPrintsWhatReadShows)
+{
+    const std::pair<const char *, const char *> rows[]{
+        {"dpi", "/dpi/stages/1"},
+        {"stage", "/dpi/active"},
+        {"stages", "/dpi/stages"},
+        {"light scroll-wheel", "/lighting/scroll-wheel"},
+        {"button dpi-up", "/buttons/dpi-up"},
+        {"lift-off", "/liftOff"},
+        {"battery", "/battery/level"},
+        {"charging", "/battery/charging"},
+    };
+    for (const auto &model : basiliskModels()) {
+        auto &mouse = plugInOnly(std::string(model.commandLineName));
+        EXPECT_EQ(run("set stage 2").status, ExitStatus::done);
+        const auto all = run("read --json").json();
+        const bool reportsCharging = DeviceCapabilities::forDevice(rawValue(model.productID)).reportsCharging;
+        for (const auto &[what, where] : rows) {
+            SCOPED_TRACE(std::string(model.commandLineName) + ": " + what);
+            mouse.takeTransfers();
+            const auto result = run(std::string("get ") + what + " --json");
+            const JSON::json_pointer member(where);
+            const bool isThere =
+                std::string_view(what) == "charging" ? reportsCharging : all.contains(member);
+            EXPECT_EQ(result.status, isThere ? ExitStatus::done : ExitStatus::usage);
+            EXPECT_EQ(result.json().value("value", JSON()), isThere ? all[member] : JSON());
+            EXPECT_LE(mouse.takeTransfers().size(), 4) << "no more than is printed";
+        }
+    }
+}
+
+TEST_F(CommandTest, ChangeTheFirstMouseOfTheProduct)
 {
     plugIn("basilisk-v3-pro-wired").addFault({.kind = Kind::denied, .times = -1});
     plugIn("basilisk-v3");
@@ -336,23 +413,26 @@ TEST_F(ChangeTest, ARefusalIsToldInTheManagersWordsAndWhatWasNotReadIsNotWritten
 
 TEST_F(ChangeTest, ResetGivesTheDefaultsOfTheModel)
 {
-    auto &mouse = plugIn("basilisk-v3");
-    const auto fresh = mouse.state();
-    auto held = fresh;
-    held.dpiStages[1] = 900;
-    held.lights[RGBZone::logo].brightness = 3;
-    held.buttons[{0, MouseButton::back, false}] = {};
-    held.liftOff = 2;
-    mouse.setState(held);
-    EXPECT_EQ(run("reset Lighting --yes").output,
-              "lighting of logo: static #00ff00, 1.2 % -> static #00ff00, "
-              "100 %: done\n");
-    EXPECT_EQ(mouse.state().dpiStages, held.dpiStages);
-    const auto results = run("reset --yes --json").json()["results"];
-    EXPECT_EQ(results.size(), 3) << results; // the active stage too
-    EXPECT_EQ(mouse.state().dpiStages, fresh.dpiStages);
-    EXPECT_EQ(mouse.state().buttons, fresh.buttons);
-    EXPECT_EQ(mouse.state().liftOff, 2);
+    for (const auto &model : basiliskModels()) {
+        SCOPED_TRACE(model.commandLineName);
+        auto &mouse = plugInOnly(std::string(model.commandLineName));
+        const auto zone = ownWords(model).zones.back();
+        const auto fresh = mouse.state();
+        auto held = fresh;
+        held.dpiStages[1] = 900;
+        held.lights[zone].brightness = 3;
+        held.buttons[{0, MouseButton::back, false}] = {};
+        held.liftOff = 2;
+        mouse.setState(held);
+        EXPECT_EQ(run("reset Lighting --yes").output,
+                  "lighting of " + wordOf(zone) + ": static #00ff00, 1.2 % -> static #00ff00, 100 %: done\n");
+        EXPECT_EQ(mouse.state().dpiStages, held.dpiStages);
+        const auto results = run("reset --yes --json").json()["results"];
+        EXPECT_EQ(results.size(), 3) << results; // the active stage too
+        EXPECT_EQ(mouse.state().dpiStages, fresh.dpiStages);
+        EXPECT_EQ(mouse.state().buttons, fresh.buttons);
+        EXPECT_EQ(mouse.state().liftOff, 2);
+    }
 }
 
 TEST(SettingWordsTest, EachBrightnessIsPrintedSoThatItComesBackAsTheSameByte)
