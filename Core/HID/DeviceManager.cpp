@@ -144,14 +144,4 @@ void DeviceManager::notify(std::initializer_list<Signal> signals)
     }
 }
 
-QVariant DeviceManager::connectedDeviceVariant() const
-{
-    return m_connectedDevice ? QVariant::fromValue(*m_connectedDevice) : QVariant();
-}
-
-QVariant DeviceManager::liftOffLevelVariant() const
-{
-    return m_liftOffLevel ? QVariant::fromValue<qlonglong>(*m_liftOffLevel) : QVariant();
-}
-
 } // namespace kelmoth

@@ -12,7 +12,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QPromise>
-#include <QVariant>
 
 #include <initializer_list>
 #include <optional>
@@ -26,16 +25,11 @@ namespace kelmoth {
 /// reads it, writes changes to it, publishes and saves the result. Nothing is published or saved that the
 /// mouse has not said or accepted. Main thread.
 ///
-/// Each published property notifies after every assignment, also of an equal value. Whoever is notified finds
+/// Each published value notifies after every assignment, also of an equal value. Whoever is notified finds
 /// everything that belongs together changed and saved, and may do anything: call a writer, or delete the
 /// manager.
 class DeviceManager : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QVariant connectedDevice READ connectedDeviceVariant NOTIFY connectedDeviceChanged)
-    Q_PROPERTY(kelmoth::DeviceState deviceState READ deviceState NOTIFY deviceStateChanged)
-    Q_PROPERTY(bool isConnected READ isConnected NOTIFY isConnectedChanged)
-    Q_PROPERTY(QVariant liftOffLevel READ liftOffLevelVariant NOTIFY liftOffLevelChanged)
-    Q_PROPERTY(bool isSyncing READ isSyncing NOTIFY isSyncingChanged)
 
 public:
     /// The application's one instance, on the shared monitor and toasts; made on first use, gone with the
@@ -141,8 +135,6 @@ private:
     void setIsSyncing(bool syncing);
     using Signal = void (DeviceManager::*)();
     void notify(std::initializer_list<Signal> signals);
-    QVariant connectedDeviceVariant() const;
-    QVariant liftOffLevelVariant() const;
 
     std::optional<RazerDevice> m_connectedDevice;
     DeviceState m_deviceState = DeviceState::defaultState();
@@ -161,6 +153,3 @@ private:
 };
 
 } // namespace kelmoth
-
-Q_DECLARE_METATYPE(kelmoth::RazerDevice)
-Q_DECLARE_METATYPE(kelmoth::DeviceState)

@@ -47,8 +47,6 @@ struct CommandCode {
     std::uint8_t commandClass;
     std::uint8_t commandID;
     std::uint8_t dataSize;
-
-    bool operator==(const CommandCode &) const = default;
 };
 
 namespace code {

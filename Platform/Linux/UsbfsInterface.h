@@ -26,8 +26,6 @@ public:
     UsbfsInterface(const UsbfsInterface &) = delete;
     UsbfsInterface &operator=(const UsbfsInterface &) = delete;
 
-    std::uint16_t number() const { return m_number; }
-
     /// The open device node.
     int fileDescriptor() const { return m_file.get(); }
 

@@ -2,14 +2,13 @@ import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
 
-/// A raised ground for a column of things.
+/// A framed ground for a column of things.
 Item {
     id: root
 
     property real radius: 10
     property real padding: 12
     property color color: Theme.controlBackground
-    property bool raised: false ///< with a shadow
     property alias spacing: column.spacing
     default property alias content: column.data
 
@@ -22,9 +21,6 @@ Item {
         borderWidth: 1
         color: root.color
         radius: root.radius
-        shadowColor: root.raised ? "#1a000000" : "transparent"
-        shadowRadius: 5
-        shadowY: 2
     }
 
     ColumnLayout {

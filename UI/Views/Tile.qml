@@ -9,7 +9,6 @@ PressArea {
     property real radius: 6
     property real growth: 1.05 ///< scale while selected
     property real glow: 0      ///< radius of the shadow while selected
-    property color ground: Theme.controlBackground
 
     Layout.fillWidth: true
     Layout.preferredWidth: 1
@@ -30,7 +29,7 @@ PressArea {
         anchors.fill: parent
         borderColor: Theme.outline
         borderWidth: 1
-        color: root.ground
+        color: Theme.controlBackground
         radius: root.radius
     }
 
