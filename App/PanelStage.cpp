@@ -72,20 +72,10 @@ Platform stillPlatform()
     return platform;
 }
 
-Platform PanelStage::machine(const std::vector<std::shared_ptr<SimulatedMouse>> &mice,
-                             const std::shared_ptr<ManualTime> &time)
-{
-    auto machine = simulatedMachine(mice);
-    auto platform = Platform::current();
-    platform.sleeper = time;
-    platform.hid = std::move(machine.hid);
-    platform.usb = std::move(machine.usb);
-    return platform;
-}
-
 PanelStage::PanelStage(const std::string &mouse, PanelTranslator &translator)
     : m_mice(miceNamed(mouse, m_time)),
-      m_monitor(machine(m_mice, m_time)),
+      m_system(simulatedMachine(m_mice)),
+      m_monitor(m_system.hid, m_system.usb, m_time),
       m_manager(m_monitor, m_toasts, std::make_shared<MemoryDefaults>()),
       m_loginItem(Platform::current().loginItemService, Platform::current().userDefaults),
       m_panel(m_manager, m_toasts, Preferences::shared(), Appearance::shared(), m_loginItem),

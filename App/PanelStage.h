@@ -7,6 +7,7 @@
 #include "Platform/Platform.h"
 #include "Platform/Simulated/ManualTime.h"
 #include "Platform/Simulated/SimulatedMouse.h"
+#include "Platform/Simulated/SimulatedPlatform.h"
 #include "UI/Views/ContentModel.h"
 #include "UI/Views/PanelTranslator.h"
 #include "UI/Views/PanelWindow.h"
@@ -43,12 +44,11 @@ public:
     QImage settle();
 
 private:
-    static Platform machine(const std::vector<std::shared_ptr<SimulatedMouse>> &mice,
-                            const std::shared_ptr<ManualTime> &time);
     bool hasRead() const;
 
     std::shared_ptr<ManualTime> m_time = std::make_shared<ManualTime>();
     std::vector<std::shared_ptr<SimulatedMouse>> m_mice;
+    SimulatedMachine m_system;
     HIDMonitor m_monitor;
     ToastManager m_toasts;
     DeviceManager m_manager;

@@ -88,7 +88,7 @@ int run()
     platform.hid = machine->hid;
     platform.usb = machine->usb;
     platform.userDefaults = std::make_shared<SettingsUserDefaults>(home.filePath(QStringLiteral("d.ini")));
-    HIDMonitor monitor(platform);
+    HIDMonitor monitor(platform.hid, platform.usb, platform.sleeper);
     ToastManager toasts;
     DeviceManager manager(monitor, toasts, platform.userDefaults);
     monitor.startMonitoring();

@@ -15,7 +15,7 @@ Session::Session(Options options, Platform platform, Output *output)
 HIDMonitor &Session::monitor(bool watchesBatteries)
 {
     if (!m_monitor) {
-        m_monitor = std::make_unique<HIDMonitor>(m_platform);
+        m_monitor = std::make_unique<HIDMonitor>(m_platform.hid, m_platform.usb, m_platform.sleeper);
         m_monitor->startMonitoring(watchesBatteries);
     }
     return *m_monitor;

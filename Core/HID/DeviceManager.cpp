@@ -1,6 +1,7 @@
 #include "Core/HID/DeviceManager.h"
 
 #include "Core/Services/SharedInstance.h"
+#include "Platform/Platform.h"
 
 #include <QCoroFuture>
 
@@ -40,6 +41,7 @@ void DeviceManager::setupObservers()
 
 void DeviceManager::takeDevices(const std::vector<RazerDevice> &devices)
 {
+    assertOwnThread(*this);
     const auto previous = m_connectedDevice ? std::optional(m_connectedDevice->id) : std::nullopt;
     m_connectedDevice = preferredDevice(devices, m_productID);
     m_isConnected = m_connectedDevice && m_connectedDevice->isConfigurable();
@@ -81,6 +83,7 @@ std::optional<RazerDevice> DeviceManager::preferredDevice(std::span<const RazerD
 
 QCoro::Task<std::optional<DeviceReading>> DeviceManager::firstReading()
 {
+    assertOwnThread(*this);
     const QPointer<DeviceManager> self(this);
     if (!m_isRead) {
         auto &promise = m_awaitingRead.emplace_back();
@@ -136,6 +139,7 @@ void DeviceManager::setIsSyncing(bool syncing)
 /// The last thing that a function does here: the manager may have gone afterwards.
 void DeviceManager::notify(std::initializer_list<Signal> signals)
 {
+    assertOwnThread(*this);
     const QPointer<DeviceManager> self(this);
     for (const Signal signal : signals) {
         if (self) {

@@ -6,6 +6,7 @@
 #include "Core/HID/HIDMonitor.h"
 #include "Core/HID/SavedSettings.h"
 #include "Core/HID/WriteResult.h"
+#include "Core/Services/OwnThread.h"
 #include "Core/Services/ToastManager.h"
 
 #include <QCoroTask>
@@ -122,7 +123,11 @@ private:
     void setupObservers();
     void takeDevices(const std::vector<RazerDevice> &devices);
     bool isCurrent(const RazerDevice &device) const;
-    bool isBusy() const { return m_isSyncing || m_isWriting; }
+    bool isBusy() const
+    {
+        assertOwnThread(*this);
+        return m_isSyncing || m_isWriting;
+    }
     std::optional<RazerDevice> configurableDevice() const;
     void saveSettings();
     void startFullRefresh();

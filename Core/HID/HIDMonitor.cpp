@@ -2,8 +2,10 @@
 
 #include "Core/HID/HIDTransport.h"
 #include "Core/HID/RazerProtocol.h"
+#include "Core/Services/OwnThread.h"
 #include "Core/Services/SharedInstance.h"
 #include "Platform/Log.h"
+#include "Platform/Platform.h"
 
 #include <QCoroFuture>
 #include <QtConcurrentRun>
@@ -96,11 +98,19 @@ struct HIDMonitor::Transports {
 
 HIDMonitor &HIDMonitor::shared()
 {
-    return sharedInstance([] { return std::make_unique<HIDMonitor>(Platform::current()); });
+    return sharedInstance([] {
+        const auto &platform = Platform::current();
+        return std::make_unique<HIDMonitor>(platform.hid, platform.usb, platform.sleeper);
+    });
 }
 
-HIDMonitor::HIDMonitor(Platform platform, QObject *parent)
-    : QObject(parent), m_platform(std::move(platform)), m_transports(std::make_shared<Transports>())
+HIDMonitor::HIDMonitor(std::shared_ptr<HIDService> hid, std::shared_ptr<USBService> usb,
+                       std::shared_ptr<Sleeper> sleeper, QObject *parent)
+    : QObject(parent),
+      m_hid(std::move(hid)),
+      m_usb(std::move(usb)),
+      m_sleeper(std::move(sleeper)),
+      m_transports(std::make_shared<Transports>())
 {
     m_queue.setObjectName(QStringLiteral("com.kelmoth.hid"));
     m_queue.setMaxThreadCount(1);
@@ -121,11 +131,12 @@ void HIDMonitor::endTransfers()
 
 void HIDMonitor::startMonitoring(bool watchesBatteries)
 {
+    assertOwnThread(*this);
     if (m_isMonitoring) {
         return;
     }
     m_watchesBatteries = watchesBatteries;
-    m_manager = m_platform.hid->createManager();
+    m_manager = m_hid->createManager();
     if (!m_manager) {
         log("❌ Failed to create IOHIDManager");
         return;
@@ -149,6 +160,7 @@ void HIDMonitor::startMonitoring(bool watchesBatteries)
 
 void HIDMonitor::stopMonitoring()
 {
+    assertOwnThread(*this);
     if (!m_isMonitoring || !m_manager) {
         return;
     }
@@ -165,6 +177,7 @@ void HIDMonitor::setIsMonitoring(bool monitoring)
 
 void HIDMonitor::deviceConnected(const std::shared_ptr<HIDDevice> &handle)
 {
+    assertOwnThread(*this);
     const auto properties = handle->properties();
     const auto described = describe(properties);
     if (!described) {
@@ -203,8 +216,8 @@ void HIDMonitor::deviceConnected(const std::shared_ptr<HIDDevice> &handle)
 
 void HIDMonitor::openTransport(const RazerDevice &device)
 {
-    auto usb = std::make_shared<USBRazerDevice>(m_platform.usb, m_platform.sleeper, device.vendorID,
-                                                device.productID, basiliskModel(*device.model()).reportIndex,
+    auto usb = std::make_shared<USBRazerDevice>(m_usb, m_sleeper, device.vendorID, device.productID,
+                                                basiliskModel(*device.model()).reportIndex,
                                                 m_transports->end.get_token());
     // Opening a device node can wait for the mouse to wake: not on the main thread. The queue is first in,
     // first served, so every command finds the outcome.
@@ -217,6 +230,7 @@ void HIDMonitor::openTransport(const RazerDevice &device)
 
 void HIDMonitor::deviceDisconnected(const std::shared_ptr<HIDDevice> &handle)
 {
+    assertOwnThread(*this);
     std::optional<QUuid> id;
     std::shared_ptr<USBRazerDevice> usb;
     {
@@ -255,13 +269,14 @@ QCoro::Task<std::optional<Data>> HIDMonitor::send(RazerCommand command, RazerDev
 
 QCoro::Task<TransactResult> HIDMonitor::transact(RazerCommand command, RazerDevice device)
 {
+    assertOwnThread(*this);
     if (!device.isConfigurable()) {
         co_return TransactResult{};
     }
     const auto waitTimeUs = basiliskModel(*device.model()).waitTimeUs;
     auto report = RazerProtocol::createReport(command, device);
     QFuture<TransactResult> answer = QtConcurrent::run(&m_queue, &Transports::transfer, m_transports,
-                                                       m_platform.sleeper, device.id, report, waitTimeUs);
+                                                       m_sleeper, device.id, report, waitTimeUs);
     // Nothing of the monitor may be used from here on: it may have gone when this resumes.
     TransactResult result = co_await answer;
     co_return result;

@@ -3,7 +3,9 @@
 #include "Core/Device/RazerDevice.h"
 #include "Core/HID/RazerCommand.h"
 #include "Core/HID/USBRazerDevice.h"
-#include "Platform/Platform.h"
+#include "Platform/HID.h"
+#include "Platform/Sleeper.h"
+#include "Platform/USB.h"
 
 #include <QCoroTask>
 #include <QDeadlineTimer>
@@ -28,7 +30,10 @@ public:
     /// application object.
     static HIDMonitor &shared();
 
-    explicit HIDMonitor(Platform platform, QObject *parent = nullptr);
+    /// `hid` finds the mice, `usb` opens the way to them, `sleeper` keeps the pauses between transfers.
+    HIDMonitor(std::shared_ptr<HIDService> hid, std::shared_ptr<USBService> usb,
+               std::shared_ptr<Sleeper> sleeper, QObject *parent = nullptr);
+
     /// Ends the transfers as `endTransfers` does, and waits for the one under way.
     ~HIDMonitor() override;
 
@@ -97,7 +102,9 @@ private:
     /// still runs outlives a monitor that goes.
     struct Transports;
 
-    Platform m_platform;
+    std::shared_ptr<HIDService> m_hid;
+    std::shared_ptr<USBService> m_usb;
+    std::shared_ptr<Sleeper> m_sleeper;
     std::vector<RazerDevice> m_connectedDevices;
     bool m_isMonitoring = false;
     bool m_watchesBatteries = true;

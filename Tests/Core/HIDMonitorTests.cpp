@@ -29,7 +29,8 @@ protected:
 
     void watch()
     {
-        monitor = std::make_unique<HIDMonitor>(platform());
+        const auto machine = platform();
+        monitor = std::make_unique<HIDMonitor>(machine.hid, machine.usb, machine.sleeper);
         monitor->startMonitoring();
     }
 

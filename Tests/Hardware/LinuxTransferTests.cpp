@@ -115,7 +115,7 @@ TEST_F(LinuxTransferTest, EveryFaultEndsInALineOrAnIgnoredDevice)
         platform.sleeper = time;
         platform.hid = hid;
         platform.usb = usb;
-        HIDMonitor monitor(platform);
+        HIDMonitor monitor(platform.hid, platform.usb, platform.sleeper);
         monitor.startMonitoring();
         std::optional<bool> isAnswered;
         for (const auto &device : monitor.connectedDevices()) {

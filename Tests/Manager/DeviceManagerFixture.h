@@ -26,7 +26,7 @@ protected:
             machine.usb = platform().usb;
         }
         manager.reset();
-        monitor = std::make_unique<HIDMonitor>(machine);
+        monitor = std::make_unique<HIDMonitor>(machine.hid, machine.usb, machine.sleeper);
         toasts = std::make_unique<ToastManager>();
         manager = std::make_unique<DeviceManager>(*monitor, *toasts, defaults);
         QObject::connect(toasts.get(), &ToastManager::currentToastChanged, toasts.get(), [this] {

@@ -7,6 +7,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <thread>
+
 namespace kelmoth {
 namespace {
 
@@ -51,6 +53,16 @@ TEST(MergeSavedState, TakesOverOnlyWhatTheModelSupports)
         saved.currentDPIStage = stage;
         EXPECT_EQ(mergeSavedState(saved, device), smaller);
     }
+}
+
+TEST_F(DeviceManagerTest, AWrongThreadIsNoticed)
+{
+    plugIn({"basilisk-v3"});
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto elsewhere = [](const auto &call) { std::thread(call).join(); };
+    EXPECT_DEBUG_DEATH(elsewhere([&] { (void)manager->setDPIStage(1); }), "currentThread");
+    EXPECT_DEBUG_DEATH(elsewhere([&] { (void)manager->refreshFromDevice(true); }), "currentThread");
+    EXPECT_DEBUG_DEATH(elsewhere([&] { monitor->stopMonitoring(); }), "currentThread");
 }
 
 TEST_F(DeviceManagerTest, ReadsTheFirstMouseThatCanBeConfiguredAndSavesWhatItSays)

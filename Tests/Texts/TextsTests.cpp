@@ -130,7 +130,7 @@ bool isName(const QString &text)
 bool holdsTexts(const std::string &file)
 {
     return file.starts_with("UI/") || file.starts_with("Core/Device/") ||
-           file.starts_with("Core/Services/") || file.starts_with("Core/HID/DeviceManager+Writers.cpp");
+           file.starts_with("Core/Services/") || file.starts_with("Core/HID/DeviceManagerWriters.cpp");
 }
 
 /// Whether a literal is a text that the user will read. In the files that hold texts every one of them

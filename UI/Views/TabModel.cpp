@@ -1,5 +1,7 @@
 #include "UI/Views/TabModel.h"
 
+#include "Core/Services/OwnThread.h"
+
 #include <QPointer>
 
 namespace kelmoth {
@@ -12,12 +14,14 @@ TabModel::TabModel(DeviceManager &deviceManager, QObject *parent)
 
 void TabModel::reset()
 {
+    assertOwnThread(*this);
     ++m_life;
     setIsApplying(false);
 }
 
 void TabModel::perform(Write write, Finished finished)
 {
+    assertOwnThread(*this);
     if (m_isApplying) {
         return;
     }
@@ -46,6 +50,7 @@ QCoro::Task<void> TabModel::run(Write write, Finished finished, int life)
 
 void TabModel::setIsApplying(bool isApplying)
 {
+    assertOwnThread(*this);
     if (isApplying == m_isApplying) {
         return;
     }

@@ -7,6 +7,7 @@ namespace kelmoth {
 
 QCoro::Task<void> DeviceManager::refreshFromDevice(bool full)
 {
+    assertOwnThread(*this);
     const auto device = configurableDevice();
     if (!device) {
         co_return;

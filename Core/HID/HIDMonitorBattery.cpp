@@ -3,6 +3,7 @@
 
 #include "Core/HID/HIDMonitor.h"
 #include "Core/HID/RazerProtocol.h"
+#include "Core/Services/OwnThread.h"
 
 #include <QCoroFuture>
 #include <QPointer>
@@ -42,6 +43,7 @@ bool HIDMonitor::hasReadableBattery(const RazerDevice &device)
 
 bool HIDMonitor::isBatteryMonitored(const QUuid &id) const
 {
+    assertOwnThread(*this);
     return m_batteryMonitors.contains(id);
 }
 
@@ -74,6 +76,7 @@ QCoro::Task<bool> HIDMonitor::readBattery(RazerDevice device, QDeadlineTimer dea
 
 QCoro::Task<bool> HIDMonitor::updateBattery(RazerDevice device)
 {
+    assertOwnThread(*this);
     const QPointer<HIDMonitor> self(this);
     const bool isAnswered = co_await askBattery(device);
     if (self) {
