@@ -78,6 +78,17 @@ protected:
         mouse.setState(state);
     }
 
+    /// Lets a mouse's battery hold so much and reads that of the configured one.
+    void charge(SimulatedMouse &mouse, Int percent, bool isCharging)
+    {
+        change(mouse, [&](auto &state) {
+            state.battery = static_cast<std::uint8_t>((percent * 255 + 99) / 100);
+            state.isCharging = isCharging;
+        });
+        monitor->readBatteryLevel(*manager->connectedDevice());
+        finishAll();
+    }
+
     /// Runs something on the main thread from the transfer thread, behind all that waits there now; twice
     /// around, for what is put off to the next turn of the event loop.
     void onMainThread(const std::function<void()> &action)

@@ -14,13 +14,8 @@ constexpr int dpiCycle = 9;
 constexpr int profileSwitch = 10;
 constexpr int keyboardKey = 12;
 
-class ButtonsTabTest : public PanelTest {
+class ButtonsTabTest : public TabTest<ContentModel::buttons> {
 protected:
-    void open(const std::vector<std::string> &models)
-    {
-        PanelTest::open(models);
-        panel->selectTab(ContentModel::buttons);
-    }
     ButtonsTabModel &tab() { return *panel->buttonsTab(); }
     ButtonAction mapping(MouseButton button) const
     {
@@ -30,8 +25,7 @@ protected:
 
 TEST_F(ButtonsTabTest, ListsTheButtonsOfTheModelWithWhatTheyDo)
 {
-    using Row = std::tuple<std::vector<std::string>, int, int>;
-    const std::vector<Row> rows{
+    const std::tuple<std::vector<std::string>, int, int> rows[]{
         {{}, 5, 0},
         {{"basilisk-v3-x-hyperspeed"}, 6, 13},
         {{"basilisk-v3"}, 11, 14},

@@ -4,28 +4,11 @@
 namespace kelmoth {
 namespace {
 
-class ContentTest : public PanelTest {
-protected:
-    /// Lets the battery of the mouse hold so much and reads it.
-    void charge(Int percent, bool isCharging)
-    {
-        auto state = mouse().state();
-        state.battery = static_cast<std::uint8_t>((percent * 255 + 99) / 100);
-        state.isCharging = isCharging;
-        mouse().setState(state);
-        QSignalSpy readings(monitor.get(), &HIDMonitor::batteryReadFinished);
-        monitor->readBatteryLevel(*manager->connectedDevice());
-        if (readings.isEmpty()) { // a fast mouse has answered already
-            readings.wait();
-        }
-        QCoreApplication::processEvents();
-    }
-};
+using ContentTest = PanelTest;
 
 TEST_F(ContentTest, TheBadgeTellsTheCharge)
 {
-    using Row = std::tuple<Int, bool, std::string>;
-    const std::vector<Row> rows{
+    const std::tuple<Int, bool, std::string> rows[]{
         {0, false, "battery.0"},        {14, false, "battery.0"},       {15, false, "battery.25"},
         {39, false, "battery.25"},      {40, false, "battery.50"},      {64, false, "battery.50"},
         {65, false, "battery.75"},      {89, false, "battery.75"},      {90, false, "battery.100"},
@@ -33,7 +16,7 @@ TEST_F(ContentTest, TheBadgeTellsTheCharge)
     };
     open({"basilisk-v3-pro"});
     for (const auto &[percent, isCharging, icon] : rows) {
-        charge(percent, isCharging);
+        charge(mouse(), percent, isCharging);
         EXPECT_EQ(panel->batteryText().toStdString(), std::to_string(percent) + "%");
         EXPECT_EQ(panel->batteryIcon().toStdString(), icon) << percent;
         EXPECT_TRUE(panel->showsBattery());

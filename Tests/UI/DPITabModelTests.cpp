@@ -10,8 +10,7 @@ using testing::ElementsAre;
 
 TEST(DPITextsTest, AreShortAndInEveryLanguageTheSame)
 {
-    using Row = std::tuple<Int, std::string, std::string>;
-    const std::vector<Row> rows{
+    const std::tuple<Int, std::string, std::string> rows[]{
         {0, "0", "0"},           {850, "850", "850"},           {1000, "1 000", "1K"},
         {2400, "2 400", "2.4K"}, {12500, "12 500", "12.5K"},    {26000, "26 000", "26K"},
         {999, "999", "999"},     {1950, "1 950", "1.9K"},       {1234567, "1 234 567", "1234.6K"},
@@ -33,16 +32,14 @@ protected:
 
 TEST_F(DPITabTest, ShowsTheActiveStageAndWhatTheModelOffers)
 {
-    using Row = std::tuple<std::vector<std::string>, int, std::string, std::string>;
-    const std::vector<Row> rows{{{"basilisk-v3"}, 26000, "26K", "26K"},
-                                {{"basilisk-v3-pro"}, 30000, "30K", "30K"},
-                                {{}, 18000, "18K", "18K"}};
-    for (const auto &[models, maxDPI, label, lastPreset] : rows) {
+    const std::tuple<std::vector<std::string>, int, std::string> rows[]{
+        {{"basilisk-v3"}, 26000, "26K"}, {{"basilisk-v3-pro"}, 30000, "30K"}, {{}, 18000, "18K"}};
+    for (const auto &[models, maxDPI, label] : rows) {
         open(models);
         EXPECT_EQ(tab().maxDPI(), maxDPI);
         EXPECT_EQ(tab().maxDPIText().toStdString(), label);
         EXPECT_EQ(tab().presets()->count(), 8);
-        EXPECT_EQ(texts(tab().presets(), "label").back(), lastPreset);
+        EXPECT_EQ(texts(tab().presets(), "label").back(), label);
     }
 
     open({"basilisk-v3"});
@@ -71,9 +68,8 @@ TEST_F(DPITabTest, ADragWritesOnceAtItsEnd)
     tab().moveSlider(5000);
     EXPECT_EQ(tab().sliderDPI(), 800) << "nobody drags it";
     tab().startEditing();
-    const std::vector<std::pair<double, double>> moves{{1249, 1200},   {1250, 1300}, {-1e300, 100},
-                                                       {1e300, 26000}, {NAN, 26000}, {5040, 5000}};
-    for (const auto &[to, dpi] : moves) {
+    for (const auto &[to, dpi] : {std::pair{1249.0, 1200.0}, {1250, 1300}, {-1e300, 100}, {1e300, 26000},
+                                  {NAN, 26000}, {5040, 5000}}) {
         tab().moveSlider(to);
         EXPECT_EQ(tab().sliderDPI(), dpi) << to;
         EXPECT_EQ(tab().shownDPIText().toStdString(), formattedDPI(static_cast<Int>(dpi)));

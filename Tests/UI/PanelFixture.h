@@ -99,4 +99,15 @@ protected:
     std::unique_ptr<ContentModel> panel;
 };
 
+/// A panel on one of its pages.
+template <ContentModel::AppTab page> class TabTest : public PanelTest {
+protected:
+    void open(const std::vector<std::string> &models)
+    {
+        PanelTest::open(models);
+        panel->selectTab(page);
+        QCoreApplication::processEvents();
+    }
+};
+
 } // namespace kelmoth

@@ -8,13 +8,8 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using enum RGBZone;
 
-class RGBTabTest : public PanelTest {
+class RGBTabTest : public TabTest<ContentModel::rgb> {
 protected:
-    void open(const std::vector<std::string> &models)
-    {
-        PanelTest::open(models);
-        panel->selectTab(ContentModel::rgb);
-    }
     RGBTabModel &tab() { return *panel->rgbTab(); }
     const RGBSetting &setting(RGBZone zone) const { return manager->deviceState().rgbSettings.at(zone); }
 
@@ -27,8 +22,7 @@ protected:
 
 TEST_F(RGBTabTest, TakesTheHueAndTheSwatchFromAColor)
 {
-    using Row = std::tuple<RGBColor, double, std::optional<int>>;
-    const std::vector<Row> rows{
+    const std::tuple<RGBColor, double, std::optional<int>> rows[]{
         {{0, 255, 0}, 1 / 3.0, 0},
         {{128, 128, 128}, 1 / 3.0, 0}, // a grey leaves both
         {{255, 255, 255}, 1 / 3.0, 9},
@@ -49,8 +43,7 @@ TEST_F(RGBTabTest, TakesTheHueAndTheSwatchFromAColor)
 
 TEST_F(RGBTabTest, SendsTheColorOfTheStripOrTheSwatch)
 {
-    using Row = std::tuple<double, double, RGBColor>;
-    const std::vector<Row> rows{
+    const std::tuple<double, double, RGBColor> rows[]{
         {0.65, 0.65, {22, 43, 229}}, {0.0, 0.0, {229, 22, 22}},    {1.0, 1.0, {229, 22, 22}},
         {1.7, 1.0, {229, 22, 22}},   {-0.1, 0.0, {229, 22, 22}},   {0.25, 0.25, {126, 229, 22}},
         {0.4, 0.4, {22, 229, 105}},  {0.75, 0.75, {126, 22, 229}},
@@ -129,8 +122,7 @@ TEST_F(RGBTabTest, ShowsOfAStoredBrightnessWhatThereIs)
 
 TEST_F(RGBTabTest, OffersWhatTheModelHas)
 {
-    using Row = std::tuple<std::vector<std::string>, std::vector<std::string>, int>;
-    const std::vector<Row> rows{
+    const std::tuple<std::vector<std::string>, std::vector<std::string>, int> rows[]{
         {{"basilisk-v3"}, {"Off", "Static", "Spectrum", "Wave"}, 3},
         {{"basilisk-v3-x-hyperspeed"}, {"Off", "Static", "Breathe", "Spectrum", "Wave", "Reactive"}, 1},
         {{}, {}, 1},

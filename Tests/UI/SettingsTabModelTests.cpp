@@ -10,14 +10,8 @@ using enum LoginItemStatus;
 const std::string move = "Move Kelmoth to the Applications folder to launch it at login.";
 const std::string allow = "Allow Kelmoth under Login Items in System Settings.";
 
-class SettingsTabTest : public PanelTest {
+class SettingsTabTest : public TabTest<ContentModel::settings> {
 protected:
-    void open(const std::vector<std::string> &models)
-    {
-        PanelTest::open(models);
-        panel->selectTab(ContentModel::settings);
-        QCoreApplication::processEvents();
-    }
     SettingsTabModel &tab() { return *panel->settingsTab(); }
 };
 
@@ -26,9 +20,7 @@ TEST_F(SettingsTabTest, LiftOffFollowsTheMouse)
     open({"basilisk-v3"});
     const std::vector<std::string> labels{"Low (1 mm)", "Medium (2 mm)", "High (3 mm)", "Not set"};
     for (const int level : {0, 1, 2, 5}) {
-        auto state = mouse().state();
-        state.liftOff = static_cast<std::uint8_t>(level);
-        mouse().setState(state);
+        change(mouse(), [&](auto &state) { state.liftOff = static_cast<std::uint8_t>(level); });
         QCoro::waitFor(manager->refreshFromDevice(true));
         EXPECT_EQ(tab().liftOffLabel().toStdString(), labels[static_cast<std::size_t>(std::min(level, 3))]);
         const auto expected = level < 3 ? std::vector{level} : std::vector<int>{};
@@ -62,8 +54,7 @@ TEST_F(SettingsTabTest, LiftOffFollowsTheMouse)
 
 TEST_F(SettingsTabTest, TheSwitchShowsWhatTheSystemSays)
 {
-    using Row = std::tuple<LoginItemStatus, bool, bool, std::string, bool>;
-    const std::vector<Row> rows{
+    const std::tuple<LoginItemStatus, bool, bool, std::string, bool> rows[]{
         {notRegistered, true, false, "", false},     {enabled, true, true, "", false},
         {requiresApproval, true, true, allow, true}, {notFound, true, false, "", false},
         {enabled, false, true, move, false},         {requiresApproval, false, true, allow, true},
@@ -85,20 +76,17 @@ TEST_F(SettingsTabTest, TheSwitchShowsWhatTheSystemSays)
 
 TEST_F(SettingsTabTest, AFlipRegistersOrSpringsBack)
 {
-    using Row = std::tuple<bool, LoginItemStatus, std::optional<std::string>, bool, std::string,
-                           std::vector<std::string>, std::vector<std::string>>;
-    const std::vector<Row> rows{
-        {true, enabled, {}, true, "", {"register"}, {}},
-        {true, requiresApproval, {}, true, allow, {"register", "open settings"}, {}},
-        {true,
-         enabled,
-         "disk full",
-         false,
-         "Launch at Login could not be changed: disk full",
-         {"register"},
-         {"❌ Launch at Login error: disk full"}},
-        {false, enabled, {}, false, move, {}, {"❌ Launch at Login error: " + move}},
-    };
+    using Texts = std::vector<std::string>;
+    const std::string failed = "Launch at Login could not be changed: disk full";
+    const std::string error = "❌ Launch at Login error: ";
+    // What the system does, how the switch then stands and what it says, what was asked, and what is logged.
+    const std::tuple<bool, LoginItemStatus, std::optional<std::string>, bool, std::string, Texts, Texts>
+        rows[]{
+            {true, enabled, {}, true, "", {"register"}, {}},
+            {true, requiresApproval, {}, true, allow, {"register", "open settings"}, {}},
+            {true, enabled, "disk full", false, failed, {"register"}, {error + "disk full"}},
+            {false, enabled, {}, false, move, {}, {error + move}},
+        };
     for (const auto &[isInApplications, after, failure, isOn, message, calls, lines] : rows) {
         loginService->now = notRegistered;
         loginService->isInApplications = isInApplications;
