@@ -83,6 +83,11 @@ protected:
         QTest::mouseClick(view.get(), Qt::LeftButton, {}, view->mapFromGlobal(found->rect().center()));
     }
 
+    bool comes(const char *name, Role role) const
+    {
+        return QTest::qWaitFor([&] { return find(name, role) != nullptr; });
+    }
+
     /// As an assistive tool presses it.
     void press(const char *name, Role role)
     {
@@ -153,6 +158,12 @@ private:
 
     FakeDesktopSettings *m_screen = nullptr;
     PanelTranslator m_translator{preferences};
+};
+
+/// The panel of the mouse that has all there is.
+class ProViewTest : public ViewTest {
+protected:
+    void SetUp() override { show({"basilisk-v3-pro-wireless"}); }
 };
 
 } // namespace kelmoth
