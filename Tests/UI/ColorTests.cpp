@@ -10,19 +10,8 @@
 namespace kelmoth {
 namespace {
 
-struct Case {
-    bool dark;
-    bool opaque;
-    QColor accent; ///< as a desktop may name it
-};
-
-void PrintTo(const Case &value, std::ostream *out)
-{
-    *out << (value.dark ? "dark " : "light ") << (value.opaque ? "opaque " : "")
-         << value.accent.name().toStdString();
-}
-
-class PaletteTest : public testing::TestWithParam<Case> {
+/// Dark, opaque, and the accent as a desktop may name it, below zero for none.
+class PaletteTest : public testing::TestWithParam<std::tuple<bool, bool, int>> {
 protected:
     void expectReadable(const char *what, const QColor &text, const QColor &ground)
     {
@@ -30,7 +19,11 @@ protected:
             << what << ": " << text.name().toStdString() << " on " << ground.name().toStdString();
     }
 
-    Palette palette = Palette::of({GetParam().dark, GetParam().opaque, GetParam().accent});
+    static Palette paletteOf(bool dark, bool opaque, int accent)
+    {
+        return Palette::of({dark, opaque, accent < 0 ? QColor() : QColor(QRgb(accent))});
+    }
+    Palette palette = std::apply(&paletteOf, GetParam());
 };
 
 TEST_P(PaletteTest, TextIsReadableOnEveryGround)
@@ -67,11 +60,8 @@ TEST_P(PaletteTest, AnyColorCanBeMadeReadable)
 }
 
 INSTANTIATE_TEST_SUITE_P(Schemes, PaletteTest,
-                         testing::Values(Case{false, false, {}}, Case{true, false, {}}, Case{false, true, {}},
-                                         Case{true, true, {}}, Case{false, false, 0xFFFF66},
-                                         Case{true, false, 0xFFFF66}, Case{false, false, 0x080808},
-                                         Case{true, false, 0x080808}, Case{false, false, 0xE62D42},
-                                         Case{true, false, 0x26A269}));
+                         testing::Combine(testing::Bool(), testing::Bool(),
+                                          testing::Values(-1, 0xFFFF66, 0x080808, 0xE62D42, 0x26A269)));
 
 TEST(Contrast, IsThatOfTheStandard)
 {

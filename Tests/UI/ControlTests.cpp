@@ -71,15 +71,11 @@ TEST(Slider, EachKeyEachHeldKeyAndEachStepOfAToolIsAnEditOfItsOwn)
     Scene scene(slider);
     QQuickItem *item = scene.item("slider");
     scene.key(Qt::Key_Tab);
-    scene.key(Qt::Key_Left);
-    EXPECT_EQ(scene.log(), "start 900 end");
-    scene.key(Qt::Key_Up);
-    EXPECT_EQ(scene.log(), "start 1000 end");
-    scene.key(Qt::Key_Home);
-    scene.key(Qt::Key_PageUp);
-    scene.key(Qt::Key_End);
-    scene.key(Qt::Key_Left);
-    EXPECT_EQ(scene.log(), "start 100 end start 600 end start 1100 end start 1000 end");
+    for (const auto &[key, value] : {std::pair(Qt::Key_Left, 900), {Qt::Key_Up, 1000}, {Qt::Key_Home, 100},
+                                     {Qt::Key_PageUp, 600}, {Qt::Key_End, 1100}, {Qt::Key_Left, 1000}}) {
+        scene.key(key);
+        EXPECT_EQ(scene.log(), "start " + std::to_string(value) + " end");
+    }
 
     const auto send = [&](QEvent::Type type, bool isRepeat) {
         QKeyEvent event(type, Qt::Key_Left, Qt::NoModifier, QString(), isRepeat);
@@ -177,7 +173,7 @@ Item {
     SwitchControl { objectName: "switch"; y: 50; width: 300; text: "Launch"; checked: root.mode === 1; onToggled: value => root.log += value + " " }
 })";
 
-TEST(Choices, ArePressedByPointerKeysAndTools)
+TEST(Choices, ArePressedByPointerKeysAndToolsAndChangedByTheirOwnerAlone)
 {
     Scene scene(choices);
     auto *a = scene.item("a");
@@ -195,20 +191,17 @@ TEST(Choices, ArePressedByPointerKeysAndTools)
     EXPECT_TRUE(b->hasActiveFocus()) << "what follows is disabled, and the switch is in no row with it";
     act(accessible(b), QAccessibleActionInterface::pressAction());
     EXPECT_EQ(scene.log(), "b");
-    scene.click(scene.item("c"));
-    act(accessible(scene.item("c")), QAccessibleActionInterface::pressAction());
+    auto *c = scene.item("c");
+    scene.click(c);
+    act(accessible(c), QAccessibleActionInterface::pressAction());
     EXPECT_EQ(scene.log(), "");
-}
+    EXPECT_TRUE(accessible(c)->state().disabled);
 
-TEST(Choices, AreChangedByTheirOwnerAlone)
-{
-    Scene scene(choices);
     auto *launch = accessible(scene.item("switch"));
     act(launch, QAccessibleActionInterface::toggleAction());
     scene.click(scene.item("switch"));
     EXPECT_EQ(scene.log(), "false false");
     EXPECT_TRUE(launch->state().checked);
-    EXPECT_TRUE(accessible(scene.item("c"))->state().disabled);
     EXPECT_TRUE(scene.window().geometry().contains(launch->rect()));
 }
 
@@ -225,6 +218,47 @@ TEST(FocusRings, AreShownToThoseWhoUseKeys)
     EXPECT_EQ(ringAt(), bare);
     scene.key(Qt::Key_Left);
     EXPECT_NE(ringAt(), bare);
+}
+
+TEST(VeiledPage, IsGreyAndInertAndFollowsThePage)
+{
+    Scene scene(R"(
+Item {
+    id: root
+    property string log
+    property color paint: "#ff0000"
+    property bool veiled: false
+    width: 300; height: 200
+    VeiledPage {
+        width: 300; height: 200; veiled: root.veiled
+        PressArea {
+            objectName: "button"; width: 200; height: 200; onTriggered: root.log += "pressed"
+            Rectangle { objectName: "fill"; width: 200; height: 200; color: root.paint }
+        }
+    }
+})");
+    const auto pixel = [&](int x) { return scene.window().grabWindow().pixelColor(x, 100); };
+    // Three tenths of the page's lightness over the white of the window.
+    const auto isVeiled = [&](int gray) {
+        const QColor color = pixel(100);
+        return color.red() == color.green() && color.green() == color.blue() &&
+               std::abs(color.red() - int(0.7 * 255 + 0.3 * gray)) < 4;
+    };
+    EXPECT_EQ(pixel(100), QColor(Qt::red));
+    scene.root()->setProperty("veiled", true);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        EXPECT_TRUE(isVeiled(54) || pixel(100) == QColor(Qt::red)) << "as before, or veiled";
+        return isVeiled(54);
+    })) << pixel(100).name().toStdString();
+    scene.root()->setProperty("paint", QColor(Qt::green));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isVeiled(182); })) << pixel(100).name().toStdString();
+    EXPECT_NE(pixel(203), pixel(250)) << "the edge is blurred";
+    scene.click(scene.item("button"));
+    EXPECT_EQ(scene.log(), "");
+    scene.root()->setProperty("veiled", false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return pixel(100) == QColor(Qt::green); }));
+    scene.click(scene.item("button"));
+    EXPECT_EQ(scene.log(), "pressed");
 }
 
 } // namespace

@@ -9,30 +9,6 @@
 namespace kelmoth {
 namespace {
 
-/// The mass on the spring, followed in steps far finer than any frame.
-class Simulation {
-public:
-    Simulation(double response, double damping) : m_omega(2 * M_PI / response), m_damping(damping) {}
-
-    double positionAt(double seconds)
-    {
-        constexpr double step = 1e-6;
-        for (; m_time < seconds; m_time += step) {
-            m_velocity +=
-                step * (m_omega * m_omega * (1 - m_position) - 2 * m_damping * m_omega * m_velocity);
-            m_position += step * m_velocity;
-        }
-        return m_position;
-    }
-
-private:
-    double m_omega;
-    double m_damping;
-    double m_time = 0;
-    double m_position = 0;
-    double m_velocity = 0;
-};
-
 QEasingCurve easing(const QVariantList &spline)
 {
     QEasingCurve curve(QEasingCurve::BezierSpline);
@@ -55,16 +31,24 @@ TEST_P(SpringTest, AnimatesWithTheMotionOfAMassOnASpring)
     const auto [response, damping] = GetParam();
     const double total = Spring::duration(response, damping) / 1000.0;
     const QEasingCurve curve = easing(Spring::curve(response, damping));
-    Simulation simulation(response, damping);
+    // The mass on the spring, followed in steps far finer than any frame.
+    const double omega = 2 * M_PI / response;
+    double time = 0, position = 0, velocity = 0;
+    const auto positionAt = [&, damping = damping](double seconds) {
+        for (constexpr double step = 1e-6; time < seconds; time += step) {
+            velocity += step * (omega * omega * (1 - position) - 2 * damping * omega * velocity);
+            position += step * velocity;
+        }
+        return position;
+    };
     EXPECT_LE(Spring::curve(response, damping).size(), 60) << "more pieces than an easing curve has room for";
     constexpr int points = 60;
     for (int i = 1; i < points; ++i) {
         const double progress = i / double(points);
-        EXPECT_NEAR(curve.valueForProgress(progress), simulation.positionAt(progress * total), 0.0015)
-            << "at " << progress;
+        EXPECT_NEAR(curve.valueForProgress(progress), positionAt(progress * total), 0.0015) << progress;
     }
     EXPECT_DOUBLE_EQ(curve.valueForProgress(1), 1);
-    EXPECT_NEAR(simulation.positionAt(total), 1, 0.0011) << "stopped before it came to rest";
+    EXPECT_NEAR(positionAt(total), 1, 0.0011) << "stopped before it came to rest";
 }
 
 INSTANTIATE_TEST_SUITE_P(UsedInThePanel, SpringTest,
