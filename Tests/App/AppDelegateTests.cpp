@@ -3,7 +3,6 @@
 
 #include <QTemporaryDir>
 #include <QTest>
-#include <gmock/gmock.h>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -11,9 +10,7 @@
 #include <unistd.h>
 
 namespace kelmoth {
-namespace {
 
-using testing::ElementsAre;
 
 struct FakeSession : UserSession {
     std::vector<RunningApplication> running;
@@ -279,10 +276,10 @@ TEST_F(AppDelegateTest, DoesWhatTheMenuAndOtherCopiesAsk)
         return screen.takeCalls();
     };
     EXPECT_THAT(callsAfter(screen.menu[2].action), ElementsAre("animated", "at item", "front"));
-    EXPECT_THAT(callsAfter(screen.menu[2].action), testing::IsEmpty()) << "it is open";
+    EXPECT_THAT(callsAfter(screen.menu[2].action), IsEmpty()) << "it is open";
     EXPECT_EQ(abouts.count(), 2);
     EXPECT_THAT(callsAfter(session->handler), ElementsAre("front"));
-    EXPECT_THAT(callsAfter(screen.hostChanged), testing::IsEmpty()) << "the item's place is unknown";
+    EXPECT_THAT(callsAfter(screen.hostChanged), IsEmpty()) << "the item's place is unknown";
     screen.frame.emplace();
     EXPECT_THAT(callsAfter(screen.hostChanged), ElementsAre("follows"));
     screen.isShown = false;
@@ -355,5 +352,4 @@ TEST_F(AppDelegateTest, TheToolTipNamesTheMouseAndItsCharge)
     EXPECT_TRUE(QTest::qWaitFor([this] { return screen.toolTip == "Kelmoth"; }));
 }
 
-} // namespace
 } // namespace kelmoth

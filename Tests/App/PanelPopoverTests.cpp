@@ -2,7 +2,6 @@
 #include "Tests/UI/PanelFixture.h"
 
 namespace kelmoth {
-namespace {
 
 class FakeScreen : public PopoverScreen {
 public:
@@ -31,5 +30,4 @@ TEST_F(PanelPopoverTest, OnlyThePanelOfADesktopWithoutAnItemStaysOpen)
     }
 }
 
-} // namespace
 } // namespace kelmoth

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace kelmoth {
-namespace {
 
 constexpr QSize panel(340, 610);
 constexpr QRect screen(0, 0, 1280, 1024);
@@ -47,5 +46,4 @@ TEST(PopoverPlacementTest, LiesBesideTheItemOnItsInnerSide)
     }
 }
 
-} // namespace
 } // namespace kelmoth

@@ -8,7 +8,6 @@
 #include <gmock/gmock.h>
 
 namespace kelmoth {
-namespace {
 
 /// A notification service that answers when it is told to.
 class FakeServer : public QDBusVirtualObject {
@@ -81,5 +80,4 @@ TEST(DBusNotificationsTest, OneReplacesAnotherHoweverLateTheServiceAnswers)
     EXPECT_EQ(server.next(), "0 empty mouse 2");
 }
 
-} // namespace
 } // namespace kelmoth

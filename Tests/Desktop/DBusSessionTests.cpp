@@ -11,7 +11,6 @@
 #include <unistd.h>
 
 namespace kelmoth {
-namespace {
 
 using namespace std::chrono_literals;
 
@@ -181,5 +180,4 @@ TEST(RunningProcessTest, HasEndedAlsoBeforeItsParentNotices)
     EXPECT_FALSE(hasEnded(::getpid()));
 }
 
-} // namespace
 } // namespace kelmoth

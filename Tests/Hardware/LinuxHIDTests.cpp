@@ -7,13 +7,10 @@
 #include <QEventLoop>
 
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <thread>
 #include <unistd.h>
 
 namespace kelmoth {
-namespace {
 
 using testing::SizeIs;
 
@@ -246,5 +243,4 @@ TEST_F(HotplugTest, ACallbackMayEndTheManager)
     }
 }
 
-} // namespace
 } // namespace kelmoth

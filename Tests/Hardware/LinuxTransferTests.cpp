@@ -26,7 +26,6 @@ extern "C" int libusb_control_transfer(libusb_device_handle *handle, std::uint8_
 }
 
 namespace kelmoth {
-namespace {
 
 using testing::SizeIs;
 using Kind = SimulatedFault::Kind;
@@ -203,5 +202,4 @@ TEST_F(LinuxTransferTest, AnAccessRightThatComesLateIsWaitedForOnceInEachAttach)
     EXPECT_THAT(time->takePauses(), SizeIs(2));
 }
 
-} // namespace
 } // namespace kelmoth

@@ -18,13 +18,12 @@
 #include <thread>
 
 namespace kelmoth {
-namespace {
 
 /// The kernel's side of the test's one hidraw node, which is a real file with real locks: `ioctl` below
 /// replaces the system's. There is no other process and no library between, so that a thread sanitizer sees
 /// all there is.
-std::atomic<MockHidraw *> kernel;
-std::function<void()> onTransfer; ///< within each report's transfer; set while there are none
+static std::atomic<MockHidraw *> kernel;
+static std::function<void()> onTransfer; ///< within each report's transfer; set while there are none
 
 /// A system in which one mouse is attached, with its first hidraw node.
 struct OneMouse : USBService, USBDevice, std::enable_shared_from_this<OneMouse> {
@@ -175,7 +174,6 @@ TEST_F(ExchangeLockTest, IsWaitedForTwoSecondsAndEndsWithItsHolder)
     EXPECT_EQ(takeExchange(-1, clock), EBADF);
 }
 
-} // namespace
 } // namespace kelmoth
 
 extern "C" int ioctl(int fd, unsigned long request, ...) noexcept

@@ -2,7 +2,6 @@
 #include "Tests/Manager/DeviceManagerFixture.h"
 
 namespace kelmoth {
-namespace {
 
 /// Remembers what is shown: "15 low", "5 critical", "-" for one that is taken away.
 struct FakeNotifications : NotificationService {
@@ -75,5 +74,4 @@ TEST_F(BatteryNotifierTest, IsSilentWhereTheUserWantsItSo)
     }
 }
 
-} // namespace
 } // namespace kelmoth

@@ -10,10 +10,7 @@
 #include <thread>
 
 namespace kelmoth {
-namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(MergeSavedState, TakesOverOnlyWhatTheModelSupports)
 {
@@ -308,5 +305,4 @@ TEST(ToastManager, ATimerHidesItsToastAndNeverItsSuccessor)
     EXPECT_EQ(manager.currentToast(), std::nullopt);
 }
 
-} // namespace
 } // namespace kelmoth

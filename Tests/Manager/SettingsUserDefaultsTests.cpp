@@ -35,7 +35,6 @@ extern "C" int rename(const char *from, const char *to) noexcept
 }
 
 namespace kelmoth {
-namespace {
 
 using testing::AllOf;
 using testing::ElementsAre;
@@ -290,5 +289,4 @@ TEST_F(SettingsUserDefaultsTest, DoesNotWaitForeverForAnotherProgram)
     expectUnsaved();
 }
 
-} // namespace
 } // namespace kelmoth

@@ -9,6 +9,9 @@
 
 namespace kelmoth {
 
+using testing::ElementsAre;
+using testing::IsEmpty;
+
 /// A machine with simulated mice, in a time that nobody has to wait for.
 class SimulatedMachineTest : public testing::Test {
 protected:

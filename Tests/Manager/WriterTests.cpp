@@ -2,10 +2,7 @@
 #include "Tests/Manager/DeviceManagerFixture.h"
 
 namespace kelmoth {
-namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class WriterTest : public DeviceManagerTest {
 protected:
@@ -258,5 +255,4 @@ TEST_F(WriterTest, BelievesWhatIsReadBackAndNotThatItWasAccepted)
     EXPECT_FALSE(finish(manager->setLiftOff(0))) << "which it holds, and has refused";
 }
 
-} // namespace
 } // namespace kelmoth

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 namespace kelmoth {
-namespace {
 
 class AppearanceTest : public testing::Test {
 protected:
@@ -58,5 +57,4 @@ TEST_F(AppearanceTest, TellsOfChangesAsLongAsItLives)
     EXPECT_EQ(defaults->integerForKey("appearanceMode"), 1);
 }
 
-} // namespace
 } // namespace kelmoth

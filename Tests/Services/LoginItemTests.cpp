@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 namespace kelmoth {
-namespace {
 
 using enum LoginItemStatus;
 
@@ -91,5 +90,4 @@ TEST(LoginItemTest, WithoutAServiceIsOffAndCannotBeSwitchedOn)
     EXPECT_EQ(item.status(), notRegistered);
 }
 
-} // namespace
 } // namespace kelmoth

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 namespace kelmoth {
-namespace {
 
 using namespace std::chrono_literals;
 
@@ -49,5 +48,4 @@ TEST(SimulatedMouse, ChecksEveryByteOfARequest)
     }
 }
 
-} // namespace
 } // namespace kelmoth

@@ -1,10 +1,7 @@
 #include "Tests/UI/PanelFixture.h"
 
 namespace kelmoth {
-namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr int back = static_cast<int>(MouseButton::back);
 constexpr int forward = static_cast<int>(MouseButton::forward);
@@ -133,5 +130,4 @@ TEST_F(ButtonsTabTest, APickDuringAWriteIsDropped)
     EXPECT_THAT(messages, ElementsAre("Failed to apply button mapping"));
 }
 
-} // namespace
 } // namespace kelmoth

@@ -5,10 +5,8 @@
 
 #include <QGuiApplication>
 #include <QSignalSpy>
-#include <gmock/gmock.h>
 
 namespace kelmoth {
-namespace {
 
 /// Dark, opaque, and the accent as a desktop may name it, below zero for none.
 class PaletteTest : public testing::TestWithParam<std::tuple<bool, bool, int>> {
@@ -109,5 +107,4 @@ Item {
     Preferences::shared().setAppearanceMode(0);
 }
 
-} // namespace
 } // namespace kelmoth

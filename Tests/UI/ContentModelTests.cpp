@@ -2,7 +2,6 @@
 #include "UI/Views/PanelTranslator.h"
 
 namespace kelmoth {
-namespace {
 
 using ContentTest = PanelTest;
 
@@ -73,7 +72,7 @@ TEST_F(ContentTest, SaysWhyAPageCannotBeUsed)
     finishAll();
     EXPECT_TRUE(panel->isPageUsable());
     EXPECT_EQ(panel->noticeTitle(), QStringLiteral("No Device Connected")) << "while it fades";
-    EXPECT_THAT(texts(panel->noticeLines(), "gap"), testing::ElementsAre("0", "4"));
+    EXPECT_THAT(texts(panel->noticeLines(), "gap"), ElementsAre("0", "4"));
 }
 
 TEST_F(ContentTest, EveryFormattedTextFollowsTheLanguage)
@@ -162,5 +161,4 @@ TEST(RowsModelTest, TellsOfTheRowsThatChangedAndOfNoOthers)
     EXPECT_FALSE(rows.value(0, "nothing").isValid());
 }
 
-} // namespace
 } // namespace kelmoth

@@ -4,9 +4,7 @@
 #include <cmath>
 
 namespace kelmoth {
-namespace {
 
-using testing::ElementsAre;
 
 TEST(DPITextsTest, AreShortAndInEveryLanguageTheSame)
 {
@@ -154,5 +152,4 @@ TEST_F(DPITabTest, WithoutAMouseATapIsAnswered)
     EXPECT_THAT(messages, ElementsAre("No device connected"));
 }
 
-} // namespace
 } // namespace kelmoth

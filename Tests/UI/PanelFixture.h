@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Platform/Qt/QtPlatform.h"
-#include "Tests/Core/RecordedLog.h"
 #include "Tests/Manager/DeviceManagerFixture.h"
 #include "Tests/Services/FakeDesktopSettings.h"
 #include "Tests/Services/FakeLoginItemService.h"

@@ -1,10 +1,7 @@
 #include "Tests/UI/PanelFixture.h"
 
 namespace kelmoth {
-namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 using enum RGBZone;
 
@@ -168,5 +165,4 @@ TEST_F(RGBTabTest, EachZoneHasItsOwnLight)
     EXPECT_FALSE(tab().showsZonePicker());
 }
 
-} // namespace
 } // namespace kelmoth

@@ -1,10 +1,7 @@
 #include "Tests/UI/PanelFixture.h"
 
 namespace kelmoth {
-namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using enum LoginItemStatus;
 
 const std::string move = "Move Kelmoth to the Applications folder to launch it at login.";
@@ -140,5 +137,4 @@ TEST_F(SettingsTabTest, ChoicesAreStoredAndShown)
     EXPECT_THAT(rowsThatAre(tab().appearanceChoices(), "selected"), ElementsAre(2));
 }
 
-} // namespace
 } // namespace kelmoth

@@ -5,8 +5,6 @@ namespace kelmoth {
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr auto button = QAccessible::PushButton;
 constexpr auto radio = QAccessible::RadioButton;
