@@ -16,7 +16,7 @@ struct FakeSession : UserSession {
     std::vector<RunningApplication> running;
     std::string directory;
     std::function<void()> handler;
-    std::vector<std::string> posts;
+    std::vector<std::pair<std::string, std::string>> posts;
 
     std::vector<RunningApplication> runningApplications(std::string_view) const override { return running; }
     void observe(std::string_view name, std::string_view object, std::function<void()> newHandler) override
@@ -26,10 +26,7 @@ struct FakeSession : UserSession {
         handler = std::move(newHandler);
     }
     void removeObserver() override { handler = nullptr; }
-    void post(std::string_view name, std::string_view object) override
-    {
-        posts.push_back(std::string(name) + ' ' + std::string(object));
-    }
+    void post(std::string_view name, std::string_view object) override { posts.emplace_back(name, object); }
     void setEndHandler(std::function<void()>) override {}
     std::string applicationSupportDirectory() const override { return directory; }
 };
@@ -45,9 +42,9 @@ struct Screen : StatusBar {
     double alpha = 1.0;
     bool isShown = false;
     Popover::Place place = {};
-    std::vector<std::string> popoverCalls;
+    std::vector<std::string> calls; ///< of the popover
 
-    std::vector<std::string> takeCalls() { return std::exchange(popoverCalls, {}); }
+    std::vector<std::string> takeCalls() { return std::exchange(calls, {}); }
     std::unique_ptr<StatusItem> statusItem() override;
 };
 
@@ -76,26 +73,23 @@ struct FakePopover : Popover {
     explicit FakePopover(Screen &shown) : screen(shown) {}
     bool isShown() const override { return screen.isShown; }
     bool isWindow() const override { return screen.place == Place::asWindow; }
-    void setAnimates(bool animates) override
-    {
-        screen.popoverCalls.emplace_back(animates ? "animated" : "still");
-    }
+    void setAnimates(bool animates) override { screen.calls.emplace_back(animates ? "animated" : "still"); }
     void show(Place place, const std::optional<ScreenRect> &) override
     {
         static constexpr std::array names{"at item", "at pointer", "as window"};
-        screen.popoverCalls.emplace_back(names.at(static_cast<std::size_t>(place)));
+        screen.calls.emplace_back(names.at(static_cast<std::size_t>(place)));
         if (!std::exchange(screen.isShown, true)) {
             screen.place = place;
             Q_EMIT willShow();
         }
     }
-    void follow(const ScreenRect &) override { screen.popoverCalls.emplace_back("follows"); }
+    void follow(const ScreenRect &) override { screen.calls.emplace_back("follows"); }
     void performClose() override
     {
         screen.isShown = false;
         Q_EMIT didClose();
     }
-    void makeKeyAndOrderFront() override { screen.popoverCalls.emplace_back("front"); }
+    void makeKeyAndOrderFront() override { screen.calls.emplace_back("front"); }
 
     Screen &screen;
 };
@@ -208,7 +202,8 @@ TEST_F(AppDelegateTest, HandsOverToTheCopyThatRuns)
         EXPECT_EQ(ends, row.starts ? 0 : 1);
         EXPECT_EQ(static_cast<bool>(screen.click), row.starts);
         if (!row.starts) {
-            EXPECT_THAT(session->posts, ElementsAre("com.kelmoth.app.reopenRunningInstance com.kelmoth.app"));
+            EXPECT_THAT(session->posts,
+                        ElementsAre(std::pair("com.kelmoth.app.reopenRunningInstance", "com.kelmoth.app")));
             EXPECT_THAT(takeLines(),
                         ElementsAre("Kelmoth: another instance is running or instance lock is unavailable"));
         }
@@ -235,10 +230,10 @@ TEST_F(AppDelegateTest, ClicksToggleThePopover)
     presses->isUnderWay = true;
     presses->handler();
     EXPECT_FALSE(screen.isShown);
-    screen.click();
-    EXPECT_FALSE(screen.isShown);
-    screen.click();
-    EXPECT_TRUE(screen.isShown);
+    for (const bool isShown : {false, true}) {
+        screen.click();
+        EXPECT_EQ(screen.isShown, isShown);
+    }
 
     // A press elsewhere is over by the time of the next click; one that closes nothing has no effect.
     presses->handler();

@@ -64,19 +64,14 @@ private:
 };
 
 /// What comes of a request that this process does itself, at once.
-std::optional<std::string> registering(AutostartLoginItem &item)
+template <auto request> std::optional<std::string> failureOf(AutostartLoginItem &item)
 {
     auto result = std::optional<std::string>("no answer");
-    item.registerItem([&](auto failure) { result = std::move(failure); });
+    (item.*request)([&](auto failure) { result = std::move(failure); });
     return result;
 }
-
-std::optional<std::string> unregistering(AutostartLoginItem &item)
-{
-    auto result = std::optional<std::string>("no answer");
-    item.unregisterItem([&](auto failure) { result = std::move(failure); });
-    return result;
-}
+constexpr auto registering = failureOf<&AutostartLoginItem::registerItem>;
+constexpr auto unregistering = failureOf<&AutostartLoginItem::unregisterItem>;
 
 TEST_F(AutostartLoginItemTest, AnyPathSurvivesTheEntry)
 {

@@ -20,137 +20,45 @@ PROGRAM = sys.argv[1]
 REFUSAL = "Kelmoth: another instance is running or instance lock is unavailable"
 
 
-def extents(element):
-    area = element.get_extents(Atspi.CoordType.SCREEN)
-    return Area(area.x, area.y, area.width, area.height)
-
-
-class SystemTray:
-    """A tray as X servers have had for long: the item is a window in it."""
-
-    def __init__(self, edge="bottom"):
-        self._process = DESKTOP.start(["trayer", "--edge", edge, "--align", "right", "--widthtype", "request",
-                                       "--heighttype", "pixel", "--height", "28", "--SetDockType", "true",
-                                       "--SetPartialStrut", "true"])
-        wait_for("the tray", SCREEN.has_tray)
-        self._area, self._since, self._opened = None, 0, []
-        self._listener = Atspi.EventListener.new(lambda event: self._opened.append(event))
-        self._listener.register("object:state-changed:showing")
-
-    def close(self):
-        self._listener.deregister("object:state-changed:showing")
-        self._process.terminate()
-        self._process.wait()
-        wait_for("the tray to go", lambda: not SCREEN.has_tray())
-
-    def item(self):
-        """Its area; none while it is not there, or has only just come: trays lay themselves out several times."""
-        area = SCREEN.item()
-        if area != self._area:
-            self._area, self._since = area, time.monotonic()
-        return area if time.monotonic() - self._since > 0.2 else None
-
-    def click(self, button):
-        SCREEN.click(self._area.centre, button)
-
-    def _popup(self):
-        return next((event.source for event in self._opened
-                     if event.detail1 and event.source.get_role() == Atspi.Role.POPUP_MENU), None)
-
-    def menu(self):
-        """Opens the item's menu; gives its titles and what chooses each."""
-        self._opened.clear()
-        self.click(3)
-        popup = wait_for("the menu", self._popup)
-        entries = [popup.get_child_at_index(i) for i in range(popup.get_child_count())]
-        return [(entry.get_name(), lambda entry=entry: SCREEN.click(extents(entry).centre)) for entry in entries]
-
-
-class NotifierHost:
-    """A bar that shows what registers with it on the bus, and draws the menus of its items itself. It reads a menu
-    once, and again only when it is told of a change."""
-
-    WATCHER = "org.kde.StatusNotifierWatcher"
-    INTERFACES = f"""<node><interface name="{WATCHER}">
-        <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
-        <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
-        <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
-        <property name="ProtocolVersion" type="i" access="read"/>
-        </interface></node>"""
-
-    def __init__(self, edge="bottom"):
-        self._names, self._menu = [], None
-        x, y = {"left": (0, SCREEN.height - 200), "right": (SCREEN.width - 24, SCREEN.height - 200),
-                "top": (SCREEN.width - 200, 0), "bottom": (SCREEN.width - 200, SCREEN.height - 24)}[edge]
-        self._item = Area(x, y, 24, 24)
-        self._bar = SCREEN.open_window(self._item, is_managed=False)
-        self._bus = Gio.DBusConnection.new_for_address_sync(
-            os.environ["DBUS_SESSION_BUS_ADDRESS"], Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT |
-            Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
-        self._bus.register_object("/StatusNotifierWatcher", Gio.DBusNodeInfo.new_for_xml(self.INTERFACES).interfaces[0],
-                                  self._register, self._property, None)
-        Gio.bus_own_name_on_connection(self._bus, self.WATCHER, Gio.BusNameOwnerFlags.NONE, None, None)
-        for change in ("LayoutUpdated", "ItemsPropertiesUpdated"):
-            self._bus.signal_subscribe(None, "com.canonical.dbusmenu", change, None, None, Gio.DBusSignalFlags.NONE,
-                                       self._forget_menu)
-
-    def _forget_menu(self, *_):
-        self._menu = None
-
-    def _register(self, _connection, _sender, _path, _interface, _method, arguments, invocation):
-        self._names.append(arguments[0])
-        invocation.return_value(None)
-
-    def _property(self, _connection, _sender, _path, _interface, name):
-        return {"IsStatusNotifierHostRegistered": GLib.Variant("b", True),
-                "RegisteredStatusNotifierItems": GLib.Variant("as", self._names),
-                "ProtocolVersion": GLib.Variant("i", 0)}[name]
-
-    def close(self):
-        if not self._bus.is_closed():
-            self._bus.close_sync()
-            SCREEN.close(self._bar)
-
-    def item(self):
-        return self._item if self._names else None
-
-    def click(self, button):
-        """The press is the bar's; the item is told of the whole click."""
-        SCREEN.click(self._item.centre, button)
-        self.tell(button)
-
-    def tell(self, button):
-        item = self._proxy("/StatusNotifierItem", "org.kde.StatusNotifierItem")
-        {1: item.Activate, 2: item.SecondaryActivate}[button]("(ii)", *self._item.centre)
-
-    def _proxy(self, path, interface):
-        return Gio.DBusProxy.new_sync(self._bus, Gio.DBusProxyFlags.NONE, None, self._names[-1], path, interface)
-
-    def menu(self):
-        item = self._proxy("/StatusNotifierItem", "org.kde.StatusNotifierItem")
-        menu = self._proxy(item.get_cached_property("Menu").unpack(), "com.canonical.dbusmenu")
-        menu.AboutToShow("(i)", 0)
-        while GLib.MainContext.default().iteration(False):
-            pass  # what the program has told of before
-        if not self._menu:
-            _, (_, _, self._menu) = menu.GetLayout("(iias)", 0, -1, [])
-        return [(properties.get("label", ""),
-                 lambda number=number: menu.Event("(isvu)", number, "clicked", GLib.Variant("i", 0), 0))
-                for number, properties, _ in self._menu]
-
-
 class ShellTest(unittest.TestCase):
+    kind, arguments, host = "SystemTray", (), None
+
     def setUp(self):
         shutil.rmtree(os.environ["XDG_CONFIG_HOME"], ignore_errors=True)
 
-    def open(self, host):
-        self.addCleanup(host.close)
-        return host
+    def open(self, *edge, kind=None):
+        """A host of that kind or the test's own, which has the item from now on."""
+        self.host = getattr(hosts, kind or self.kind)(DESKTOP, SCREEN, *edge)
+        self.addCleanup(self.host.close)
 
-    def start(self, *arguments, **environment):
-        program = Panel([PROGRAM, *arguments], os.environ | environment)
+    def start(self, *arguments, command=(PROGRAM,), **environment):
+        program = Panel([*command, *arguments], os.environ | environment)
         self.addCleanup(program.quit)
         return program
+
+    def launch(self, *arguments, **options):
+        """Starts the program, with its item in a host; gives it."""
+        if not self.host:
+            self.open()
+        self.program = self.start(*self.arguments, *arguments, **options)
+        wait_for("the item", self.host.item)
+        return self.program
+
+    def toggle(self):
+        self.host.click(1)
+
+    def show(self):
+        self.toggle()
+        self.in_front()
+
+    def hide(self):
+        self.toggle()
+        self.hidden()
+
+    def choose_polish(self):
+        self.program.press("Settings")
+        self.program.press("PL · Polski")
+        self.program.find("Ustawienia")
 
     def open_window(self):
         self.addCleanup(SCREEN.close, SCREEN.open_window(OTHER))
@@ -176,25 +84,17 @@ class ShellTest(unittest.TestCase):
 
 
 class HostTest:
-    """What holds for every kind of tray; Host is the kind."""
+    """What holds for every kind of tray."""
 
-    def launch(self):
-        self.host = self.open(self.Host())
-        self.program = self.start("--simulate", "basilisk-v3-pro-wired")
-        wait_for("the item", self.host.item)
-
-    def toggle(self):
-        self.host.click(1)
+    arguments = "--simulate", "basilisk-v3-pro-wired"
 
     def test_clicks(self):
         self.launch()
         self.assertFalse(SCREEN.panel())
         for _ in range(2):
-            self.toggle()
-            self.in_front()
+            self.show()
             self.assertLessEqual({"ABOVE", "SKIP_TASKBAR", "SKIP_PAGER"}, SCREEN.panel_state())
-            self.toggle()
-            self.hidden()
+            self.hide()
         self.host.click(2)
         self.toggle()  # or the click before would have opened it
         self.in_front()
@@ -203,12 +103,10 @@ class HostTest:
         self.launch()
         self.open_window()
         for point, button in ((OTHER.centre, 1), (OTHER.centre, 3), (BARE, 1)):
-            self.toggle()
-            self.in_front()
+            self.show()
             SCREEN.click(point, button)
             self.hidden()
-        self.toggle()
-        self.in_front()
+        self.show()
         for name in ("Settings", "About Kelmoth", "Close"):  # a page, the footer, the sheet
             SCREEN.click(extents(self.program.find(name)).centre)
         self.program.gone("Close")
@@ -226,11 +124,8 @@ class HostTest:
         quit_program = entries[4][1]
         entries[0][1]()
         self.in_front()
-        self.program.press("Settings")
-        self.program.press("PL · Polski")
-        self.program.find("Ustawienia")
-        self.toggle()
-        self.hidden()
+        self.choose_polish()
+        self.hide()
         entries = self.host.menu()
         self.assertEqual([title for title, _ in entries], ["Otwórz Kelmoth", "", "O programie Kelmoth", "", "Zakończ"])
         entries[2][1]()
@@ -244,13 +139,11 @@ class HostTest:
         self.launch()
         for edge in ("left", "right", "top", "bottom"):
             self.host.close()
-            self.host = self.open(self.Host(edge))
+            self.open(edge)
             item = wait_for("the item in the new host", self.host.item)
-            self.toggle()
-            self.in_front()
+            self.show()
             panel = SCREEN.panel()
-            self.toggle()
-            self.hidden()
+            self.hide()
             with self.subTest(edge, item=item, panel=panel):
                 self.assertEqual((panel.width, panel.height), (340, 610))
                 self.assertTrue(0 <= panel.x <= SCREEN.width - 340 and 0 <= panel.y <= SCREEN.height - 610)
@@ -264,50 +157,39 @@ class HostTest:
     def test_a_host_may_come_later(self):
         self.program = self.start("--show")
         self.in_front()
-        self.host = self.open(self.Host())
+        self.open()
         wait_for("the item", self.host.item)
-        self.toggle()
-        self.hidden()
-        self.toggle()
-        self.in_front()
+        self.hide()
+        self.show()
         self.assertIn("SKIP_TASKBAR", SCREEN.panel_state())
 
 
 class InASystemTray(HostTest, ShellTest):
-    Host = SystemTray
-
     def test_losing_the_focus_stands_in_for_presses(self):
-        self.host = self.open(self.Host())
-        program = self.start(WAYLAND_DISPLAY="none", QT_QPA_PLATFORM="xcb")
-        wait_for("the item", self.host.item)
-        self.toggle()
-        self.in_front()
+        program = self.launch(WAYLAND_DISPLAY="none", QT_QPA_PLATFORM="xcb")
+        self.show()
         wait_for("the program to know it has the focus", program.is_active)  # till then it may ask for it once more
         self.open_window()
         self.hidden()
 
     def test_a_low_screen(self):
-        self.host = self.open(self.Host())
-        self.start(QT_SCALE_FACTOR="2")  # 640 × 512 points, of which the tray takes 14
-        wait_for("the item", self.host.item)
-        self.toggle()
-        self.in_front()
+        self.launch(QT_SCALE_FACTOR="2")  # 640 × 512 points, of which the tray takes 14
+        self.show()
         self.assertEqual(SCREEN.panel()[1::2], (0, SCREEN.height - 28))
 
     def test_the_panel_waits_for_a_tray_that_takes_the_item_along(self):
         self.launch()
-        self.toggle()
-        self.in_front()
+        self.show()
         place = SCREEN.panel()
         SCREEN.destroy_item()  # as happens when the tray is killed
         self.host.close()
         self.program.find("Settings")  # by then it has heard of that, too
         self.assertEqual(SCREEN.panel(), place)
-        self.host = self.open(self.Host("top"))
+        self.open("top")
         wait_for("the panel beside the new item", lambda: (now := SCREEN.panel()) and now.x == place.x and now.y < 100)
 
     def test_opens_beside_the_item_from_the_start(self):
-        self.host = self.open(self.Host())
+        self.open()
         self.start("--show")
         self.in_front()
         wait_for("the panel beside the item", lambda: (item := self.host.item()) and (panel := SCREEN.panel())
@@ -321,20 +203,19 @@ class InASystemTray(HostTest, ShellTest):
 
 
 class InANotifierHost(HostTest, ShellTest):
-    Host = NotifierHost
+    kind = "NotifierHost"
 
     def test_is_preferred_to_a_system_tray(self):
-        self.open(SystemTray())
+        self.open(kind="SystemTray")
+        self.open()
         self.launch()
         self.assertEqual(len(self.host.menu()), 5)
-        self.toggle()
-        self.in_front()
+        self.show()
         self.assertIsNone(SCREEN.item())
 
     def test_a_busy_shell_tells_of_a_click_late(self):
         self.launch()
-        self.toggle()
-        self.in_front()
+        self.show()
         SCREEN.click(self.host.item().centre)
         self.hidden()
         time.sleep(0.6)
@@ -343,11 +224,9 @@ class InANotifierHost(HostTest, ShellTest):
         self.in_front()
 
     def test_opens_in_the_corner_where_the_pointer_is_not_known(self):
-        self.host = self.open(self.Host("left"))
-        self.start(WAYLAND_DISPLAY="none", QT_QPA_PLATFORM="xcb")
-        wait_for("the item", self.host.item)
-        self.toggle()
-        self.in_front()
+        self.open("left")
+        self.launch(WAYLAND_DISPLAY="none", QT_QPA_PLATFORM="xcb")
+        self.show()
         self.assertEqual(SCREEN.panel()[:2], (SCREEN.width - 346, 6))
 
 
@@ -364,15 +243,6 @@ class WithoutAHost(ShellTest):
 
 
 class OneInstance(ShellTest):
-    def setUp(self):
-        super().setUp()
-        self.host = self.open(SystemTray())
-
-    def first(self, *arguments, **environment):
-        program = self.start(*arguments, **environment)
-        wait_for("the item", self.host.item)
-        return program
-
     def item_gone(self):
         wait_for("the item to go", lambda: not SCREEN.item())
 
@@ -383,7 +253,7 @@ class OneInstance(ShellTest):
         return program.log()
 
     def test_a_second_start_shows_the_first(self):
-        first = self.first()
+        first = self.launch()
         self.assertIn(REFUSAL, self.second())
         self.in_front()
         self.open_window()
@@ -393,6 +263,7 @@ class OneInstance(ShellTest):
         self.assertIsNone(first.process.poll())
 
     def test_of_many_starts_one_survives(self):
+        self.open()
         programs = [self.start() for _ in range(20)]
         wait_for("all but one to end", lambda: [each.process.poll() for each in programs].count(0) == 19)
         self.in_front()
@@ -402,17 +273,17 @@ class OneInstance(ShellTest):
         self.ended(survivor)
 
     def test_what_is_left_of_a_crash_is_no_hindrance(self):
-        crashed = self.first()
+        crashed = self.launch()
         crashed.process.kill()
         crashed.process.wait()
         self.item_gone()
-        self.first()
+        self.launch()
         self.assertTrue(self.is_locked())
 
     def test_runs_unguarded_without_a_place_for_the_lock(self):
         for place in ("/proc", "/dev/null/data"):  # cannot be written, is no directory
             with self.subTest(place):
-                program = self.first(XDG_DATA_HOME=place)
+                program = self.launch(XDG_DATA_HOME=place)
                 self.assertIn(REFUSAL, self.second(XDG_DATA_HOME=place))  # the bus still knows
                 self.in_front()
                 self.assertEqual(program.quit(), 0)
@@ -420,10 +291,9 @@ class OneInstance(ShellTest):
 
     def test_without_a_bus_the_lock_guards(self):
         nothing = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
-        program = self.first(**nothing)
+        program = self.launch(**nothing)
         self.assertIn(REFUSAL, self.second(**nothing))
-        self.host.click(1)
-        self.in_front()
+        self.show()
         self.assertEqual(self.start("--quit", **nothing).process.wait(PATIENCE), 1)  # whom it cannot find
         program.process.terminate()
         self.ended(program)
@@ -433,10 +303,8 @@ class OneInstance(ShellTest):
         os.makedirs(place)
         installed = shutil.copy(PROGRAM, place)
         entry = os.path.join(os.environ["XDG_CONFIG_HOME"], "autostart/com.kelmoth.app.desktop")
-        program = Panel([installed])
-        self.addCleanup(program.quit)
-        wait_for("the item", self.host.item)
-        self.host.click(1)
+        program = self.launch(command=[installed])
+        self.toggle()
         program.press("Settings")
         program.press("Launch at Login")
         wait_for("the entry", lambda: os.path.exists(entry))
@@ -446,29 +314,24 @@ class OneInstance(ShellTest):
         wait_for("the entry to go", lambda: not os.path.exists(entry))
 
     def test_writes_nowhere_else(self):
-        first = self.first()
+        first = self.launch()
         settings, elsewhere = (os.path.join(os.environ[name], place) for name, place in (
             ("XDG_CONFIG_HOME", "com.kelmoth.app"), ("HOME", "elsewhere")))
         os.mkdir(elsewhere)
         shutil.rmtree(settings)
         os.symlink(elsewhere, settings)  # what the program writes by this path would land there
-        self.host.click(1)
-        first.press("Settings")
-        first.press("PL · Polski")
-        first.find("Ustawienia")
+        self.toggle()
+        self.choose_polish()
         self.assertEqual(first.quit(), 0)
         if "Not confined" not in first.log():  # the kernel's fault, if so
             self.assertEqual(os.listdir(elsewhere), [])
 
     def test_talks_to_this_machine_alone(self):
         calls = os.path.join(os.environ["HOME"], "calls")
-        program = Panel(["strace", "-f", "-qq", "-e", "trace=socket", "-e", "signal=none", "-o", calls, PROGRAM])
-        self.addCleanup(program.quit)
-        wait_for("the item", self.host.item)
-        self.host.click(1)
-        program.press("Settings")
-        program.press("PL · Polski")
-        program.find("Ustawienia")
+        program = self.launch(command=["strace", "-f", "-qq", "-e", "trace=socket", "-e", "signal=none", "-o", calls,
+                                       PROGRAM])
+        self.toggle()
+        self.choose_polish()
         self.second("--quit")
         self.assertEqual(program.process.wait(PATIENCE), 0)
         with open(calls, encoding="utf-8") as lines:
@@ -491,7 +354,7 @@ class OneInstance(ShellTest):
         self.ended(elsewhere)
         for name, end in ways.items():
             with self.subTest(name):
-                program = self.first(**({"DBUS_SESSION_BUS_ADDRESS": address} if name == "bus lost" else {}))
+                program = self.launch(**({"DBUS_SESSION_BUS_ADDRESS": address} if name == "bus lost" else {}))
                 self.assertTrue(self.is_locked())
                 end(program)
                 self.ended(program)
@@ -504,28 +367,26 @@ class ALongSession(ShellTest):
     leaks or misuses anything."""
 
     def test_leaves_nothing_behind(self):
-        tray = self.open(SystemTray())
-        program = self.start()
-        wait_for("the item", tray.item)
+        program = self.launch()
         for turn in range(100):
             program.process.send_signal(signal.SIGUSR1)
             wait_for("the mouse to go", lambda: program.log().count("device disconnected") > turn)
-            tray.click(1)
-            (self.hidden if turn % 2 else self.in_front)()
+            (self.hide if turn % 2 else self.show)()
             program.process.send_signal(signal.SIGUSR1)
             if turn % 10 == 0:
                 program.press("Settings" if turn % 20 == 0 else "Ustawienia")
                 program.press("PL · Polski" if turn % 20 == 0 else "EN · English")
             wait_for("the mouse", lambda: program.log().count("device connected") > turn + 1)
-        tray.click(1)
+        self.toggle()
         program.find("Razer Basilisk V3 Pro (Wired)")
         self.assertEqual(program.quit(), 0, program.log())
 
 
 if __name__ == "__main__":
     with Desktop() as DESKTOP:
-        from gi.repository import Gio, GLib
-        from panel import PATIENCE, Atspi, Panel, wait_for
+        import hosts
+        from hosts import extents
+        from panel import PATIENCE, Panel, wait_for
         from screen import Area, Screen
 
         SCREEN, OTHER, BARE = Screen(), Area(100, 300, 200, 200), (600, 100)  # the last with nothing on it

@@ -36,12 +36,7 @@ extern "C" int rename(const char *from, const char *to) noexcept
 
 namespace kelmoth {
 
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::Optional;
-using testing::StartsWith;
+using namespace testing;
 
 constexpr auto key = "com.kelmoth.deviceState.170";
 
@@ -83,24 +78,24 @@ protected:
 TEST_F(SettingsUserDefaultsTest, KeepsValuesForTheirOwnerOnly)
 {
     const auto record = encode(DeviceState::defaultState()).value();
-    {
-        SettingsUserDefaults defaults(path);
-        EXPECT_FALSE(defaults.hasObjectForKey(key));
-        defaults.setData(key, record);
-        defaults.setInteger("languageMode", 1);
-        EXPECT_EQ(defaults.dataForKey(key), record); // at once
-        defaults.setData("path", "/somewhere");
-        defaults.removeObject("path");
-        defaults.removeObject("never stored");
-        EXPECT_FALSE(defaults.hasObjectForKey("path")); // at once
+    auto defaults = std::make_unique<SettingsUserDefaults>(path);
+    EXPECT_FALSE(defaults->hasObjectForKey(key));
+    defaults->setData(key, record);
+    defaults->setInteger("languageMode", 1);
+    defaults->setData("path", "/somewhere");
+    defaults->removeObject("path");
+    defaults->removeObject("never stored");
+    for (const bool isAnew : {false, true}) {
+        SCOPED_TRACE(isAnew);
+        EXPECT_EQ(defaults->dataForKey(key), record);
+        EXPECT_EQ(defaults->integerForKey("languageMode"), 1);
+        EXPECT_FALSE(defaults->hasObjectForKey("path"));
+        // A number is no record, and a record no number.
+        EXPECT_EQ(defaults->dataForKey("languageMode"), std::nullopt);
+        EXPECT_EQ(defaults->integerForKey(key), 0);
+        defaults.reset();
+        defaults = std::make_unique<SettingsUserDefaults>(path);
     }
-    SettingsUserDefaults defaults(path);
-    EXPECT_FALSE(defaults.hasObjectForKey("path")); // for good
-    EXPECT_EQ(defaults.dataForKey(key), record);
-    EXPECT_EQ(defaults.integerForKey("languageMode"), 1);
-    // A number is no record, and a record no number.
-    EXPECT_EQ(defaults.dataForKey("languageMode"), std::nullopt);
-    EXPECT_EQ(defaults.integerForKey(key), 0);
     EXPECT_EQ(QFile::permissions(path) & ~(QFile::ReadUser | QFile::WriteUser),
               QFile::ReadOwner | QFile::WriteOwner);
 }
@@ -167,27 +162,25 @@ TEST_F(SettingsUserDefaultsTest, LeavesAloneWhatIsNoRegularFileOfItsOwn)
     std::ofstream(document) << "[General]\nlanguageMode=1\n";
     const auto name = path.toStdString();
     const bool isRoot = ::geteuid() == 0;
-    std::vector<std::pair<const char *, std::function<int()>>> rows{
-        {"Is a symbolic link", [&] { return ::symlink(document.c_str(), name.c_str()); }},
-        {"Is a FIFO", [&] { return ::mkfifo(name.c_str(), 0600); }},
-        {"Is a directory", [&] { return ::mkdir(name.c_str(), 0700); }},
-        {"Is larger than 1048576 bytes",
-         [&] { return ::link(document.c_str(), name.c_str()) + ::truncate(name.c_str(), 1'048'577); }},
+    const auto *const at = name.c_str();
+    const auto *const from = document.c_str();
+    constexpr uid_t other = 65534;
+    // The last two are made by root alone.
+    const std::pair<const char *, std::function<int()>> rows[]{
+        {"Is a symbolic link", [&] { return ::symlink(from, at); }},
+        {"Is a FIFO", [&] { return ::mkfifo(at, 0600); }},
+        {"Is a directory", [&] { return ::mkdir(at, 0700); }},
+        {"Is larger than 1048576 bytes", [&] { return ::link(from, at) + ::truncate(at, 1'048'577); }},
+        {"Is a device", [&] { return ::mknod(at, S_IFCHR | 0600, makedev(1, 3)); }},
+        {"Belongs to another user", [&] { return ::link(from, at) + ::chown(at, other, other); }},
     };
-    if (isRoot) {
-        rows.emplace_back("Is a device",
-                          [&] { return ::mknod(name.c_str(), S_IFCHR | 0600, makedev(1, 3)); });
-        rows.emplace_back("Belongs to another user", [&] {
-            return ::link(document.c_str(), name.c_str()) + ::chown(name.c_str(), 65534, 65534);
-        });
-    }
     SettingsUserDefaults(path).setInteger("languageMode", 3);
-    for (const auto &[why, make] : rows) {
+    for (const auto &[why, make] : std::span(rows).first(isRoot ? 6 : 4)) {
         SCOPED_TRACE(why);
         std::filesystem::remove_all(name);
         ASSERT_EQ(make(), 0);
         struct stat before{};
-        ASSERT_EQ(::lstat(name.c_str(), &before), 0);
+        ASSERT_EQ(::lstat(at, &before), 0);
         SettingsUserDefaults defaults(path);
         EXPECT_EQ(defaults.integerForKey("languageMode"), 0);
         for (const int value : {1, 2}) {
@@ -198,7 +191,7 @@ TEST_F(SettingsUserDefaultsTest, LeavesAloneWhatIsNoRegularFileOfItsOwn)
         EXPECT_THAT(log->takeLines(),
                     ElementsAre(AllOf(HasSubstr("could not be read"), HasSubstr(why)))); // once
         struct stat after{};
-        ASSERT_EQ(::lstat(name.c_str(), &after), 0);
+        ASSERT_EQ(::lstat(at, &after), 0);
         EXPECT_EQ(std::tuple(after.st_ino, after.st_mode, after.st_size),
                   std::tuple(before.st_ino, before.st_mode, before.st_size));
     }

@@ -85,8 +85,8 @@ TEST_F(WriterTest, LeavesEverythingAsItWasWhenACommandFails)
 {
     for (const auto &writer : writers) {
         for (std::size_t index = 0; index < writer.commands.size(); ++index) {
+            const auto code = writer.commands[index];
             for (const auto kind : {Kind::rejected, Kind::notReady}) {
-                const auto code = writer.commands[index];
                 if (kind == Kind::notReady && code.second < 0x80) {
                     continue; // a write counts as taken then
                 }
@@ -193,19 +193,11 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
         expectRefusal(manager->setDPIStage(stage));
     }
     expectRefusal(manager->setRGB(RGBZone::logo, wave));
-    auto setting = wave;
-    for (const double brightness : {-0.01, 1.2, std::numeric_limits<double>::quiet_NaN()}) {
-        setting.brightness = brightness;
-        expectRefusal(manager->setRGB(RGBZone::scrollWheel, setting));
+    for (const auto &[effect, brightness, speed] :
+         {std::tuple(RGBEffect::wave, -0.01, 0.5), {RGBEffect::wave, 1.2, 0.5}, {RGBEffect::wave, NAN, 0.5},
+          {RGBEffect::wave, 0.5, NAN}, {RGBEffect::wave, 0.5, INFINITY}, {RGBEffect::starlight, 0.5, 0.5}}) {
+        expectRefusal(manager->setRGB(RGBZone::scrollWheel, {effect, {}, {}, brightness, speed}));
     }
-    setting = wave;
-    for (const double speed : {NAN, INFINITY}) { // cannot be saved
-        setting.speed = speed;
-        expectRefusal(manager->setRGB(RGBZone::scrollWheel, setting));
-    }
-    setting = wave;
-    setting.effect = RGBEffect::starlight;
-    expectRefusal(manager->setRGB(RGBZone::scrollWheel, setting));
     const auto click = ButtonAction::leftClick();
     for (const Int profile : {-1, 6}) {
         expectRefusal(manager->setButtonMapping(MouseButton::back, click, profile, false));

@@ -73,7 +73,7 @@ QStringList skeleton(const QString &text)
 
 /// One string literal of a source file, escapes undone; literals that the compiler joins are one.
 struct SourceLiteral {
-    std::string file;
+    QString file;
     QString function; ///< that it is the first argument of; empty: of none
     QString text;
 };
@@ -93,8 +93,7 @@ std::vector<SourceLiteral> sourceLiterals(QString source, const QString &file)
     for (auto matches = literal.globalMatch(source); matches.hasNext();) {
         const auto match = matches.next();
         auto text = match.captured(2).replace(QStringLiteral("\\n"), QStringLiteral("\n"));
-        literals.push_back(
-            {file.toStdString(), match.captured(1), text.replace(escape, QStringLiteral("\\1"))});
+        literals.push_back({file, match.captured(1), text.replace(escape, QStringLiteral("\\1"))});
     }
     return literals;
 }
@@ -117,31 +116,22 @@ std::vector<SourceLiteral> literalsOfTheProgram()
     return literals;
 }
 
-/// Names of products, fonts and things between programs: the same in every language, seen as they stand.
-bool isName(const QString &text)
+bool matches(const QString &text, const char *pattern)
 {
-    static const QRegularExpression name(
-        QStringLiteral("^(Razer Basilisk V3.*|Basilisk V3.*|Kelmoth[A-Z].*|Unknown|[A-Z]+_[A-Z_]+|Invalid "
-                       "number of keys.*|Quicksand|Nunito|Comfortaa|Varela Round)$"));
-    return name.match(text).hasMatch();
+    return QRegularExpression(QLatin1String(pattern)).match(text).hasMatch();
 }
 
-/// Whether texts for the user stand in a file without being handed to a translating function.
-bool holdsTexts(const std::string &file)
-{
-    return file.starts_with("UI/") || file.starts_with("Core/Device/") ||
-           file.starts_with("Core/Services/") || file.starts_with("Core/HID/DeviceManagerWriters.cpp");
-}
-
-/// Whether a literal is a text that the user will read. In the files that hold texts every one of them
-/// begins with a capital letter, and hardly anything else does.
+/// Whether a literal is a text that the user will read. In the files that hold texts, without handing them to
+/// a translating function, every one of them begins with a capital letter, and hardly anything else does but
+/// names of products, fonts and things between programs, which are the same in every language.
 bool isShown(const SourceLiteral &literal)
 {
-    static const QRegularExpression translates(QStringLiteral("^(qsTr|L10n::text|L10n::formatted)$"));
-    static const QRegularExpression other(QStringLiteral("^(log|resolvedUrl)$"));
-    return translates.match(literal.function).hasMatch() ||
-           (holdsTexts(literal.file) && !other.match(literal.function).hasMatch() &&
-            literal.text.size() > 1 && literal.text.front().isUpper() && !isName(literal.text));
+    return matches(literal.function, "^(qsTr|L10n::text|L10n::formatted)$") ||
+           (matches(literal.file, R"(^(UI/|Core/Device/|Core/Services/|Core/HID/DeviceManagerWriters.cpp))") &&
+            !matches(literal.function, "^(log|resolvedUrl)$") && matches(literal.text, R"(^\p{Lu}[\s\S])") &&
+            !matches(literal.text,
+                     "^(Razer Basilisk V3.*|Basilisk V3.*|Kelmoth[A-Z].*|Unknown|[A-Z]+_[A-Z_]+|"
+                     "Invalid number of keys.*|Quicksand|Nunito|Comfortaa|Varela Round)$"));
 }
 
 Faults untranslated(const std::vector<SourceLiteral> &literals, const Table &table)
@@ -149,7 +139,7 @@ Faults untranslated(const std::vector<SourceLiteral> &literals, const Table &tab
     Faults faults;
     for (const auto &literal : literals) {
         if (isShown(literal) && !table.contains(literal.text)) {
-            faults.push_back(literal.file + ": " + literal.text.toStdString());
+            faults.push_back((literal.file + QLatin1String(": ") + literal.text).toStdString());
         }
     }
     return faults;
