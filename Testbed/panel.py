@@ -94,12 +94,13 @@ class Panel(Program):
     def gone(self, name):
         wait_for(f"{name!r} to go", lambda: not self.look(name))
 
-    def press(self, name, role=None):
-        """Works an element's first action, once it can be."""
-        node = wait_for(f"{name!r} to be enabled; there are {self.names()}", lambda: self._enabled(name, role))
-        node.do_action(0)
+    def press(self, *names):
+        """Works the first action of one element after the other, each once it can be."""
+        for name in names:
+            node = wait_for(f"{name!r} to be enabled; there are {self.names()}", lambda name=name: self._enabled(name))
+            node.do_action(0)
 
-    def _enabled(self, name, role):
+    def _enabled(self, name, role=None):
         node = self.look(name, role)
         return node if node and node.get_state_set().contains(Atspi.StateType.ENABLED) else None
 

@@ -21,7 +21,7 @@ constexpr int patience = 30'000; // milliseconds
 /// A run of the program in the test's own home, on a screen that nobody sees.
 class Program : public QProcess {
 public:
-    explicit Program(const QStringList &arguments, const QStringList &variables = {})
+    explicit Program(const QString &arguments, const char *variable = "", const char *value = "")
     {
         auto environment = QProcessEnvironment::systemEnvironment();
         for (const auto *name : {"DBUS_SESSION_BUS_ADDRESS", "QT_QUICK_BACKEND", "QSG_RHI_BACKEND"}) {
@@ -29,13 +29,12 @@ public:
         }
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), QDir::homePath());
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        for (const auto &variable : variables) {
-            environment.insert(variable.section(QLatin1Char('='), 0, 0),
-                               variable.section(QLatin1Char('='), 1));
+        if (*variable) {
+            environment.insert(QString::fromLatin1(variable), QString::fromLatin1(value));
         }
         setProcessEnvironment(environment);
         setReadChannel(StandardError);
-        start(QStringLiteral(KELMOTH), arguments);
+        start(QStringLiteral(KELMOTH), arguments.split(QLatin1Char(' ')));
     }
 
     /// Reads standard error until a text is in it.
@@ -72,26 +71,25 @@ void plant(const char *name)
 
 TEST(ProgramTest, AnswersAndRefusesWithoutAScreen)
 {
-    const auto nowhere = QStringList{QStringLiteral("QT_QPA_PLATFORM=none")};
-    Program help({QStringLiteral("--help")}, nowhere);
+    constexpr auto screen = "QT_QPA_PLATFORM";
+    Program help(QStringLiteral("--help"), screen, "none");
     EXPECT_EQ(help.status(), 0);
     EXPECT_THAT(help.readAllStandardOutput().toStdString(),
                 AllOf(HasSubstr("--simulate MODEL[,MODEL...]"), HasSubstr("  basilisk-v3-pro-wired\n")));
-    Program version({QStringLiteral("--version")}, nowhere);
+    Program version(QStringLiteral("--version"), screen, "none");
     EXPECT_EQ(version.status(), 0);
     EXPECT_THAT(version.readAllStandardOutput().toStdString(), StartsWith("kelmoth "));
-    Program wrong({QStringLiteral("--colour")}, nowhere);
+    Program wrong(QStringLiteral("--colour"), screen, "none");
     EXPECT_EQ(wrong.status(), 2);
     EXPECT_THAT(wrong.said, AllOf(HasSubstr("--colour"), HasSubstr("kelmoth --help")));
-    Program unknown({QStringLiteral("--simulate"), QStringLiteral("elephant")});
+    Program unknown(QStringLiteral("--simulate elephant"));
     EXPECT_EQ(unknown.status(), 2);
     EXPECT_THAT(unknown.said, HasSubstr("\"elephant\""));
     plant("com.kelmoth.app.lock");
-    EXPECT_EQ(Program({QStringLiteral("--quit")}).status(), 0); // none runs
+    EXPECT_EQ(Program(QStringLiteral("--quit")).status(), 0); // none runs
     const auto pictures = QDir::home().filePath(QStringLiteral("pictures"));
     plant("pictures/dpi-pl-dark.png");
-    Program drawing(
-        {QStringLiteral("--screenshots"), pictures, QStringLiteral("--scene"), QStringLiteral("dpi")});
+    Program drawing(QStringLiteral("--screenshots %1 --scene dpi").arg(pictures));
     EXPECT_EQ(drawing.status(), 1);
     EXPECT_THAT(drawing.said, AllOf(HasSubstr("not drawn: "), HasSubstr("dpi-pl-dark.png")));
     EXPECT_TRUE(QFileInfo(pictures + QStringLiteral("/dpi-pl-light.png")).isFile());
@@ -101,9 +99,7 @@ TEST(ProgramTest, ShowsThePanelUntilItIsToldToEnd)
 {
     plant("com.kelmoth.app.lock");
     plant("com.kelmoth.app/defaults.ini");
-    Program program({QStringLiteral("--simulate"), QStringLiteral("basilisk-v3-pro-wired"),
-                     QStringLiteral("--verbose"), QStringLiteral("--show")},
-                    {QStringLiteral("QSG_INFO=1")});
+    Program program(QStringLiteral("--simulate basilisk-v3-pro-wired --verbose --show"), "QSG_INFO", "1");
     // The last command of a full read, by when the panel has been drawn.
     ASSERT_TRUE(program.says("00 1F 00 00 00 04 0B 8B")) << program.said;
     ::kill(static_cast<pid_t>(program.processId()), SIGTERM);

@@ -20,8 +20,6 @@ constexpr auto reopen = "com.kelmoth.app.reopenRunningInstance";
 
 class DBusSessionTest : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_FALSE(bus.address().isEmpty()); }
-
     /// Observes, and waits until others can know.
     void observe(DBusSession &session)
     {
@@ -107,10 +105,8 @@ TEST_F(DBusSessionTest, StrangersAreNotHeard)
         signal.setArguments(arguments);
         EXPECT_TRUE(stranger.send(signal));
     };
-    send("reopenRunningInstance", {});
-    send("reopenRunningInstance", {7});
-    send("reopenRunningInstance", {QStringLiteral("com.example")});
-    send("reopenRunningInstance", {identifier, identifier});
+    const QVariantList strange[]{{}, {7}, {QStringLiteral("com.example")}, {identifier, identifier}};
+    std::ranges::for_each(strange, [&](const auto &arguments) { send("reopenRunningInstance", arguments); });
     send("reopenRunningInstance", {QString(1 << 22, QLatin1Char('x'))});
     send("quitRunningInstance", {identifier});
     send("reopenRunningInstance", {identifier}); // all before it have arrived once this has
@@ -121,30 +117,29 @@ TEST_F(DBusSessionTest, StrangersAreNotHeard)
 
 TEST_F(DBusSessionTest, TellsOfItsEndAndDoesWithoutABus)
 {
-    {
-        auto dying = std::make_unique<PrivateBus>();
-        DBusSession session(dying->connect(), identifier);
-        bool hasEnded = false;
-        session.setEndHandler([&] { hasEnded = true; });
-        dying.reset();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return hasEnded; }));
-    }
-    DBusSession session(QDBusConnection(QString()), identifier);
-    session.observe(reopen, about, [] {});
-    session.post(reopen, about);
-    EXPECT_TRUE(session.runningApplications(about).empty());
+    auto dying = std::make_unique<PrivateBus>();
+    DBusSession ending(dying->connect(), identifier);
+    bool hasEnded = false;
+    ending.setEndHandler([&] { hasEnded = true; });
+    dying.reset();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return hasEnded; }));
+
+    DBusSession alone(QDBusConnection(QString()), identifier);
+    alone.observe(reopen, about, [] {});
+    alone.post(reopen, about);
+    EXPECT_TRUE(alone.runningApplications(about).empty());
 }
 
 TEST(SessionBusAddress, IsNamedOrLiesInTheRuntimeDirectory)
 {
     const QTemporaryDir runtime;
-    ASSERT_TRUE(qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8()));
-    ASSERT_TRUE(qputenv("DBUS_SESSION_BUS_ADDRESS", ""));
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "");
     EXPECT_EQ(sessionBusAddress(), QString());
     QFile socket(runtime.filePath(QStringLiteral("bus")));
     ASSERT_TRUE(socket.open(QIODevice::WriteOnly));
     EXPECT_EQ(sessionBusAddress(), QStringLiteral("unix:path=") + socket.fileName());
-    ASSERT_TRUE(qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/elsewhere"));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/elsewhere");
     EXPECT_EQ(sessionBusAddress(), QStringLiteral("unix:path=/elsewhere"));
 }
 
@@ -172,8 +167,7 @@ TEST(RunningProcessTest, HasEndedAlsoBeforeItsParentNotices)
     if (child == 0) {
         std::_Exit(0);
     }
-    ::siginfo_t info{};
-    ASSERT_EQ(::waitid(P_PID, static_cast<::id_t>(child), &info, WEXITED | WNOWAIT), 0);
+    ASSERT_EQ(::waitid(P_PID, static_cast<::id_t>(child), nullptr, WEXITED | WNOWAIT), 0);
     EXPECT_TRUE(hasEnded(child));
     ::waitpid(child, nullptr, 0);
     EXPECT_TRUE(hasEnded(child));

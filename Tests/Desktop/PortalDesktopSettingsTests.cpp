@@ -57,12 +57,10 @@ QVariant inTurn(const QString &settingsNamespace, const char *key, const QVarian
 /// A portal at the other end of a bus. It answers with `answer`, or not at all while that is absent.
 class FakePortal : public QDBusVirtualObject {
 public:
-    explicit FakePortal(const QString &address)
-        : m_bus(QDBusConnection::connectToBus(address, QStringLiteral("portal")))
+    explicit FakePortal(const QDBusConnection &bus) : m_bus(bus)
     {
         m_bus.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), this);
     }
-    ~FakePortal() override { QDBusConnection::disconnectFromBus(QStringLiteral("portal")); }
 
     void appear() { m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")); }
     void vanish() { m_bus.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop")); }
@@ -95,10 +93,9 @@ private:
 class PortalDesktopSettingsTest : public testing::Test {
 protected:
     PortalDesktopSettingsTest() { qDBusRegisterMetaType<Settings>(); }
-    void SetUp() override { ASSERT_FALSE(bus.address().isEmpty()); }
 
     PrivateBus bus;
-    FakePortal portal{bus.address()};
+    FakePortal portal{bus.connect()};
 };
 
 TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
@@ -125,8 +122,7 @@ TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
         {"no accent", one(appearance, "accent-color", color(-1.0, -1.0, -1.0))},
         {"accent beyond 1", one(appearance, "accent-color", color(0.1, 0.2, 1.01))},
         {"accent not a number", one(appearance, "accent-color", color(0.1, std::nan(""), 0.2))},
-        {"accent as list",
-         one(appearance, "accent-color", QVariant::fromValue(QList<double>{1.0, 0.5, 0.0}))},
+        {"accent as list", one(appearance, "accent-color", QVariant::fromValue(QList{1.0, 0.5, 0.0}))},
         {"contrast", one(appearance, "contrast", 1U), none, {}, false, true},
         {"high contrast", one(accessibility, "high-contrast", true), none, {}, false, true},
         {"animated", one(gnome, "enable-animations", true)},
@@ -138,8 +134,8 @@ TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
         {"duration no number", one(plasma, duration, QString())},
         {"duration as bool", one(plasma, duration, false)},
         {"dark, then no preference", inTurn(appearance, "color-scheme", {1U, 0U}), ColorScheme::dark},
-        {"an accent, then none", inTurn(appearance, "accent-color", {color(0, 0, 1), color(-1, -1, -1)}),
-         none, 0xFF},
+        {"accent, then none", inTurn(appearance, "accent-color", {color(0, 0, 1), color(-1, -1, -1)}), none,
+         0xFF},
         {"animated, then not", inTurn(gnome, "enable-animations", {true, false})},
         {"a text", QStringLiteral("dark")},
         {"a map of another kind", QVariantMap{{appearance, 1U}}},
@@ -176,23 +172,21 @@ TEST_F(PortalDesktopSettingsTest, FollowsAPortalThatComesChangesAndGoes)
     int changes = 0;
     settings.setChangeHandler([&changes] { ++changes; });
     EXPECT_EQ(settings.colorScheme(), ColorScheme::noPreference);
-
+    const auto expectNext = [&](ColorScheme scheme) {
+        ASSERT_TRUE(QTest::qWaitFor([&, next = changes + 1] { return changes == next; }));
+        EXPECT_EQ(settings.colorScheme(), scheme);
+    };
     portal.answer = dark;
     portal.appear();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return changes == 1; }));
-    EXPECT_EQ(settings.colorScheme(), ColorScheme::dark);
-
+    expectNext(ColorScheme::dark);
     portal.answer = light;
     portal.tellOfChange(plasma);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return changes == 2; }));
-    EXPECT_EQ(settings.colorScheme(), ColorScheme::light);
-
+    expectNext(ColorScheme::light);
     // A portal that is started again says nothing meanwhile.
     portal.vanish();
     portal.answer = dark;
     portal.appear();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return changes == 3; }));
-    EXPECT_EQ(settings.colorScheme(), ColorScheme::dark);
+    expectNext(ColorScheme::dark);
 }
 
 TEST_F(PortalDesktopSettingsTest, AsksOnceMoreHoweverManyChangesAreTold)

@@ -5,19 +5,18 @@
 #include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
+#include <gtest/gtest.h>
 
 namespace kelmoth {
 
-/// A session bus of a test's own, which starts nothing by itself. Empty address: it could not be started.
+/// A session bus of a test's own, which starts nothing by itself.
 class PrivateBus {
 public:
     PrivateBus()
     {
         const auto path = m_directory.filePath(QStringLiteral("bus.conf"));
         QFile file(path);
-        if (!file.open(QIODevice::WriteOnly)) {
-            return;
-        }
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>"
                    "<policy context='default'><allow send_destination='*' eavesdrop='true'/>"
                    "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
@@ -28,6 +27,7 @@ public:
         while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead()) {
         }
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+        EXPECT_FALSE(m_address.isEmpty());
     }
     ~PrivateBus()
     {

@@ -255,8 +255,7 @@ class DesktopsTest(unittest.TestCase):
         english = self.choose_each("Close")
         self.launch()
         self.toggle(True)
-        self.program.press("Settings")
-        self.program.press("PL · Polski")
+        self.program.press("Settings", "PL · Polski")
         self.program.find("Ustawienia")
         self.toggle(False)
         polish = self.choose_each("Zamknij")
@@ -306,11 +305,6 @@ class DesktopsTest(unittest.TestCase):
         self.program = self.start("--show")
         self.in_front()
         self.beside(self.bar.area)  # not every shell tells where the item is
-
-    def test_quit(self):
-        self.launch()
-        self.assertEqual(self.start("--quit").process.wait(PATIENCE), 0)
-        self.ended()
 
 
 def told_of(what):

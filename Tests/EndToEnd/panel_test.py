@@ -23,7 +23,7 @@ WRITES = {(0x04, 0x06), (0x0F, 0x02), (0x0F, 0x04), (0x02, 0x0C), (0x0B, 0x03), 
 def stages(active, *dpis):
     """The command that sets the stages, `active` 1-based."""
     body = b"".join(bytes([number]) + dpi.to_bytes(2, "big") * 2 + bytes(2) for number, dpi in enumerate(dpis, 1))
-    return bytes([0x04, 0x06, 1, active, len(dpis)]) + body
+    return [bytes([0x04, 0x06, 1, active, len(dpis)]) + body]
 
 
 def light(zone, brightness, *effect):
@@ -49,9 +49,6 @@ class PanelTest(unittest.TestCase):
         self.addCleanup(self.panel.quit)
         self.expected = []
 
-    def expect(self, *writes):
-        self.expected += writes
-
     def check_writes(self):
         """Ends the program and compares every change that reached the mouse, as far as each is known."""
         self.assertEqual(self.panel.quit(), 0)
@@ -70,13 +67,13 @@ class PanelTest(unittest.TestCase):
         panel.find("Stage 1", Atspi.Role.LABEL)  # the mouse has been read
         panel.press("Stage 3")
         panel.find("1 600")
-        self.expect(stages(3, 400, 800, 1600, 3200, 6400))
+        self.expected += stages(3, 400, 800, 1600, 3200, 6400)
         panel.set_value("DPI", 2000)
         panel.find("2 000")
-        self.expect(stages(3, 400, 800, 2000, 3200, 6400))
+        self.expected += stages(3, 400, 800, 2000, 3200, 6400)
         panel.press("12K")
         panel.find("12 000")
-        self.expect(stages(3, 400, 800, 12000, 3200, 6400))
+        self.expected += stages(3, 400, 800, 12000, 3200, 6400)
 
     def go_and_come_back(self):
         self.panel.process.send_signal(signal.SIGUSR1)
@@ -86,48 +83,37 @@ class PanelTest(unittest.TestCase):
 
     def change_light(self):
         panel = self.panel
-        panel.press("RGB")
-        panel.press("Logo")
-        panel.press("Color preset 7")
+        panel.press("RGB", "Logo", "Color preset 7")
         panel.has_state("Color preset 7", Atspi.StateType.SELECTED)
-        self.expect(*light(0x04, 0xFF, 1, 0, 0, 1, 229, 22, 22))
+        self.expected += light(0x04, 0xFF, 1, 0, 0, 1, 229, 22, 22)
         panel.press("Wave")
-        self.expect(*light(0x04, 0xFF, 4, 1, 0x28, 0))
+        self.expected += light(0x04, 0xFF, 4, 1, 0x28, 0)
         panel.press("Underglow")
         panel.set_value("Brightness", 0.5)
         panel.find("50%")
-        self.expect(*light(0x0A, 0x7F, 1, 0, 0, 1, 22, 229, 22))
+        self.expected += light(0x0A, 0x7F, 1, 0, 0, 1, 22, 229, 22)
         panel.set_value("Hue", 0)
-        self.expect(*light(0x0A, 0x7F, 1, 0, 0, 1, 229, 22, 22))
+        self.expected += light(0x0A, 0x7F, 1, 0, 0, 1, 229, 22, 22)
 
     def change_buttons(self):
         panel = self.panel
-        panel.press("Buttons")
-        panel.press("Forward")
-        panel.press("Keyboard Key")
-        panel.press("⌃ Ctrl")
-        panel.press("⇧ Shift")
-        panel.press("A")
+        panel.press("Buttons", "Forward", "Keyboard Key", "⌃ Ctrl", "⇧ Shift", "A")
         panel.described("Forward", "ctrl+shift+a")
-        self.expect(*button(0x05, 0x02, 0x02, 0x03, 0x04))
-        panel.press("Back")
-        panel.press("Profile Switch")
-        panel.press("3")
+        self.expected += button(0x05, 0x02, 0x02, 0x03, 0x04)
+        panel.press("Back", "Profile Switch", "3")
         panel.described("Back", "Profile 3")
-        self.expect(*button(0x04, 0x07, 0x02, 0x03, 0x03))
+        self.expected += button(0x04, 0x07, 0x02, 0x03, 0x03)
 
     def change_settings(self):
         panel = self.panel
-        panel.press("Settings")
-        panel.press("High")
+        panel.press("Settings", "High")
         panel.find("High (3 mm)")
-        self.expect(bytes([0x0B, 0x03, 0x00, 0x04, 0x00]), bytes([0x0B, 0x0B, 0x00, 0x04, 0x01, 0x02]))
+        self.expected += [bytes([0x0B, 0x03, 0x00, 0x04, 0x00]), bytes([0x0B, 0x0B, 0x00, 0x04, 0x01, 0x02])]
         panel.press("PL · Polski")
         panel.find("Ustawienia")
         panel.press("Ciemny")
         panel.has_state("Ciemny", Atspi.StateType.CHECKED)
-        panel.press("O programie Kelmoth")
-        panel.press("Zamknij")
+        panel.press("O programie Kelmoth", "Zamknij")
         panel.gone("Zamknij")
 
     def test_every_setting_reaches_the_mouse(self):

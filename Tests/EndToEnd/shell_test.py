@@ -56,8 +56,7 @@ class ShellTest(unittest.TestCase):
         self.hidden()
 
     def choose_polish(self):
-        self.program.press("Settings")
-        self.program.press("PL · Polski")
+        self.program.press("Settings", "PL · Polski")
         self.program.find("Ustawienia")
 
     def open_window(self):
@@ -305,8 +304,7 @@ class OneInstance(ShellTest):
         entry = os.path.join(os.environ["XDG_CONFIG_HOME"], "autostart/com.kelmoth.app.desktop")
         program = self.launch(command=[installed])
         self.toggle()
-        program.press("Settings")
-        program.press("Launch at Login")
+        program.press("Settings", "Launch at Login")
         wait_for("the entry", lambda: os.path.exists(entry))
         with open(entry, encoding="utf-8") as text:
             self.assertIn(f'Exec="{installed}"', text.read())
@@ -374,8 +372,7 @@ class ALongSession(ShellTest):
             (self.hide if turn % 2 else self.show)()
             program.process.send_signal(signal.SIGUSR1)
             if turn % 10 == 0:
-                program.press("Settings" if turn % 20 == 0 else "Ustawienia")
-                program.press("PL · Polski" if turn % 20 == 0 else "EN · English")
+                program.press(*(("Settings", "PL · Polski") if turn % 20 == 0 else ("Ustawienia", "EN · English")))
             wait_for("the mouse", lambda: program.log().count("device connected") > turn + 1)
         self.toggle()
         program.find("Razer Basilisk V3 Pro (Wired)")

@@ -101,29 +101,26 @@ TEST_F(LinuxHIDTest, TheDoctorNamesWhatStandsInTheWayOfAUserWithoutRights)
         EXPECT_EQ(::seteuid(user == 0 ? 65534 : user), 0);
         const auto seen = examine({{0x0099, 0x00AC}, product}, {directory + "/none", directory});
         EXPECT_EQ(::seteuid(user), 0);
-        EXPECT_TRUE(std::ranges::equal(seen.problems, expected, {}, &DoctorProblem::kind));
+        EXPECT_TRUE(std::ranges::equal(seen.problems, expected, {}, &DoctorProblem::kind))
+            << testing::PrintToString(expected);
     };
     expectProblems({noDevice});
-    auto mouse = attachMouse("basilisk-v3:bluetooth");
-    expectProblems({bluetooth});
-    mouse.reset();
-    mouse = attachMouse("basilisk-v3-pro", {.interfaces = std::vector<ReportDescriptor>()});
-    expectProblems({noHIDNode});
-    mouse.reset();
-    mouse = attachMouse("basilisk-v3-pro", {.hasDriver = false});
-    expectProblems({noDriver});
-    mouse.reset();
-    mouse = attachMouse("unknown");
-    expectProblems({unsupported});
-    mouse.reset();
-    mouse = attachMouse("basilisk-v3-pro", {.hidID = "0003:0000068E:000000AC"});
-    expectProblems({noHIDNode, otherVendor});
-    mouse.reset();
-    mouse = attachMouse("basilisk-v3-pro", {.interfaces = std::vector(2, ReportDescriptor())});
-    expectProblems({noCommandInterface});
-    mouse.reset();
-    mouse = attachMouse("basilisk-v3-pro", {.interfaces = std::vector(1, takesCommands)});
-    expectProblems({});
+    constexpr auto pro = "basilisk-v3-pro";
+    const std::tuple<const char *, MockMouseOptions, std::vector<DoctorProblem::Kind>> rows[]{
+        {"basilisk-v3:bluetooth", {}, {bluetooth}},
+        {pro, {.interfaces = std::vector<ReportDescriptor>()}, {noHIDNode}},
+        {pro, {.hasDriver = false}, {noDriver}},
+        {"unknown", {}, {unsupported}},
+        {pro, {.hidID = "0003:0000068E:000000AC"}, {noHIDNode, otherVendor}},
+        {pro, {.interfaces = std::vector(2, ReportDescriptor())}, {noCommandInterface}},
+        {pro, {.interfaces = std::vector(1, takesCommands)}, {}},
+    };
+    std::unique_ptr<MockMouse> mouse;
+    for (const auto &[model, options, problems] : rows) {
+        mouse.reset();
+        mouse = attachMouse(model, options);
+        expectProblems(problems);
+    }
     mouse->permit(false);
     expectProblems({noAccess, rulesMissing});
     std::filesystem::create_directory(directory);
@@ -160,8 +157,7 @@ protected:
 
 TEST_F(HotplugTest, FollowsAMouseThatComesAndGoesAndComesBack)
 {
-    const auto stranger =
-        attachMouse("basilisk-v3", {.hidID = "0003:00001234:00000099"}, 2); // of another vendor
+    const auto otherVendor = attachMouse("basilisk-v3", {.hidID = "0003:00001234:00000099"}, 2);
     const auto mouse = attachMouse("basilisk-v3-pro-wired");
     mouse->detach();
     watch();

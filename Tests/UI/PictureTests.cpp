@@ -52,8 +52,8 @@ TEST_P(SurfaceScaleTest, ShadowFallsOffLikeAGaussianOutsideTheItem)
     look.shadowRadius = 6;
     look.shadowOffset = {0, 4};
     const Picture picture = paintSurface(look, scale);
-    for (const double distance :
-         {1.0, 4.0, 8.0, 14.0}) { // below the middle of the lower edge, which lies at 124
+    // Below the middle of the lower edge, which lies at 124.
+    for (const double distance : {1.0, 4.0, 8.0, 14.0}) {
         EXPECT_NEAR(alphaAt(picture, 100, 124 + distance, scale),
                     0.5 * beyondEdge(distance + 0.5 / scale, look.shadowRadius), 0.02)
             << distance;

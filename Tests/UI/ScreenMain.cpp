@@ -3,12 +3,11 @@
 
 #include "Platform/Platform.h"
 #include "Platform/Simulated/MemoryDefaults.h"
-#include "Tests/Fonts.h"
+#include "Tests/Home.h"
 
 #include <QFile>
 #include <QGuiApplication>
 #include <QQuickWindow>
-#include <QTemporaryDir>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -19,15 +18,11 @@ std::string screens()
 {
     auto all = nlohmann::json::array();
     for (const int dpi : {96, 98, 100, 102, 106, 110, 120, 128, 144, 168, 192}) {
-        constexpr int width = 1000;
-        all.push_back({{"name", std::to_string(dpi * 100 / 96)},
-                       {"x", width * all.size()},
-                       {"y", 0},
-                       {"width", width},
-                       {"height", 1600},
-                       {"logicalBaseDpi", 96},
-                       {"logicalDpi", dpi},
-                       {"dpr", 1}});
+        auto screen = R"({"y": 0, "width": 1000, "height": 1600, "logicalBaseDpi": 96, "dpr": 1})"_json;
+        screen["name"] = std::to_string(dpi * 100 / 96);
+        screen["x"] = 1000 * all.size();
+        screen["logicalDpi"] = dpi;
+        all.push_back(screen);
     }
     return nlohmann::json{{"screens", all}, {"synchronousWindowSystemEvents", false}}.dump();
 }
@@ -37,19 +32,13 @@ std::string screens()
 int main(int argc, char **argv)
 {
     const QTemporaryDir home;
-    for (const char *name :
-         {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
-        qputenv(name, home.path().toUtf8());
-    }
-    pinFonts();
-    qputenv("LC_ALL", "C.UTF-8");
+    moveInto(home);
     QFile layout(home.filePath(QStringLiteral("screens.json")));
     if (!layout.open(QIODevice::WriteOnly) || layout.write(screens().c_str()) < 0) {
         return EXIT_FAILURE;
     }
     layout.close();
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + layout.fileName().toUtf8());
-    qunsetenv("LANGUAGE");
     qunsetenv("QT_QPA_PLATFORMTHEME");
     QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
     QGuiApplication application(argc, argv);

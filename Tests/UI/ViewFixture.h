@@ -18,6 +18,10 @@ namespace kelmoth {
 class ViewTest : public PanelTest {
 protected:
     using Role = QAccessible::Role;
+    static constexpr auto button = QAccessible::PushButton;
+    static constexpr auto radio = QAccessible::RadioButton;
+    static constexpr auto slider = QAccessible::Slider;
+    static constexpr auto caption = QAccessible::StaticText;
 
     ViewTest()
     {
