@@ -11,7 +11,6 @@
 
 namespace kelmoth {
 
-
 struct FakeSession : UserSession {
     std::vector<RunningApplication> running;
     std::string directory;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace kelmoth {
+namespace {
 
 constexpr QSize panel(340, 610);
 constexpr QRect screen(0, 0, 1280, 1024);
@@ -46,4 +47,5 @@ TEST(PopoverPlacementTest, LiesBesideTheItemOnItsInnerSide)
     }
 }
 
+} // namespace
 } // namespace kelmoth

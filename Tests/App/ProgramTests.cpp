@@ -71,15 +71,15 @@ void plant(const char *name)
 
 TEST(ProgramTest, AnswersAndRefusesWithoutAScreen)
 {
-    constexpr auto screen = "QT_QPA_PLATFORM";
-    Program help(QStringLiteral("--help"), screen, "none");
+    constexpr auto kind = "QT_QPA_PLATFORM";
+    Program help(QStringLiteral("--help"), kind, "none");
     EXPECT_EQ(help.status(), 0);
     EXPECT_THAT(help.readAllStandardOutput().toStdString(),
                 AllOf(HasSubstr("--simulate MODEL[,MODEL...]"), HasSubstr("  basilisk-v3-pro-wired\n")));
-    Program version(QStringLiteral("--version"), screen, "none");
+    Program version(QStringLiteral("--version"), kind, "none");
     EXPECT_EQ(version.status(), 0);
     EXPECT_THAT(version.readAllStandardOutput().toStdString(), StartsWith("kelmoth "));
-    Program wrong(QStringLiteral("--colour"), screen, "none");
+    Program wrong(QStringLiteral("--colour"), kind, "none");
     EXPECT_EQ(wrong.status(), 2);
     EXPECT_THAT(wrong.said, AllOf(HasSubstr("--colour"), HasSubstr("kelmoth --help")));
     Program unknown(QStringLiteral("--simulate elephant"));

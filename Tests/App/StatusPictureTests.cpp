@@ -5,10 +5,9 @@
 #include <gtest/gtest.h>
 
 namespace kelmoth {
-namespace {
 
 /// Whether both edges of the picture can be told from the bar in every row of its middle half.
-bool standsOut(const QIcon &icon, const QColor &bar, int side)
+static bool standsOut(const QIcon &icon, const QColor &bar, int side)
 {
     QImage seen(side, side, QImage::Format_RGB32);
     seen.fill(bar);
@@ -46,5 +45,4 @@ TEST(StatusPictureTest, StandsOutFromTheBarOrFromAnyWhereTheDesktopTellsNone)
     }
 }
 
-} // namespace
 } // namespace kelmoth

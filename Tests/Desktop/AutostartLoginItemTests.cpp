@@ -13,7 +13,6 @@
 #include <sys/stat.h>
 
 namespace kelmoth {
-namespace {
 
 /// A home of the test's own, and programs in it.
 class AutostartLoginItemTest : public testing::Test {
@@ -64,7 +63,7 @@ private:
 };
 
 /// What comes of a request that this process does itself, at once.
-template <auto request> std::optional<std::string> failureOf(AutostartLoginItem &item)
+template <auto request> static std::optional<std::string> failureOf(AutostartLoginItem &item)
 {
     auto result = std::optional<std::string>("no answer");
     (item.*request)([&](auto failure) { result = std::move(failure); });
@@ -276,5 +275,4 @@ TEST_F(AutostartLoginItemTest, OpensTheSettingsOfTheDesktopElseTheFolder)
     }
 }
 
-} // namespace
 } // namespace kelmoth

@@ -11,7 +11,6 @@
 #include <cmath>
 
 namespace kelmoth {
-namespace {
 
 using Settings = QMap<QString, QVariantMap>;
 
@@ -21,12 +20,12 @@ const auto accessibility = QStringLiteral("org.gnome.desktop.a11y.interface");
 constexpr auto duration = "AnimationDurationFactor";
 const auto plasma = QStringLiteral("org.kde.kdeglobals.KDE");
 
-QVariant twice(const QVariant &value)
+static QVariant twice(const QVariant &value)
 {
     return QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(value))));
 }
 
-QVariant color(double red, double green, double blue)
+static QVariant color(double red, double green, double blue)
 {
     QDBusArgument channels;
     channels.beginStructure();
@@ -35,13 +34,13 @@ QVariant color(double red, double green, double blue)
     return QVariant::fromValue(channels);
 }
 
-QVariant one(const QString &settingsNamespace, const char *key, const QVariant &value)
+static QVariant one(const QString &settingsNamespace, const char *key, const QVariant &value)
 {
     return QVariant::fromValue(Settings{{settingsNamespace, {{QString::fromLatin1(key), value}}}});
 }
 
 /// What several portals say of the same setting, as one answer; the desktop's own comes first.
-QVariant inTurn(const QString &settingsNamespace, const char *key, const QVariantList &values)
+static QVariant inTurn(const QString &settingsNamespace, const char *key, const QVariantList &values)
 {
     QDBusArgument all;
     all.beginMap(QMetaType::fromType<QString>(), QMetaType::fromType<QVariantMap>());
@@ -214,5 +213,4 @@ TEST(PortalWithoutABus, SaysNothing)
     EXPECT_EQ(settings.colorScheme(), ColorScheme::noPreference);
 }
 
-} // namespace
 } // namespace kelmoth

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-
 namespace kelmoth {
 
 /// A test on a machine whose devices are mocked.

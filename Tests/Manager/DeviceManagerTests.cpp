@@ -11,7 +11,6 @@
 
 namespace kelmoth {
 
-
 TEST(MergeSavedState, TakesOverOnlyWhatTheModelSupports)
 {
     RazerDevice device;

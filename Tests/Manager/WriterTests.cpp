@@ -3,7 +3,6 @@
 
 namespace kelmoth {
 
-
 class WriterTest : public DeviceManagerTest {
 protected:
     /// One writer with a request that it accepts.
@@ -193,9 +192,12 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
         expectRefusal(manager->setDPIStage(stage));
     }
     expectRefusal(manager->setRGB(RGBZone::logo, wave));
-    for (const auto &[effect, brightness, speed] :
-         {std::tuple(RGBEffect::wave, -0.01, 0.5), {RGBEffect::wave, 1.2, 0.5}, {RGBEffect::wave, NAN, 0.5},
-          {RGBEffect::wave, 0.5, NAN}, {RGBEffect::wave, 0.5, INFINITY}, {RGBEffect::starlight, 0.5, 0.5}}) {
+    for (const auto &[effect, brightness, speed] : {std::tuple(RGBEffect::wave, -0.01, 0.5),
+                                                    {RGBEffect::wave, 1.2, 0.5},
+                                                    {RGBEffect::wave, NAN, 0.5},
+                                                    {RGBEffect::wave, 0.5, NAN},
+                                                    {RGBEffect::wave, 0.5, INFINITY},
+                                                    {RGBEffect::starlight, 0.5, 0.5}}) {
         expectRefusal(manager->setRGB(RGBZone::scrollWheel, {effect, {}, {}, brightness, speed}));
     }
     const auto click = ButtonAction::leftClick();

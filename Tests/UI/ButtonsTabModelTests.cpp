@@ -2,7 +2,6 @@
 
 namespace kelmoth {
 
-
 constexpr int back = static_cast<int>(MouseButton::back);
 constexpr int forward = static_cast<int>(MouseButton::forward);
 // Rows of the actions.

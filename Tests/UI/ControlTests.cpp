@@ -3,10 +3,9 @@
 #include <QAccessible>
 
 namespace kelmoth {
-namespace {
 
 /// What assistive tools see of an item, which must be there.
-QAccessibleInterface *accessible(QQuickItem *item)
+static QAccessibleInterface *accessible(QQuickItem *item)
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
     EXPECT_TRUE(interface && interface->isValid());
@@ -14,7 +13,7 @@ QAccessibleInterface *accessible(QQuickItem *item)
 }
 
 /// The first of an item and its descendants that plays the role.
-QAccessibleInterface *withRole(QQuickItem *item, QAccessible::Role role)
+static QAccessibleInterface *withRole(QQuickItem *item, QAccessible::Role role)
 {
     if (auto *interface = QAccessible::queryAccessibleInterface(item);
         interface && interface->role() == role) {
@@ -28,7 +27,7 @@ QAccessibleInterface *withRole(QQuickItem *item, QAccessible::Role role)
     return nullptr;
 }
 
-void act(QAccessibleInterface *interface, const QString &action)
+static void act(QAccessibleInterface *interface, const QString &action)
 {
     ASSERT_TRUE(interface && interface->actionInterface());
     EXPECT_THAT(interface->actionInterface()->actionNames(), testing::Contains(action));
@@ -71,8 +70,12 @@ TEST(Slider, EachKeyEachHeldKeyAndEachStepOfAToolIsAnEditOfItsOwn)
     Scene scene(slider);
     QQuickItem *item = scene.item("slider");
     scene.key(Qt::Key_Tab);
-    for (const auto &[key, value] : {std::pair(Qt::Key_Left, 900), {Qt::Key_Up, 1000}, {Qt::Key_Home, 100},
-                                     {Qt::Key_PageUp, 600}, {Qt::Key_End, 1100}, {Qt::Key_Left, 1000}}) {
+    for (const auto &[key, value] : {std::pair(Qt::Key_Left, 900),
+                                     {Qt::Key_Up, 1000},
+                                     {Qt::Key_Home, 100},
+                                     {Qt::Key_PageUp, 600},
+                                     {Qt::Key_End, 1100},
+                                     {Qt::Key_Left, 1000}}) {
         scene.key(key);
         EXPECT_EQ(scene.log(), "start " + std::to_string(value) + " end");
     }
@@ -261,5 +264,4 @@ Item {
     EXPECT_EQ(scene.log(), "pressed");
 }
 
-} // namespace
 } // namespace kelmoth

@@ -5,7 +5,6 @@
 
 namespace kelmoth {
 
-
 TEST(DPITextsTest, AreShortAndInEveryLanguageTheSame)
 {
     const std::tuple<Int, std::string, std::string> rows[]{
@@ -71,8 +70,12 @@ TEST_F(DPITabTest, ADragWritesOnceAtItsEnd)
     tab().moveSlider(5000);
     EXPECT_EQ(tab().sliderDPI(), 800) << "nobody drags it";
     tab().startEditing();
-    for (const auto &[to, dpi] : {std::pair{1249.0, 1200.0}, {1250, 1300}, {-1e300, 100}, {1e300, 26000},
-                                  {NAN, 26000}, {5040, 5000}}) {
+    for (const auto &[to, dpi] : {std::pair{1249.0, 1200.0},
+                                  {1250, 1300},
+                                  {-1e300, 100},
+                                  {1e300, 26000},
+                                  {NAN, 26000},
+                                  {5040, 5000}}) {
         tab().moveSlider(to);
         EXPECT_EQ(tab().sliderDPI(), dpi) << to;
         EXPECT_EQ(tab().shownDPIText().toStdString(), formattedDPI(static_cast<Int>(dpi)));

@@ -6,15 +6,14 @@
 #include <cmath>
 
 namespace kelmoth {
-namespace {
 
 /// How much of a Gaussian edge is left `distance` outside of it.
-double beyondEdge(double distance, double sigma)
+static double beyondEdge(double distance, double sigma)
 {
     return std::erfc(distance / (sigma * M_SQRT2)) / 2;
 }
 
-SurfaceLook card()
+static SurfaceLook card()
 {
     SurfaceLook look;
     look.size = {200, 120};
@@ -24,7 +23,7 @@ SurfaceLook card()
 }
 
 /// Opacity of 0 to 1 at a logical position relative to the item.
-double alphaAt(const Picture &picture, double x, double y, double scale)
+static double alphaAt(const Picture &picture, double x, double y, double scale)
 {
     const QPoint pixel = picture.origin + QPoint(int(std::floor(x * scale)), int(std::floor(y * scale)));
     return picture.image.valid(pixel) ? picture.image.pixelColor(pixel).alphaF() : 0;
@@ -152,5 +151,4 @@ TEST(Blur, IsAGaussianOfTheGivenWidthInPlanesAndPictures)
     }
 }
 
-} // namespace
 } // namespace kelmoth

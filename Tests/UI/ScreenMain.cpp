@@ -5,16 +5,17 @@
 #include "Platform/Simulated/MemoryDefaults.h"
 #include "Tests/Home.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <fstream>
+
 namespace {
 
 /// Screens side by side, named by their scales in percent; the first has the plain one.
-std::string screens()
+nlohmann::json screens()
 {
     auto all = nlohmann::json::array();
     for (const int dpi : {96, 98, 100, 102, 106, 110, 120, 128, 144, 168, 192}) {
@@ -24,7 +25,7 @@ std::string screens()
         screen["logicalDpi"] = dpi;
         all.push_back(screen);
     }
-    return nlohmann::json{{"screens", all}, {"synchronousWindowSystemEvents", false}}.dump();
+    return {{"screens", all}, {"synchronousWindowSystemEvents", false}};
 }
 
 } // namespace
@@ -33,12 +34,9 @@ int main(int argc, char **argv)
 {
     const QTemporaryDir home;
     moveInto(home);
-    QFile layout(home.filePath(QStringLiteral("screens.json")));
-    if (!layout.open(QIODevice::WriteOnly) || layout.write(screens().c_str()) < 0) {
-        return EXIT_FAILURE;
-    }
-    layout.close();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + layout.fileName().toUtf8());
+    const auto layout = home.filePath(QStringLiteral("screens.json")).toStdString();
+    std::ofstream(layout) << screens();
+    qputenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + layout).c_str());
     qunsetenv("QT_QPA_PLATFORMTHEME");
     QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
     QGuiApplication application(argc, argv);

@@ -7,9 +7,8 @@
 #include <cmath>
 
 namespace kelmoth {
-namespace {
 
-QEasingCurve easing(const QVariantList &spline)
+static QEasingCurve easing(const QVariantList &spline)
 {
     QEasingCurve curve(QEasingCurve::BezierSpline);
     for (qsizetype i = 0; i + 5 < spline.size(); i += 6) {
@@ -62,5 +61,4 @@ TEST(Spring, TakesNonsenseForTheNearestThatMakesSense)
     EXPECT_EQ(Spring::duration(1e9, -3), Spring::duration(10, 0.4));
 }
 
-} // namespace
 } // namespace kelmoth

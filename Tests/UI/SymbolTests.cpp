@@ -9,12 +9,10 @@
 #include <fstream>
 #include <map>
 #include <regex>
-#include <sstream>
 
 namespace kelmoth {
-namespace {
 
-QImage paint(std::string_view name, bool bold = false, double height = 32)
+static QImage paint(std::string_view name, bool bold = false, double height = 32)
 {
     SymbolLook look;
     look.side = height;
@@ -25,7 +23,7 @@ QImage paint(std::string_view name, bool bold = false, double height = 32)
 }
 
 /// Opaque pixels' worth.
-double ink(const QImage &image)
+static double ink(const QImage &image)
 {
     double sum = 0;
     for (int y = 0; y < image.height(); ++y) {
@@ -38,7 +36,7 @@ double ink(const QImage &image)
 
 /// The symbols that views and models name, by the file that does: every text with dots between its words, and
 /// single words that are given as an icon.
-std::map<std::string, std::string> namedInSources()
+static std::map<std::string, std::string> namedInSources()
 {
     static const std::regex mention(
         R"re("([a-z]+(\.[a-z0-9]+)+)"|\b(icon|symbol|Symbol)\b[^"\n]{0,12}"([a-z]+)")re");
@@ -48,9 +46,8 @@ std::map<std::string, std::string> namedInSources()
         if (!entry.is_regular_file() || file == "SymbolTable.cpp" || file == "CMakeLists.txt") {
             continue;
         }
-        std::ostringstream text;
-        text << std::ifstream(entry.path()).rdbuf();
-        const std::string content = text.str();
+        std::ifstream text(entry.path());
+        const std::string content{std::istreambuf_iterator(text), {}};
         for (std::sregex_iterator found(content.begin(), content.end(), mention), end; found != end;
              ++found) {
             names.emplace((*found)[1].matched ? (*found)[1].str() : (*found)[4].str(), file);
@@ -104,5 +101,4 @@ TEST(Symbols, ABatteryShowsItsLevelOnWholePixelsOfAPlainScreen)
     }
 }
 
-} // namespace
 } // namespace kelmoth
