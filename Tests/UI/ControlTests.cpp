@@ -70,12 +70,9 @@ TEST(Slider, EachKeyEachHeldKeyAndEachStepOfAToolIsAnEditOfItsOwn)
     Scene scene(slider);
     QQuickItem *item = scene.item("slider");
     scene.key(Qt::Key_Tab);
-    for (const auto &[key, value] : {std::pair(Qt::Key_Left, 900),
-                                     {Qt::Key_Up, 1000},
-                                     {Qt::Key_Home, 100},
-                                     {Qt::Key_PageUp, 600},
-                                     {Qt::Key_End, 1100},
-                                     {Qt::Key_Left, 1000}}) {
+    const std::pair<Qt::Key, int> strokes[]{{Qt::Key_Left, 900},   {Qt::Key_Up, 1000},  {Qt::Key_Home, 100},
+                                            {Qt::Key_PageUp, 600}, {Qt::Key_End, 1100}, {Qt::Key_Left, 1000}};
+    for (const auto &[key, value] : strokes) {
         scene.key(key);
         EXPECT_EQ(scene.log(), "start " + std::to_string(value) + " end");
     }

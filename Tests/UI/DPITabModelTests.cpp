@@ -70,12 +70,9 @@ TEST_F(DPITabTest, ADragWritesOnceAtItsEnd)
     tab().moveSlider(5000);
     EXPECT_EQ(tab().sliderDPI(), 800) << "nobody drags it";
     tab().startEditing();
-    for (const auto &[to, dpi] : {std::pair{1249.0, 1200.0},
-                                  {1250, 1300},
-                                  {-1e300, 100},
-                                  {1e300, 26000},
-                                  {NAN, 26000},
-                                  {5040, 5000}}) {
+    const std::pair<double, double> moves[]{{1249, 1200},   {1250, 1300}, {-1e300, 100},
+                                            {1e300, 26000}, {NAN, 26000}, {5040, 5000}};
+    for (const auto &[to, dpi] : moves) {
         tab().moveSlider(to);
         EXPECT_EQ(tab().sliderDPI(), dpi) << to;
         EXPECT_EQ(tab().shownDPIText().toStdString(), formattedDPI(static_cast<Int>(dpi)));
