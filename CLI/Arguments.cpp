@@ -97,6 +97,15 @@ Failure missingWord(const CLI::App &verb, const std::vector<std::string> &words)
     return usage(noSuchWord(nameOf(verb) + " has", "command", *word, known), verb);
 }
 
+/// Lines for a help text: all words for settings.
+std::string listOf(const Vocabulary &vocabulary)
+{
+    return "Zones:   " + joined(wordsOf(vocabulary.zones)) +
+           "\nEffects: " + joined(wordsOf(vocabulary.effects)) +
+           "\nButtons: " + joined(wordsOf(vocabulary.buttons)) +
+           "\nActions: " + joined(vocabulary.actions()) + '\n';
+}
+
 /// The help of the verb that the words lead to.
 ParsedArguments helpOf(const CLI::App &app, const Words &words)
 {
@@ -126,7 +135,7 @@ ParsedArguments parseArguments(int argc, const char *const *argv, const Commands
         const auto &text = command->text();
         auto *verb = declareVerb(app, text.name, text.summary);
         verb->footer([&] { // inherited by the verbs of a command
-            return (text.hasVocabulary ? vocabulary(invocation.options).help() + '\n' : "") +
+            return (text.hasVocabulary ? listOf(vocabulary(invocation.options)) + '\n' : "") +
                    std::string(text.details) +
                    "\n\n\"kelmothctl --help\" lists the options that every command takes.";
         });

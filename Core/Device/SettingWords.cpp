@@ -194,12 +194,6 @@ Words Vocabulary::actions() const
     return words;
 }
 
-std::string Vocabulary::help() const
-{
-    return "Zones:   " + joined(wordsOf(zones)) + "\nEffects: " + joined(wordsOf(effects)) +
-           "\nButtons: " + joined(wordsOf(buttons)) + "\nActions: " + joined(actions()) + '\n';
-}
-
 std::string hexText(RGBColor color)
 {
     return '#' + hexOf(std::array{color.r, color.g, color.b}, "%02x");

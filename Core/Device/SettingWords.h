@@ -28,9 +28,6 @@ struct Vocabulary {
     /// The words for the actions; those that carry something are followed by a colon and what it is:
     /// "profile:1..5", "key:KEY".
     Words actions() const;
-
-    /// Lines for a help text: all of the words.
-    std::string help() const;
 };
 
 /// "#00ff80"

@@ -126,7 +126,8 @@ bool matches(const QString &text, const char *pattern)
 bool isShown(const SourceLiteral &literal)
 {
     return matches(literal.function, "^(qsTr|L10n::text|L10n::formatted)$") ||
-           (matches(literal.file, R"(^(UI/|Core/Device/|Core/Services/|Core/HID/DeviceManagerWriters.cpp))") &&
+           (matches(literal.file,
+                    R"(^(UI/|Core/Device/|Core/Services/|Core/HID/DeviceManagerWriters.cpp))") &&
             !matches(literal.function, "^(log|resolvedUrl)$") && matches(literal.text, R"(^\p{Lu}[\s\S])") &&
             !matches(literal.text,
                      "^(Razer Basilisk V3.*|Basilisk V3.*|Kelmoth[A-Z].*|Unknown|[A-Z]+_[A-Z_]+|"
