@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <algorithm>
 #include <utility>
 
 namespace kelmoth {
@@ -55,6 +56,11 @@ void PanelPopover::build()
             Q_EMIT didClose();
         }
     });
+    connect(&m_model, &ContentModel::appearanceChanged, m_window.get(), [this] {
+        if (isShown() && kind() == PanelWindow::Kind::window) {
+            fit();
+        }
+    });
     connect(m_screen.get(), &PopoverScreen::shadowsChanged, m_window.get(), [this] {
         if (isShown() && !m_isWindow) {
             const auto position = m_window->panelPosition();
@@ -89,9 +95,20 @@ void PanelPopover::show(Place place, const std::optional<ScreenRect> &item)
 /// The screen has room for the window, wherever it is put.
 void PanelPopover::fit()
 {
-    const auto available = QGuiApplication::primaryScreen()->availableGeometry();
-    m_window->setPanelHeight(
-        heightWithin(available.adjusted(0, usualTitleBar, 0, 0), PanelWindow::panelSize.height()));
+    const auto available =
+        QGuiApplication::primaryScreen()->availableGeometry().adjusted(0, usualTitleBar, 0, 0);
+    const double zoom = zoomWithin(available);
+    const QSize wanted = PanelWindow::panelSize * zoom;
+    m_window->setPanelSize({wanted.width(), heightWithin(available, wanted.height())}, zoom);
+}
+
+/// The whole panel grows with its texts, as far as the screen has room for its width and its least height.
+double PanelPopover::zoomWithin(const QRect &available) const
+{
+    const double wanted = PopoverScreen::leavesTextsToProgram() ? m_model.textScale() : 1;
+    const double room = std::min(double(available.width()) / PanelWindow::panelSize.width(),
+                                 double(available.height()) / leastHeight);
+    return std::min(wanted, std::max(room, 1.0));
 }
 
 void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
@@ -100,10 +117,11 @@ void PanelPopover::put(Place place, const std::optional<ScreenRect> &item)
     const auto click =
         place == Place::atPointer && m_screen->knowsPointer() ? std::optional(QCursor::pos()) : std::nullopt;
     const auto &screen = screenAt(frame, click);
+    const double zoom = zoomWithin(screen.availableGeometry());
     const auto area = popoverArea(
         {.screen = screen.geometry(), .available = screen.availableGeometry(), .item = frame, .click = click},
-        PanelWindow::panelSize);
-    m_window->setPanelHeight(area.height());
+        PanelWindow::panelSize * zoom);
+    m_window->setPanelSize(area.size(), zoom);
     m_window->putPanelAt(area.topLeft());
     m_screen->cut(*m_window, m_window->shape());
 }

@@ -32,6 +32,7 @@ private:
     void build();
     PanelWindow::Kind kind() const;
     void fit();
+    double zoomWithin(const QRect &available) const;
     void put(Place place, const std::optional<ScreenRect> &item);
 
     ContentModel &m_model;

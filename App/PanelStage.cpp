@@ -26,6 +26,7 @@ public:
     std::optional<std::uint32_t> accentColor() const override { return std::nullopt; }
     bool reduceMotion() const override { return true; }
     bool reduceTransparency() const override { return false; }
+    double textScale() const override { return 1; }
     void setChangeHandler(std::function<void()>) override {}
 };
 

@@ -12,9 +12,6 @@ constexpr int gap = 6;
 /// A bar that the desktop does not tell of is taken to be this thick where an item was clicked in it.
 constexpr int usualItem = 24;
 
-/// Below this height a panel is of no use.
-constexpr int leastHeight = 320;
-
 /// A bar may be as thick as this.
 constexpr int thickBar = 96;
 

@@ -16,6 +16,9 @@ struct PopoverSurroundings {
     std::optional<QPoint> click; ///< where the item was clicked
 };
 
+/// Below this height, at its usual scale, a panel is of no use.
+constexpr int leastHeight = 320;
+
 /// How high something may be that would be `wanted` high where there is room: not higher than the area,
 /// unless that is no height to work with.
 int heightWithin(const QRect &available, int wanted);

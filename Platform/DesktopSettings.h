@@ -26,6 +26,9 @@ public:
     /// Whether nothing shall shine through.
     virtual bool reduceTransparency() const = 0;
 
+    /// How much larger than usual texts shall be, 0.5 to 3; 1 when the desktop does not say.
+    virtual double textScale() const = 0;
+
     /// Called on the main thread whenever one of the settings has changed. One handler: it replaces the
     /// last one; an empty one ends the calls.
     virtual void setChangeHandler(std::function<void()> handler) = 0;

@@ -61,6 +61,7 @@ Appearance::Looks Appearance::looks() const
         looks.accent = m_desktop->accentColor();
         looks.reduceMotion = m_desktop->reduceMotion();
         looks.reduceTransparency = m_desktop->reduceTransparency();
+        looks.textScale = m_desktop->textScale();
     }
     return looks;
 }

@@ -47,6 +47,9 @@ public:
     bool reduceMotion() const { return m_looks.reduceMotion; }
     bool reduceTransparency() const { return m_looks.reduceTransparency; }
 
+    /// How much larger than usual the desktop wants texts, 0.5 to 3.
+    double textScale() const { return m_looks.textScale; }
+
     /// Whether the toolkit's palette is a dark one: what counts when neither the preference nor the desktop
     /// names a scheme. Light until told.
     void setPaletteIsDark(bool isDark);
@@ -62,6 +65,7 @@ private:
         std::optional<std::uint32_t> accent;
         bool reduceMotion = false;
         bool reduceTransparency = false;
+        double textScale = 1;
 
         bool operator==(const Looks &) const = default;
     };

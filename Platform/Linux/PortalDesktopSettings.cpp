@@ -97,13 +97,24 @@ void PortalDesktopSettings::Taste::applyAppearance(const QString &key, const QVa
     }
 }
 
+void PortalDesktopSettings::Taste::applyGnome(const QString &key, const QVariant &value)
+{
+    if (key == QStringLiteral("enable-animations")) {
+        reduceMotion = reduceMotion || truth(value) == false;
+    } else if (key == QStringLiteral("text-scaling-factor") && value.typeId() == QMetaType::Double) {
+        const auto factor = value.toDouble();
+        const bool isFactor = factor >= 0.5 && factor <= 3; // false for what is no number
+        textScale = isFactor ? factor : 1;
+    }
+}
+
 void PortalDesktopSettings::Taste::apply(const QString &settingsNamespace, const QString &key,
                                          const QVariant &value)
 {
     if (settingsNamespace == appearance) {
         applyAppearance(key, value);
-    } else if (settingsNamespace == gnomeInterface && key == QStringLiteral("enable-animations")) {
-        reduceMotion = reduceMotion || truth(value) == false;
+    } else if (settingsNamespace == gnomeInterface) {
+        applyGnome(key, value);
     } else if (settingsNamespace == gnomeAccessibility && key == QStringLiteral("high-contrast")) {
         reduceTransparency = reduceTransparency || truth(value) == true;
     } else if (settingsNamespace == plasma && key == QStringLiteral("AnimationDurationFactor")) {

@@ -31,6 +31,7 @@ public:
     std::optional<std::uint32_t> accentColor() const override { return m_taste.accentColor; }
     bool reduceMotion() const override { return m_taste.reduceMotion; }
     bool reduceTransparency() const override { return m_taste.reduceTransparency; }
+    double textScale() const override { return m_taste.textScale; }
     void setChangeHandler(std::function<void()> handler) override { m_handler = std::move(handler); }
 
 private:
@@ -40,10 +41,12 @@ private:
         std::optional<std::uint32_t> accentColor;
         bool reduceMotion = false;
         bool reduceTransparency = false;
+        double textScale = 1;
 
         /// Takes one setting in; a value of a type or range that does not belong to it says nothing.
         void apply(const QString &settingsNamespace, const QString &key, const QVariant &value);
         void applyAppearance(const QString &key, const QVariant &value);
+        void applyGnome(const QString &key, const QVariant &value);
 
         bool operator==(const Taste &) const = default;
     };

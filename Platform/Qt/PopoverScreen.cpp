@@ -28,6 +28,11 @@ bool PopoverScreen::canPlaceWindows() const
     return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
+bool PopoverScreen::leavesTextsToProgram()
+{
+    return QGuiApplication::platformName() != QLatin1String("xcb");
+}
+
 bool PopoverScreen::knowsPointer() const
 {
     return m_connection && !XConnection::isWithinWayland();

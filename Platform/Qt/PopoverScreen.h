@@ -28,6 +28,10 @@ public:
     /// Whether windows may shine through on screen now.
     bool canShowShadows() const;
 
+    /// Whether the toolkit does not enlarge windows by what the desktop enlarges texts by. On X it does:
+    /// desktops put their text scaling into Xft.dpi there.
+    static bool leavesTextsToProgram();
+
     /// Has a window that is about to be shown left out of task bars and pagers.
     void keepOutOfLists(QWindow &window) const;
 

@@ -18,6 +18,7 @@ const auto appearance = QStringLiteral("org.freedesktop.appearance");
 const auto gnome = QStringLiteral("org.gnome.desktop.interface");
 const auto accessibility = QStringLiteral("org.gnome.desktop.a11y.interface");
 constexpr auto duration = "AnimationDurationFactor";
+constexpr auto textScaling = "text-scaling-factor";
 const auto plasma = QStringLiteral("org.kde.kdeglobals.KDE");
 
 static QVariant twice(const QVariant &value)
@@ -106,6 +107,7 @@ TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
         std::optional<std::uint32_t> accent = std::nullopt;
         bool reduceMotion = false;
         bool reduceTransparency = false;
+        double textScale = 1;
     };
     constexpr auto none = ColorScheme::noPreference;
     QVariantMap crowd;
@@ -136,6 +138,13 @@ TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
         {"accent, then none", inTurn(appearance, "accent-color", {color(0, 0, 1), color(-1, -1, -1)}), none,
          0xFF},
         {"animated, then not", inTurn(gnome, "enable-animations", {true, false})},
+        {"large texts", one(gnome, textScaling, 1.25), none, {}, false, false, 1.25},
+        {"large texts, then usual ones", inTurn(gnome, textScaling, {3.0, 1.0}), none, {}, false, false, 3},
+        {"texts too large", inTurn(gnome, textScaling, {3.01, 1.25})},
+        {"texts too small", one(gnome, textScaling, 0.49)},
+        {"texts of no size", one(gnome, textScaling, std::nan(""))},
+        {"texts of a size that is no fraction", one(gnome, textScaling, 2U)},
+        {"texts of another namespace", one(accessibility, textScaling, 2.0)},
         {"a text", QStringLiteral("dark")},
         {"a map of another kind", QVariantMap{{appearance, 1U}}},
         {"a crowd", QVariant::fromValue(Settings{{plasma, crowd}})},
@@ -157,7 +166,9 @@ TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
         EXPECT_EQ(settings.accentColor(), row.accent);
         EXPECT_EQ(settings.reduceMotion(), row.reduceMotion);
         EXPECT_EQ(settings.reduceTransparency(), row.reduceTransparency);
-        const bool isAny = row.scheme != none || row.accent || row.reduceMotion || row.reduceTransparency;
+        EXPECT_EQ(settings.textScale(), row.textScale);
+        const bool isAny = row.scheme != none || row.accent || row.reduceMotion || row.reduceTransparency ||
+                           row.textScale != 1;
         EXPECT_EQ(changes, isAny ? 1 : 0);
     }
     EXPECT_EQ(portal.asked(), (QVariantList{QStringList{appearance, gnome, accessibility, plasma}}));

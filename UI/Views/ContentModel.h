@@ -98,6 +98,9 @@ public:
 
     bool reduceMotion() const { return m_appearance.reduceMotion(); }
 
+    /// How much larger than usual the desktop wants texts, 0.5 to 3.
+    double textScale() const { return m_appearance.textScale(); }
+
     /// Ends the application.
     Q_INVOKABLE void terminate();
 

@@ -9,6 +9,7 @@ FocusScope {
     property real cornerRadius: 0
     property rect area: Qt.rect(margin, margin, 340, 610) ///< of the panel, on whole pixels of the screen
     property int margin: 0 ///< room for the shadow; none without one
+    property real zoom: 1 ///< how much larger than usual the panel is drawn
 
     function fadeIn() {
         fade.restart();
@@ -35,8 +36,17 @@ FocusScope {
         visible: root.margin === 0
     }
 
+    Item { // of the panel
+        id: place
+
+        height: root.area.height
+        width: root.area.width
+        x: root.area.x
+        y: root.area.y
+    }
+
     Surface {
-        anchors.fill: panel
+        anchors.fill: place
         color: Theme.windowBackground
         radius: root.cornerRadius
         shadowColor: Theme.alpha("black", Theme.dark ? 0.6 : 0.35)
@@ -48,17 +58,19 @@ FocusScope {
     ContentView {
         id: panel
 
-        cornerRadius: root.cornerRadius
+        cornerRadius: root.cornerRadius / root.zoom
         focus: true
-        height: root.area.height
+        height: place.height / root.zoom
         model: root.model
-        width: root.area.width
-        x: root.area.x
-        y: root.area.y
+        scale: root.zoom
+        transformOrigin: Item.TopLeft
+        width: place.width / root.zoom
+        x: place.x
+        y: place.y
     }
 
     Surface {
-        anchors.fill: panel
+        anchors.fill: place
         borderColor: Theme.outline
         borderWidth: 1
         radius: root.cornerRadius

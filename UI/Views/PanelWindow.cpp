@@ -118,14 +118,16 @@ void PanelWindow::setMargin(int margin, double radius)
     if (auto *frame = rootObject()) {
         frame->setProperty("margin", margin);
         frame->setProperty("cornerRadius", radius);
+        frame->setProperty("zoom", m_zoom);
         fitToPixels();
     }
 }
 
-void PanelWindow::setPanelHeight(int height)
+void PanelWindow::setPanelSize(const QSize &size, double zoom)
 {
-    if (height != m_panel.height()) {
-        m_panel.setHeight(height);
+    if (size != m_panel || zoom != m_zoom) {
+        m_panel = size;
+        m_zoom = zoom;
         become(m_kind);
     }
 }

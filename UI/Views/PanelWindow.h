@@ -33,8 +33,9 @@ public:
     /// Changes what it is: while it is hidden, or from one popover to the other.
     void become(Kind kind);
 
-    /// How high the panel is from now on; its pages take what height there is.
-    void setPanelHeight(int height);
+    /// How large the panel is from now on, and how much larger all that is in it; its pages take what height
+    /// there is.
+    void setPanelSize(const QSize &size, double zoom);
 
     /// What of the window is the panel, in pixels of the screen; empty when all of it is to be seen.
     QRegion shape() const;
@@ -59,6 +60,7 @@ private:
 
     Kind m_kind = Kind::plainPopover;
     QSize m_panel = panelSize;
+    double m_zoom = 1;
     int m_margin = 0; ///< around the panel
 };
 
