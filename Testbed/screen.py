@@ -3,7 +3,7 @@
 import contextlib
 from typing import NamedTuple
 
-from Xlib import X, XK, Xutil, display, error
+from Xlib import X, XK, Xatom, Xutil, display, error
 from Xlib.ext import xtest
 from Xlib.protocol import event
 
@@ -116,17 +116,13 @@ class Screen:
         """The colour of what no window covers, 0xRRGGBB."""
         self._root.change_attributes(background_pixel=color)
         self._root.clear_area()
+        picture = self._root.create_pixmap(1, 1, self._display.screen().root_depth)  # for compositors
+        picture.fill_rectangle(picture.create_gc(foreground=color), 0, 0, 1, 1)
+        self._root.change_property(self._display.intern_atom("_XROOTPMAP_ID"), Xatom.PIXMAP, 32, [picture.id])
 
     def picture(self, area):
         """What is seen there: the samples of all pixels in rows, blue, green, red and an unused one of each."""
         return bytes(self._root.get_image(*area, X.ZPixmap, 0xFFFFFFFF).data)
-
-    def compositor(self):
-        """A window that says it is the compositor, as long as it is open."""
-        window = self._root.create_window(0, 0, 1, 1, 0, X.CopyFromParent)
-        window.set_selection_owner(self._display.intern_atom("_NET_WM_CM_S0"), X.CurrentTime)
-        self._display.sync()
-        return window
 
     def open_window(self, area, is_managed=True):
         """A window of another program, which takes the focus unless it is none of the window manager's business."""
