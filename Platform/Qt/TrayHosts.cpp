@@ -54,9 +54,12 @@ void TrayHosts::notifierHostChanged()
     askNotifierHost();
 }
 
-void TrayHosts::ownerChanged(const QString &, const QString &, const QString &)
+void TrayHosts::ownerChanged(const QString &, const QString &before, const QString &now)
 {
     askNotifierHost();
+    if (!before.isEmpty() && !now.isEmpty()) {
+        Q_EMIT watcherReplaced();
+    }
 }
 
 /// The last question counts: an answer to an earlier one is not waited for any more.

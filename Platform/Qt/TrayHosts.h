@@ -29,6 +29,10 @@ Q_SIGNALS:
     /// The answer of `isAny` is another one than before.
     void changed();
 
+    /// The StatusNotifier watcher has handed over to another without a moment between, of which the toolkit
+    /// takes no notice: the new one does not know the item.
+    void watcherReplaced();
+
 private:
     void askNotifierHost();
     void take(const xcb_generic_event_t &event);

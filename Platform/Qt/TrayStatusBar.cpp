@@ -57,8 +57,17 @@ TrayStatusItem::TrayStatusItem(std::shared_ptr<XConnection> connection, StatusPi
       m_menu(std::make_unique<ItemMenu>())
 {
     connect(&m_hosts, &TrayHosts::changed, this, &TrayStatusItem::followHosts);
+    connect(&m_hosts, &TrayHosts::watcherReplaced, this, &TrayStatusItem::registerAnew);
     if (m_hosts.isAny().value_or(false)) {
         show();
+    }
+}
+
+void TrayStatusItem::registerAnew()
+{
+    if (m_icon && !m_window) {
+        m_icon->hide();
+        m_icon->show();
     }
 }
 

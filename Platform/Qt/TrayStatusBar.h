@@ -39,6 +39,7 @@ public:
 
 private:
     void followHosts();
+    void registerAnew();
     void show();
     void followWindow();
     bool isDocking() const;

@@ -100,6 +100,11 @@ class NotifierHost:
             self._bus.close_sync()
             self._screen.close(self._bar)
 
+    def wait_in_queue(self):
+        """Till the bus knows that this one follows whoever is the watcher."""
+        self._bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetId", None, None,
+                            Gio.DBusCallFlags.NONE, -1, None)
+
     def item(self):
         return self._item if self._names else None
 

@@ -26,10 +26,11 @@ class ShellTest(unittest.TestCase):
     def setUp(self):
         shutil.rmtree(os.environ["XDG_CONFIG_HOME"], ignore_errors=True)
 
-    def open(self, *edge, kind=None):
+    def open(self, *edge, kind=None, **options):
         """A host of that kind or the test's own, which has the item from now on."""
-        self.host = getattr(hosts, kind or self.kind)(DESKTOP, SCREEN, *edge)
+        self.host = getattr(hosts, kind or self.kind)(DESKTOP, SCREEN, *edge, **options)
         self.addCleanup(self.host.close)
+        return self.host
 
     def start(self, *arguments, command=(PROGRAM,), **environment):
         program = Panel([*command, *arguments], os.environ | environment)
@@ -211,6 +212,17 @@ class InANotifierHost(HostTest, ShellTest):
         self.assertEqual(len(self.host.menu()), 5)
         self.show()
         self.assertIsNone(SCREEN.item())
+
+    def test_a_host_may_take_over_at_once(self):
+        self.launch()
+        self.show()
+        first = self.host
+        self.open().wait_in_queue()
+        first.close()
+        wait_for("the item in the new host", self.host.item)
+        self.assertEqual(len(self.host.menu()), 5)
+        self.assertTrue(SCREEN.panel())
+        self.hide()
 
     def test_a_busy_shell_tells_of_a_click_late(self):
         self.launch()
