@@ -1,5 +1,6 @@
 #include "Platform/Qt/TrayHosts.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
 
@@ -12,6 +13,14 @@ namespace {
 
 const auto watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 const auto watcherPath = QStringLiteral("/StatusNotifierWatcher");
+
+/// Whether an answer is that of a service which has its name, and nothing else yet.
+bool isOfBareName(const QDBusMessage &reply)
+{
+    const auto error = QDBusError(reply).type();
+    return error == QDBusError::UnknownObject || error == QDBusError::UnknownMethod ||
+           error == QDBusError::UnknownInterface;
+}
 
 } // namespace
 
@@ -58,7 +67,7 @@ void TrayHosts::ownerChanged(const QString &, const QString &before, const QStri
 {
     askNotifierHost();
     if (!before.isEmpty() && !now.isEmpty()) {
-        Q_EMIT watcherReplaced();
+        Q_EMIT itemUnknown();
     }
 }
 
@@ -74,8 +83,12 @@ void TrayHosts::askNotifierHost()
         const auto reply = asked->reply();
         m_asking.release()->deleteLater(); // it is still telling us
         const auto value = reply.arguments().value(0).value<QDBusVariant>().variant();
-        m_hasNotifierHost = reply.type() == QDBusMessage::ReplyMessage && value.toBool();
+        const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage;
+        m_hasNotifierHost = isAnswer && value.toBool();
         m_isKnown = true;
+        if (std::exchange(m_isBare, isOfBareName(reply)) && isAnswer) {
+            Q_EMIT itemUnknown();
+        }
         update();
     });
 }

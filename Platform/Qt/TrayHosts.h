@@ -29,9 +29,10 @@ Q_SIGNALS:
     /// The answer of `isAny` is another one than before.
     void changed();
 
-    /// The StatusNotifier watcher has handed over to another without a moment between, of which the toolkit
-    /// takes no notice: the new one does not know the item.
-    void watcherReplaced();
+    /// The StatusNotifier watcher does not know the item, though the toolkit thinks so: it has followed
+    /// another without a moment between, of which the toolkit takes no notice, or has had its name before it
+    /// answered.
+    void itemUnknown();
 
 private:
     void askNotifierHost();
@@ -47,6 +48,7 @@ private:
     xcb_window_t m_tray = XCB_NONE; ///< the tray's window
     bool m_hasNotifierHost = false;
     bool m_isKnown = false; ///< the bus has answered
+    bool m_isBare = false;  ///< the watcher had its name, and nothing else, when it was last asked
     std::optional<bool> m_wasAny;
 
 private Q_SLOTS:

@@ -57,7 +57,7 @@ TrayStatusItem::TrayStatusItem(std::shared_ptr<XConnection> connection, StatusPi
       m_menu(std::make_unique<ItemMenu>())
 {
     connect(&m_hosts, &TrayHosts::changed, this, &TrayStatusItem::followHosts);
-    connect(&m_hosts, &TrayHosts::watcherReplaced, this, &TrayStatusItem::registerAnew);
+    connect(&m_hosts, &TrayHosts::itemUnknown, this, &TrayStatusItem::registerAnew);
     if (m_hosts.isAny().value_or(false)) {
         show();
     }

@@ -67,7 +67,8 @@ class NotifierHost:
         <property name="ProtocolVersion" type="i" access="read"/>
         </interface></node>"""
 
-    def __init__(self, _, screen, edge="bottom"):
+    def __init__(self, _, screen, edge="bottom", is_bare=False):
+        """Bare, it has its name, and answers nothing before `listen`."""
         self._screen, self._names, self._menu = screen, [], None
         x, y = {"left": (0, screen.height - 200), "right": (screen.width - 24, screen.height - 200),
                 "top": (screen.width - 200, 0), "bottom": (screen.width - 200, screen.height - 24)}[edge]
@@ -76,12 +77,17 @@ class NotifierHost:
         self._bus = Gio.DBusConnection.new_for_address_sync(
             os.environ["DBUS_SESSION_BUS_ADDRESS"], Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT |
             Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
-        self._bus.register_object("/StatusNotifierWatcher", Gio.DBusNodeInfo.new_for_xml(self.INTERFACES).interfaces[0],
-                                  self._register, self._property, None)
+        if not is_bare:
+            self.listen()
         Gio.bus_own_name_on_connection(self._bus, self.WATCHER, Gio.BusNameOwnerFlags.NONE, None, None)
         for change in ("LayoutUpdated", "ItemsPropertiesUpdated"):
             self._bus.signal_subscribe(None, "com.canonical.dbusmenu", change, None, None, Gio.DBusSignalFlags.NONE,
                                        self._forget_menu)
+
+    def listen(self):
+        self._bus.register_object("/StatusNotifierWatcher", Gio.DBusNodeInfo.new_for_xml(self.INTERFACES).interfaces[0],
+                                  self._register, self._property, None)
+        self._bus.emit_signal(None, "/StatusNotifierWatcher", self.WATCHER, "StatusNotifierHostRegistered", None)
 
     def _forget_menu(self, *_):
         self._menu = None

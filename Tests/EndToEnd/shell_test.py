@@ -224,6 +224,15 @@ class InANotifierHost(HostTest, ShellTest):
         self.assertTrue(SCREEN.panel())
         self.hide()
 
+    def test_a_host_may_have_its_name_before_it_answers(self):
+        self.launch()
+        self.host.close()
+        self.open(is_bare=True)
+        self.start("--show")
+        self.in_front()  # by then it has heard of the new name, and asked there
+        self.host.listen()
+        wait_for("the item in the new host", self.host.item)
+
     def test_a_busy_shell_tells_of_a_click_late(self):
         self.launch()
         self.show()
