@@ -89,6 +89,7 @@ void moveTo(const std::string &home)
                                       {"XDG_DATA_HOME", "/.local/share"},
                                       {"XDG_CACHE_HOME", "/.cache"},
                                       {"XDG_RUNTIME_DIR", ""},
+                                      {"XCURSOR_PATH", "/document/icons"}, // the document is a file
                                       {"PATH", "/tools"}}) {
         ::setenv(name, (home + value).c_str(), 1);
     }

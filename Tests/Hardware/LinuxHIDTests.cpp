@@ -33,7 +33,7 @@ TEST(ReportDescriptorTest, GivesTheLongestFeatureReportOfAnHonestDescriptorOnly)
         {"fields add up, bits round up", 4, {{0x75, 1, 0x95, 9}, feature, feature, feature}},
         {"each ID by itself", 91, {id7, plain, {0x85, 8, 0x95, 20}, feature}},
         {"values of four and two bytes", 300, {{0x77, 8, 0, 0, 0, 0x96, 0x2C, 0x01}, feature}},
-        {"push and pop", 90, {size8, ninety, {0xA4, 0x95, 1, 0xB4}, feature}},
+        {"push and pop", 90, {size8, ninety, {0xA4, 0x95, 1, 0xA4, 0xB4, 0xB4}, feature}},
         {"a long item", 90, {{0xFE, 3, 0x10, 1, 2, 3}, plain}},
         {"the longest descriptor", 90, {plain, Bytes(4096 - 6, 0x04)}},
         {"a longer one", {}, {plain, Bytes(4096 - 5, 0x04)}},
