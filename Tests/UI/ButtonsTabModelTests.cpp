@@ -91,10 +91,10 @@ TEST_F(ButtonsTabTest, WritesAFixedActionAKeyAndAProfile)
     tab().toggleModifier(4);
     EXPECT_THAT(rowsThatAre(tab().modifiers(), "selected"), ElementsAre(0, 3));
     tab().commitPickedKey(QStringLiteral("x"));
+    EXPECT_THAT(rowsThatAre(tab().buttons(), "showsKeyInput"), IsEmpty()) << "before the mouse has taken it";
     finishWrite(tab());
     EXPECT_EQ(mapping(MouseButton::back), ButtonAction::keyPress("ctrl+cmd+x"));
     EXPECT_THAT(rowsThatAre(tab().modifiers(), "selected"), IsEmpty());
-    EXPECT_THAT(rowsThatAre(tab().buttons(), "showsKeyInput"), IsEmpty());
     tab().commitPickedKey(QStringLiteral("y"));
     EXPECT_FALSE(tab().isApplying()) << "the key input is closed";
 
