@@ -4,6 +4,7 @@
 #include "CLI/Reports/ReadReport.h"
 #include "CLI/SettingPlan.h"
 #include "Core/HID/RazerProtocol.h"
+#include "Platform/DiagnosticLog.h"
 #include "Platform/Linux/ChangeLock.h"
 #include "Tests/Manager/SimulatedMachineTest.h"
 
@@ -296,6 +297,17 @@ TEST(OutputTest, JSONSteersNoTerminal)
     OutputFile file;
     EXPECT_TRUE(Output(file.handle(), STDERR_FILENO).printJSON("caf\u00e9 \u009b31m\x1b[0m \x7f \xff"));
     EXPECT_EQ(file.text(), "\"caf\\u00e9 \\u009b31m\\u001b[0m \\u007f \\ufffd\"\n");
+}
+
+TEST(DiagnosticLogTest, KeepsTheLastLines)
+{
+    OutputFile file;
+    DiagnosticLog log(file.handle(), false);
+    for (std::size_t line = 0; line < DiagnosticLog::capacity + 3; ++line) {
+        log.write(std::to_string(line));
+    }
+    log.show();
+    EXPECT_THAT(file.text(), testing::StartsWith("(3 earlier lines left out; --verbose shows them)\n3\n4\n"));
 }
 
 TEST(MouseChangesTest, OrderWhatHappenedBetweenTwoLists)
