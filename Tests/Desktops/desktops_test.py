@@ -306,6 +306,11 @@ class DesktopsTest(unittest.TestCase):
         self.in_front()
         self.beside(self.bar.area)  # not every shell tells where the item is
 
+    def test_quit(self):
+        self.launch()
+        self.assertEqual(self.start("--quit").process.wait(PATIENCE), 0)
+        self.ended()
+
 
 def told_of(what):
     """Whom the shell has told of such clicks over the bus, each time."""
