@@ -49,12 +49,14 @@ TEST_F(ProViewTest, AfterATransitionOnePageIsThere)
     EXPECT_FALSE(find("Stage 1", radio));
     setMotion(true);
     panel->selectTab(ContentModel::buttons);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return shown("place").size() == 2; })); // one leaves, one enters
+    const auto items = view->rootObject()->findChildren<QQuickItem *>();
+    EXPECT_TRUE(std::ranges::any_of(items, [](const auto *item) { return item->property("place") == -1.0; }));
+    EXPECT_THAT(shown("place"), ElementsAre(0)); // one is about to enter, one to leave
     panel->selectTab(ContentModel::dpi);
     panel->selectTab(ContentModel::settings);
     panel->selectTab(ContentModel::dpi);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return shown("place") == std::vector<double>{0}; }));
-    EXPECT_TRUE(find("Stage 1", radio));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return find("Stage 1", radio) && shown("place") == std::vector<double>{0}; }));
 }
 
 TEST_F(ProViewTest, APageThatWasLeftIsFoundAtItsTopWithNothingOpen)
