@@ -1,11 +1,12 @@
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The program's emblem in a glow, which turns and grows into place.
 Item {
     id: root
 
-    required property var model ///< AboutModel
+    required property AboutModel model
 
     implicitHeight: 100
     implicitWidth: 100

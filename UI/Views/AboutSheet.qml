@@ -1,11 +1,12 @@
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// Presents About over the panel, which waits until it is closed.
 FocusScope {
     id: root
 
-    required property var model ///< ContentModel
+    required property ContentModel model
     property real cornerRadius: 0 ///< of the panel
     property real presence: model.showAbout && view.status === Loader.Ready ? 1 : 0
 

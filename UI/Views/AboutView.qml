@@ -3,12 +3,13 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// What the program is: emblem, version, features, supported mice. Plays its entrance when it is made.
 FocusScope {
     id: root
 
-    required property var model ///< AboutModel
+    required property AboutModel model
     property real arrival: model.appeared ? 1 : 0
     property real featuresArrival: model.featuresAppeared ? 1 : 0
     property real devicesArrival: model.devicesAppeared ? 1 : 0
@@ -21,7 +22,8 @@ FocusScope {
     implicitHeight: 560
     implicitWidth: 300
 
-    Component.onCompleted: Qt.callLater(model.shown) // what is changed before does not move
+    // What is changed before does not move.
+    Component.onCompleted: Qt.callLater(model.shown) // qmllint disable type
 
     Behavior on arrival {
         DelayedSpring {

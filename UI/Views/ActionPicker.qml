@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// What a button can do, and under it the input for the value that an action needs; it stays while the picker
 /// closes.
@@ -17,7 +18,7 @@ Column {
     }
 
     required property int button ///< as in a row of the model
-    required property var model ///< ButtonsTabModel
+    required property ButtonsTabModel model
     required property bool open
     required property int selectedAction
     required property bool showsKeyInput

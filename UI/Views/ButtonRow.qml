@@ -3,12 +3,13 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// A button of the mouse with its action; expanded, with the actions to pick from.
 Item {
     id: root
 
-    required property var model ///< ButtonsTabModel
+    required property ButtonsTabModel model
     required property string actionName
     required property int button
     required property bool expanded

@@ -18,7 +18,7 @@ namespace kelmoth {
 ///   for `toggleModifier(row)`, and a button for each of `pickerKeys` (keys) for `commitPickedKey(key)`;
 /// - or the profile picker: a button for each of `profiles` ("1" to "5") for `pickProfile(number)`.
 /// All of it is disabled while not `isEnabled`.
-class ButtonsTabModel : public TabModel {
+class ButtonsTabModel : public kelmoth::TabModel { // in full: for qmllint
     Q_OBJECT
     Q_PROPERTY(kelmoth::RowsModel *buttons READ buttons CONSTANT)
     Q_PROPERTY(kelmoth::RowsModel *actions READ actions CONSTANT)

@@ -2,12 +2,13 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The buttons page: what each button of the mouse does, and what else it could.
 ScrollArea {
     id: root
 
-    required property var model
+    required property ButtonsTabModel model
 
     centered: false // what grows under a row leaves it where it is
     spacing: 8

@@ -2,12 +2,13 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The panel: header, tabs, the page of the selected tab, footer; over them the About sheet and toasts.
 FocusScope {
     id: root
 
-    required property var model ///< ContentModel
+    required property ContentModel model
     property real cornerRadius: 0
     readonly property bool onScreen: Window.visibility !== Window.Hidden
     property real entrance: model.appeared ? 1 : 0

@@ -15,7 +15,7 @@ namespace kelmoth {
 ///   `label` ("1.6K"), `colorName` (of a stage colour of the theme), `selected`;
 /// - `presets`: a button for each row of `value` (what `pickPreset` takes), `label`, `selected`.
 /// All of it is disabled while not `isEnabled`.
-class DPITabModel : public TabModel {
+class DPITabModel : public kelmoth::TabModel { // in full: for qmllint
     Q_OBJECT
     Q_PROPERTY(double sliderDPI READ sliderDPI NOTIFY sliderDPIChanged)
     Q_PROPERTY(bool sliderEditing READ sliderEditing NOTIFY sliderEditingChanged)

@@ -3,12 +3,13 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The DPI page: the active stage's DPI, the stages, and values to set with one tap.
 ScrollArea {
     id: root
 
-    required property var model
+    required property DPITabModel model
 
     Card {
         spacing: 6

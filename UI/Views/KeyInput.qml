@@ -9,7 +9,7 @@ import Kelmoth.Views
 Column {
     id: root
 
-    required property var model ///< ButtonsTabModel
+    required property ButtonsTabModel model
     readonly property var spokenKeys: ({
             down: qsTr("down arrow"),
             left: qsTr("left arrow"),

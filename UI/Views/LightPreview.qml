@@ -1,5 +1,6 @@
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// A bar in the colour of the light, with its glow. What it shows changes at once, or fades over while `motion`
 /// says how.
@@ -12,7 +13,7 @@ Item {
         Springy
     }
 
-    required property var model ///< RGBTabModel
+    required property RGBTabModel model
     property int motion: LightPreview.None
     property var before ///< a look: opaque `fill` and `glow`
     property var after

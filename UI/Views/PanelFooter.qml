@@ -3,12 +3,13 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The program's version, and the buttons for About and Quit.
 Item {
     id: root
 
-    required property var model ///< ContentModel
+    required property ContentModel model
     property real bottomPadding: 0
 
     height: row.implicitHeight + bottomPadding

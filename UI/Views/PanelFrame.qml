@@ -1,11 +1,12 @@
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The panel with what surrounds it in its window.
 FocusScope {
     id: root
 
-    required property var model ///< ContentModel
+    required property ContentModel model
     property real cornerRadius: 0
     property rect area: Qt.rect(margin, margin, 340, 610) ///< of the panel, on whole pixels of the screen
     property int margin: 0 ///< room for the shadow; none without one

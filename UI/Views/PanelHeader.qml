@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// Which mouse is configured, how it is connected, and its battery.
 Item {
     id: root
 
-    required property var model ///< ContentModel
+    required property ContentModel model
     property real bottomPadding: 0
     property real topPadding: 0
 

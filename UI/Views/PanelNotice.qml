@@ -2,12 +2,13 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// Says over a page why it cannot be used. It comes and goes with the page, and at once with what the page can do.
 Item {
     id: root
 
-    required property var model ///< ContentModel
+    required property ContentModel model
     property bool waits: false ///< until a page looks as if it could not be used
     property real presence: model.selectedTab === 3 ? 0 : 1 ///< of a page that it can lie over
 

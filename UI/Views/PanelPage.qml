@@ -1,5 +1,6 @@
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The place of one page: it enters from the leading edge, leaves to the trailing one, and is not there else. The
 /// page is made when it is first needed, and kept.
@@ -7,7 +8,7 @@ Item {
     id: root
 
     required property url view ///< of the page, a view with a model
-    required property var model ///< of the page
+    required property TabModel model ///< of the page
 
     property bool current: false
     property bool moves: true ///< or is there, or gone, at once

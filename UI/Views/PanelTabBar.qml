@@ -3,16 +3,17 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The four tabs. The arrow keys pick the next one.
 Item {
     id: root
 
-    required property var model ///< ContentModel
+    required property ContentModel model
 
     /// Picks the tab that lies so many further, and gives it the focus.
     function step(by: int): void {
-        const tab = repeater.itemAt(model.selectedTab + by);
+        const tab = repeater.itemAt(model.selectedTab + by) as PressArea;
         if (tab) {
             tab.triggered();
             tab.forceActiveFocus(Qt.TabFocusReason);

@@ -2,12 +2,13 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The profiles to pick from.
 Column {
     id: root
 
-    required property var model ///< ButtonsTabModel
+    required property ButtonsTabModel model
 
     leftPadding: 4
     rightPadding: 4

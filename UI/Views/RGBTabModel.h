@@ -21,7 +21,7 @@ namespace kelmoth {
 ///   brightness strip at `brightness` with `dragBrightness`, `endBrightnessDrag()` and `brightnessText`
 ///   ("25%"). Positions are fractions of the strip's width; outside 0 to 1 its nearer end counts.
 /// All of it is disabled while not `isEnabled`.
-class RGBTabModel : public TabModel {
+class RGBTabModel : public kelmoth::TabModel { // in full: for qmllint
     Q_OBJECT
     Q_PROPERTY(QStringList zoneTitles READ zoneTitles NOTIFY zonesChanged)
     Q_PROPERTY(int zoneIndex READ zoneIndex NOTIFY zonesChanged)

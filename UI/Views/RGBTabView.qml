@@ -3,12 +3,13 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The lighting page: effect, colour and brightness of one zone at a time.
 ScrollArea {
     id: root
 
-    required property var model
+    required property RGBTabModel model
     readonly property real inner: preview.height + (model.showsZonePicker ? zones.height + spacing : 0) + (model.effects.count > 0 ? effects.height + spacing : 0) + 2 * 40 + 10 + 2 * 18 + 3 * spacing
     /// What the swatches and the strips have around them of the room that is left over.
     readonly property real air: Math.max(0, Math.min(14, Math.floor((height - inner) / 6)))
@@ -17,7 +18,7 @@ ScrollArea {
         id: zones
 
         currentIndex: root.model.zoneIndex
-        model: root.model.zoneTitles.map(title => qsTr(title))
+        model: Array.from(root.model.zoneTitles, title => qsTr(title))
         text: qsTr("Lighting zone")
         usable: root.model.isEnabled
         visible: root.model.showsZonePicker

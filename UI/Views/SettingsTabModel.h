@@ -15,7 +15,7 @@ namespace kelmoth {
 ///   `openLoginItems()`;
 /// - `liftOffLabel` (a key) and `liftOffChoices`: choice buttons, a row each of `value` (what `pickLiftOff`
 ///   takes), `label` (a key), `selected`, all disabled while not `liftOffEnabled`.
-class SettingsTabModel : public TabModel {
+class SettingsTabModel : public kelmoth::TabModel { // in full: for qmllint
     Q_OBJECT
     Q_PROPERTY(kelmoth::RowsModel *appearanceChoices READ appearanceChoices CONSTANT)
     Q_PROPERTY(kelmoth::RowsModel *languageChoices READ languageChoices CONSTANT)

@@ -3,12 +3,13 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// The settings page: the program's own preferences, and the mouse's lift-off distance.
 ScrollArea {
     id: root
 
-    required property var model
+    required property SettingsTabModel model
 
     Card {
         width: parent.width

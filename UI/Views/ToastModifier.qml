@@ -1,11 +1,12 @@
 import QtQuick
 import Kelmoth.Components
+import Kelmoth.Views
 
 /// Lays a toast over the panel's upper edge: it springs in from above and fades out as it leaves.
 Item {
     id: root
 
-    required property var model ///< ToastModel
+    required property ToastModel model
 
     ToastView {
         id: toast
