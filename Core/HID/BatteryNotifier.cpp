@@ -11,7 +11,7 @@ namespace {
 constexpr Int lowLevel = 15; // percent
 constexpr Int criticalLevel = 5;
 
-/// So much above a threshold the charge has risen; less is a reading that wavers.
+/// Hysteresis: a rise by less, in percent, is measurement noise.
 constexpr Int recovery = 5;
 
 } // namespace
@@ -25,22 +25,22 @@ BatteryNotifier::BatteryNotifier(HIDMonitor &hidMonitor, const DeviceManager &de
       m_notifications(std::move(notifications))
 {
     if (m_notifications) {
-        // Not as the list changes: that holds the level for a moment before it holds the charging status.
+        // Not on connectedDevicesChanged: the list then has the new level, but the old charging status.
         connect(&m_hidMonitor, &HIDMonitor::batteryReadFinished, this,
-                qOverload<const QUuid &>(&BatteryNotifier::take));
+                qOverload<const QUuid &>(&BatteryNotifier::takeReading));
     }
 }
 
-void BatteryNotifier::take(const QUuid &id)
+void BatteryNotifier::takeReading(const QUuid &id)
 {
     const auto &devices = m_hidMonitor.connectedDevices();
     const auto device = std::ranges::find(devices, id, &RazerDevice::id);
     if (device != devices.end() && m_deviceManager.connectedDevice() == *device) {
-        take(*device);
+        takeReading(*device);
     }
 }
 
-void BatteryNotifier::take(const RazerDevice &device)
+void BatteryNotifier::takeReading(const RazerDevice &device)
 {
     if (!device.batteryLevel) {
         return;
@@ -48,20 +48,20 @@ void BatteryNotifier::take(const RazerDevice &device)
     const Identity mouse{device.productID, device.serialNumber};
     const Int level = *device.batteryLevel;
     const bool isAnother = std::exchange(m_mouse, mouse) != mouse;
-    // Not every mouse says that it charges.
+    // Some mice do not report that they charge.
     if (isAnother || device.isCharging || level >= lowLevel + recovery) {
-        forget(std::nullopt);
-    } else if (m_told == criticalLevel && level >= criticalLevel + recovery) {
-        forget(lowLevel);
+        reset(std::nullopt);
+    } else if (m_notifiedLevel == criticalLevel && level >= criticalLevel + recovery) {
+        reset(lowLevel);
     }
     const Int threshold = level <= criticalLevel ? criticalLevel : lowLevel;
-    if (!device.isCharging && level <= threshold && threshold < m_told.value_or(lowLevel + 1)) {
-        m_told = threshold;
-        tell(device, level, threshold == criticalLevel);
+    if (!device.isCharging && level <= threshold && threshold < m_notifiedLevel.value_or(lowLevel + 1)) {
+        m_notifiedLevel = threshold;
+        notify(device, level, threshold == criticalLevel);
     }
 }
 
-void BatteryNotifier::tell(const RazerDevice &device, Int level, bool isCritical)
+void BatteryNotifier::notify(const RazerDevice &device, Int level, bool isCritical)
 {
     if (m_preferences.showsBatteryNotifications()) {
         m_notifications->show({.title = L10n::text(isCritical ? "Battery almost empty" : "Battery low"),
@@ -70,10 +70,10 @@ void BatteryNotifier::tell(const RazerDevice &device, Int level, bool isCritical
     }
 }
 
-/// What was told holds no longer; of the way down `remaining` has been told.
-void BatteryNotifier::forget(std::optional<Int> remaining)
+/// Withdraws the notification; `remaining` is the threshold that still counts as notified of.
+void BatteryNotifier::reset(std::optional<Int> remaining)
 {
-    if (std::exchange(m_told, remaining)) {
+    if (std::exchange(m_notifiedLevel, remaining)) {
         m_notifications->withdraw();
     }
 }

@@ -13,31 +13,31 @@
 
 namespace kelmoth {
 
-/// Tells the user when the battery of the mouse that is configured runs low: once at 15 % and once at 5 %,
-/// each way down. It looks at readings when they come and asks for none. Main thread.
+/// Notifies the user when the battery of the configured mouse runs low: once at 15 % and once at 5 % of each
+/// discharge. It uses the readings of HIDMonitor and requests none. Main thread.
 class BatteryNotifier : public QObject {
     Q_OBJECT
 
 public:
-    /// Without `notifications` nothing is told. The others outlive it.
+    /// Null `notifications` disable it. The other collaborators outlive it.
     BatteryNotifier(HIDMonitor &hidMonitor, const DeviceManager &deviceManager,
                     const Preferences &preferences, std::shared_ptr<NotificationService> notifications);
 
 private:
-    /// A mouse, also when it comes back after it has been away.
+    /// Identifies a mouse, also after it was detached and attached again.
     using Identity = std::pair<std::uint16_t, std::optional<std::string>>; ///< product ID, serial number
 
-    void take(const QUuid &id);
-    void take(const RazerDevice &device);
-    void tell(const RazerDevice &device, Int level, bool isCritical);
-    void forget(std::optional<Int> remaining);
+    void takeReading(const QUuid &id);
+    void takeReading(const RazerDevice &device);
+    void notify(const RazerDevice &device, Int level, bool isCritical);
+    void reset(std::optional<Int> remaining);
 
     HIDMonitor &m_hidMonitor;
     const DeviceManager &m_deviceManager;
     const Preferences &m_preferences;
     const std::shared_ptr<NotificationService> m_notifications;
-    std::optional<Identity> m_mouse; ///< the one that the last reading was of
-    std::optional<Int> m_told;       ///< the threshold that was told of on this way down
+    std::optional<Identity> m_mouse;    ///< mouse of the last reading
+    std::optional<Int> m_notifiedLevel; ///< last threshold notified of in this discharge
 };
 
 } // namespace kelmoth

@@ -27,7 +27,7 @@ DeviceManager::DeviceManager(HIDMonitor &hidMonitor, ToastManager &toastManager,
     setupObservers();
 }
 
-/// Follows the list of mice: each list that is published arrives here in its turn, as it was then.
+/// Observes the device list. Each published list is queued as a copy and handled in order.
 void DeviceManager::setupObservers()
 {
     const auto deliver = [this] {
@@ -47,7 +47,7 @@ void DeviceManager::takeDevices(const std::vector<RazerDevice> &devices)
     m_isConnected = m_connectedDevice && m_connectedDevice->isConfigurable();
     if (!m_isConnected || m_connectedDevice->id == previous) {
         if (!m_isConnected) {
-            m_isRead = false;
+            m_hasRead = false;
             endFirstReading();
         }
         notify({&DeviceManager::connectedDeviceChanged, &DeviceManager::isConnectedChanged});
@@ -56,9 +56,9 @@ void DeviceManager::takeDevices(const std::vector<RazerDevice> &devices)
     m_deviceState = m_savedSettings.stateForDevice(*m_connectedDevice);
     m_liftOffLevel = std::nullopt;
     m_lastRead = {};
-    m_isRead = false;
+    m_hasRead = false;
     if (previous) {
-        endFirstReading(); // of the former mouse
+        endFirstReading(); // of the previous mouse
     }
     startFullRefresh();
     notify({&DeviceManager::connectedDeviceChanged, &DeviceManager::isConnectedChanged,
@@ -70,11 +70,11 @@ std::optional<RazerDevice> DeviceManager::preferredDevice(std::span<const RazerD
 {
     std::optional<RazerDevice> first;
     for (const auto &device : devices) {
-        const bool isMeant = !productID || device.productID == *productID;
-        if (isMeant && device.isConfigurable()) {
+        const bool matches = !productID || device.productID == *productID;
+        if (matches && device.isConfigurable()) {
             return device;
         }
-        if (isMeant && !first) {
+        if (matches && !first) {
             first = device;
         }
     }
@@ -85,19 +85,19 @@ QCoro::Task<std::optional<DeviceReading>> DeviceManager::firstReading()
 {
     assertOwnThread(*this);
     const QPointer<DeviceManager> self(this);
-    if (!m_isRead) {
-        auto &promise = m_awaitingRead.emplace_back();
+    if (!m_hasRead) {
+        auto &promise = m_readPromises.emplace_back();
         promise.start();
         QFuture<void> ended = promise.future();
         co_await ended;
     }
-    co_return self &&m_isRead ? std::optional(m_lastRead) : std::nullopt;
+    co_return self &&m_hasRead ? std::optional(m_lastRead) : std::nullopt;
 }
 
-/// Lets those go on who wait for the first full read.
+/// Resumes the coroutines that wait for the first full read.
 void DeviceManager::endFirstReading()
 {
-    for (auto &promise : std::exchange(m_awaitingRead, {})) {
+    for (auto &promise : std::exchange(m_readPromises, {})) {
         promise.finish();
     }
 }
@@ -136,7 +136,7 @@ void DeviceManager::setIsSyncing(bool syncing)
     notify({&DeviceManager::isSyncingChanged});
 }
 
-/// The last thing that a function does here: the manager may have gone afterwards.
+/// Emits the signals. Call it last: a slot may destroy the manager.
 void DeviceManager::notify(std::initializer_list<Signal> signals)
 {
     assertOwnThread(*this);

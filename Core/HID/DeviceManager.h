@@ -22,18 +22,17 @@
 
 namespace kelmoth {
 
-/// The one owner of the choice of mouse and of its settings: picks the mouse, loads what was saved for it,
-/// reads it, writes changes to it, publishes and saves the result. Nothing is published or saved that the
-/// mouse has not said or accepted. Main thread.
+/// The only owner of the chosen mouse and of its settings: chooses the mouse, loads its saved settings, reads
+/// it, writes changes to it, publishes and saves the result. It publishes and saves only what the mouse has
+/// answered or accepted. Main thread.
 ///
-/// Each published value notifies after every assignment, also of an equal value. Whoever is notified finds
-/// everything that belongs together changed and saved, and may do anything: call a writer, or delete the
-/// manager.
+/// Each published value emits its signal after every assignment, also of an equal value. Signals are emitted
+/// once all related values are changed and saved. A slot may call a writer or delete the manager.
 class DeviceManager : public QObject {
     Q_OBJECT
 
 public:
-    /// The application's one instance, on the shared monitor and toasts; made on first use, gone with the
+    /// The application's instance, on the shared monitor and toasts; created on first use, destroyed with the
     /// application object.
     static DeviceManager &shared();
 
@@ -57,33 +56,32 @@ public:
     /// Whether the mouse is being read.
     bool isSyncing() const { return m_isSyncing; }
 
-    /// What the last full read of the chosen mouse asked and was not answered. Empty before the first.
+    /// What the last full read of the chosen mouse got no usable answer to. Empty before the first.
     const UnansweredItems &unanswered() const { return m_lastRead.unanswered; }
 
-    /// Whether the last full read of the chosen mouse was answered at all.
+    /// Whether the last full read of the chosen mouse got any answer.
     bool isAnswering() const { return m_lastRead.anyAnswer; }
 
-    /// The device to configure: the first that can be, else the first at all; none for an empty list. With a
-    /// product ID, among the devices that have it.
+    /// The device to configure: the first configurable one, else the first; none for an empty list. With a
+    /// product ID, only devices with that ID count.
     static std::optional<RazerDevice> preferredDevice(std::span<const RazerDevice> devices,
                                                       std::optional<std::uint16_t> productID = {});
 
-    /// Has the manager configure the mouse with this product ID, or with none any, from the next list of mice
-    /// that it takes on.
+    /// Restricts the choice to mice with this product ID (none: any) from the next device list on.
     void configureProduct(std::optional<std::uint16_t> productID) { m_productID = productID; }
 
-    /// The full read with which the manager begins with the mouse that it chooses, once that has ended; at
-    /// once when it has. None when no mouse that can be configured is there, or it goes meanwhile.
+    /// The result of the first full read of the chosen mouse; waits until that read has ended. None when no
+    /// configurable mouse is attached, or it is detached meanwhile.
     QCoro::Task<std::optional<DeviceReading>> firstReading();
 
     /// Reads the chosen mouse into the published settings and saves them: the DPI stages, and when `full`
-    /// everything that can be read. While a read or a write runs, a full read is put off until it ends, and
+    /// everything that can be read. During a read or a write, a full read is deferred until that ends, and
     /// any other is dropped. Shows no messages.
     QCoro::Task<void> refreshFromDevice(bool full);
 
-    // The writers. Each is true when the mouse accepted the change and the published settings hold it. They
-    // refuse silently what the controls of the panel cannot ask for, and while the manager is busy; of other
-    // failures the user is told. The forms that begin with "change" tell nobody but the caller.
+    // The writers. Each returns true when the mouse accepted the change and the published settings hold it.
+    // Values that the panel's controls cannot produce, and calls while the manager is busy, fail silently;
+    // other failures show a toast. The forms that begin with "change" report to the caller only.
 
     /// Sets the DPI of a stage, 0-based; of the active one when none is given. Multiples of 100 from 100 to
     /// the most that the model accepts.
@@ -94,18 +92,17 @@ public:
     QCoro::Task<bool> setDPIStage(Int stage);
     QCoro::Task<WriteResult> changeDPIStage(Int stage);
 
-    /// Sets the lighting of a zone: its brightness first, and that back again when the rest is refused.
+    /// Sets the lighting of a zone: brightness first; restores it when the effect is refused.
     QCoro::Task<bool> setRGB(RGBZone zone, RGBSetting setting);
     QCoro::Task<WriteResult> changeRGB(RGBZone zone, RGBSetting setting);
 
-    /// Assigns a button in profile 0 and, when another is named, in that one too; for the hypershift layer
-    /// when `hypershift`. True only when the mouse gives the same bytes back. The left button stays the left
-    /// click.
+    /// Assigns a button in profile 0 and also in `profile`, in the hypershift layer when `hypershift`. True
+    /// only when the mouse reads back the same bytes. The left button cannot be reassigned.
     QCoro::Task<bool> setButtonMapping(MouseButton button, ButtonAction action, Int profile, bool hypershift);
     QCoro::Task<WriteResult> changeButtonMapping(MouseButton button, ButtonAction action, Int profile,
                                                  bool hypershift);
 
-    /// Sets the lift-off distance, 0 to 2. Publishes what the mouse gives back, whatever it is.
+    /// Sets the lift-off distance, 0 to 2. Publishes the level that the mouse reads back, whichever it is.
     QCoro::Task<bool> setLiftOff(Int level);
     QCoro::Task<WriteResult> changeLiftOff(Int level);
 
@@ -132,7 +129,7 @@ private:
     void saveSettings();
     void startFullRefresh();
     void runPendingRefresh();
-    static QCoro::Task<bool> tell(QPointer<DeviceManager> self, QCoro::Task<WriteResult> change);
+    static QCoro::Task<bool> showMessage(QPointer<DeviceManager> self, QCoro::Task<WriteResult> change);
     QCoro::Task<WriteResult> writeDPI(DeviceState state, RazerDevice device, std::string message);
     void endFirstReading();
 
@@ -146,12 +143,12 @@ private:
     bool m_isConnected = false;
     std::optional<Int> m_liftOffLevel;
     bool m_isSyncing = false;
-    bool m_pendingFullRefresh = false; ///< a full read was asked for while the manager was busy
+    bool m_pendingFullRefresh = false; ///< a full read was deferred
     bool m_isWriting = false;
-    std::optional<std::uint16_t> m_productID; ///< of the mouse to choose; any when absent
+    std::optional<std::uint16_t> m_productID; ///< choose only this product; any when absent
     DeviceReading m_lastRead;                 ///< the last full read of the chosen mouse
-    bool m_isRead = false;                    ///< there has been one
-    std::vector<QPromise<void>> m_awaitingRead;
+    bool m_hasRead = false;                   ///< whether `m_lastRead` is valid
+    std::vector<QPromise<void>> m_readPromises;
     HIDMonitor &m_hidMonitor;
     ToastManager &m_toastManager;
     SavedSettings m_savedSettings;

@@ -1,4 +1,4 @@
-// Reading the mouse: the mouse is the authority over what was saved.
+// Reading the mouse. Values from the mouse override saved ones.
 
 #include "Core/HID/DeviceManager.h"
 #include "Core/HID/DeviceManagerSections.h"
@@ -19,7 +19,7 @@ QCoro::Task<void> DeviceManager::refreshFromDevice(bool full)
     const QPointer<DeviceManager> self(this);
     const SyncingSection syncing(this);
     if (!self) {
-        co_return; // whoever was told of the read has ended it
+        co_return; // a slot destroyed the manager
     }
     DeviceReading reading = co_await readDevice(&m_hidMonitor, *device, m_deviceState, full);
     if (!self || !isCurrent(*device)) {
@@ -33,7 +33,7 @@ QCoro::Task<void> DeviceManager::refreshFromDevice(bool full)
     }
     m_liftOffLevel = reading.liftOffLevel;
     m_lastRead = std::move(reading);
-    m_isRead = true;
+    m_hasRead = true;
     endFirstReading();
     notify({&DeviceManager::liftOffLevelChanged, &DeviceManager::deviceStateChanged});
 }
@@ -44,7 +44,7 @@ void DeviceManager::startFullRefresh()
     QMetaObject::invokeMethod(this, [this] { refreshFromDevice(true); }, Qt::QueuedConnection);
 }
 
-/// Starts the full read that was put off, once nothing is in its way.
+/// Starts the deferred full read unless the manager is busy.
 void DeviceManager::runPendingRefresh()
 {
     if (m_pendingFullRefresh && !isBusy()) {

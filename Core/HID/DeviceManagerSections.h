@@ -8,7 +8,7 @@
 
 namespace kelmoth {
 
-/// A read of the mouse, from its start to its end on whatever way.
+/// Marks a read of the mouse as running for its own lifetime.
 class DeviceManager::SyncingSection {
 public:
     explicit SyncingSection(DeviceManager *manager) : m_manager(manager) { m_manager->setIsSyncing(true); }
@@ -25,32 +25,32 @@ private:
     QPointer<DeviceManager> m_manager;
 };
 
-/// A write to the mouse, from its start to its end on whatever way. A writer reaches the mouse and the
-/// manager through it alone: the manager may go, and the mouse may change, during each command.
+/// Marks a write to the mouse as running for its own lifetime. Writers access the mouse and the manager only
+/// through it: during each command the manager may be destroyed and the chosen mouse may change.
 class DeviceManager::WritingSection {
 public:
     WritingSection(DeviceManager *manager, RazerDevice device);
-    /// Starts the full read that was asked for meanwhile.
+    /// Starts the deferred full read.
     ~WritingSection();
     WritingSection(const WritingSection &) = delete;
     WritingSection &operator=(const WritingSection &) = delete;
 
-    /// Sends one command, if the manager is there. The accepted answer; none without one.
+    /// Sends one command, if the manager still exists. The accepted answer; none without one.
     QCoro::Task<std::optional<Data>> send(RazerCommand command);
 
-    /// Whether the manager is there, with this mouse as the chosen one.
+    /// Whether the manager still exists and this mouse is still the chosen one.
     bool isCurrent() const;
 
-    /// Ends the write. What the mouse `accepted` is changed in the published settings and saved; otherwise
-    /// the result says why not, and with `failure` what the user is told. Nothing is done when the write is
-    /// no longer current.
+    /// Ends the write. When `accepted`, applies `change` to the published settings and saves them; otherwise
+    /// the result holds the reason and the message `failure`. Does nothing when the write is no longer
+    /// current.
     WriteResult conclude(bool accepted, const std::string &failure,
                          const std::function<void(DeviceState &)> &change = {});
 
 private:
     QPointer<DeviceManager> m_manager;
     const RazerDevice m_device;
-    bool m_isUnanswered = false; ///< a command was
+    bool m_isUnanswered = false; ///< a command went unanswered
 };
 
 } // namespace kelmoth

@@ -80,8 +80,8 @@ WriteResult DeviceManager::WritingSection::conclude(bool accepted, const std::st
     return {};
 }
 
-/// Shows the message of a change of `self` once that has ended. Whether the mouse accepted it.
-QCoro::Task<bool> DeviceManager::tell(QPointer<DeviceManager> self, QCoro::Task<WriteResult> change)
+/// Waits for a change and shows its message as a toast. True when the mouse accepted it.
+QCoro::Task<bool> DeviceManager::showMessage(QPointer<DeviceManager> self, QCoro::Task<WriteResult> change)
 {
     const WriteResult result = co_await change;
     if (self && !result.message.empty()) {
@@ -91,37 +91,37 @@ QCoro::Task<bool> DeviceManager::tell(QPointer<DeviceManager> self, QCoro::Task<
     co_return result.isDone();
 }
 
-// A change may run to its end, and the manager with it, before its task is there.
+// Take `self` first: a change may end, and destroy the manager, before it returns its task.
 
 QCoro::Task<bool> DeviceManager::setDPI(Int dpi, std::optional<Int> stage)
 {
     const QPointer<DeviceManager> self(this);
-    return tell(self, changeDPI(dpi, stage));
+    return showMessage(self, changeDPI(dpi, stage));
 }
 
 QCoro::Task<bool> DeviceManager::setDPIStage(Int stage)
 {
     const QPointer<DeviceManager> self(this);
-    return tell(self, changeDPIStage(stage));
+    return showMessage(self, changeDPIStage(stage));
 }
 
 QCoro::Task<bool> DeviceManager::setRGB(RGBZone zone, RGBSetting setting)
 {
     const QPointer<DeviceManager> self(this);
-    return tell(self, changeRGB(zone, setting));
+    return showMessage(self, changeRGB(zone, setting));
 }
 
 QCoro::Task<bool> DeviceManager::setButtonMapping(MouseButton button, ButtonAction action, Int profile,
                                                   bool hypershift)
 {
     const QPointer<DeviceManager> self(this);
-    return tell(self, changeButtonMapping(button, std::move(action), profile, hypershift));
+    return showMessage(self, changeButtonMapping(button, std::move(action), profile, hypershift));
 }
 
 QCoro::Task<bool> DeviceManager::setLiftOff(Int level)
 {
     const QPointer<DeviceManager> self(this);
-    return tell(self, changeLiftOff(level));
+    return showMessage(self, changeLiftOff(level));
 }
 
 QCoro::Task<WriteResult> DeviceManager::changeDPI(Int dpi, std::optional<Int> stage)
@@ -188,7 +188,7 @@ QCoro::Task<WriteResult> DeviceManager::changeRGB(RGBZone zone, RGBSetting setti
     const RazerCommand setEffect = command::setRGB{zone, setting};
     const std::optional<Data> lit = co_await writing.send(setEffect);
     if (!lit && previous && writing.isCurrent()) {
-        // The mouse must not keep the new brightness with the old colour.
+        // Restore the brightness: the mouse must not keep the new one with the old colour.
         const RazerCommand restore = command::setBrightness{zone, *previous};
         co_await writing.send(restore);
     }
@@ -214,7 +214,7 @@ QCoro::Task<WriteResult> DeviceManager::changeButtonMapping(MouseButton button, 
         co_return WriteResult{isValid ? Kind::busy : Kind::invalid};
     }
     WritingSection writing(this, *device);
-    // Profile 0 is always written, first, and is what is read back.
+    // Profile 0 is always written first, and is the one read back.
     std::vector<Int> profiles{0};
     if (profile != 0) {
         profiles.push_back(profile);

@@ -104,7 +104,7 @@ private:
         co_return setting;
     }
 
-    /// The stages as the mouse has them. No mouse knows their colours, and nothing changes those.
+    /// Takes over the stages. Mice do not report stage colours; those stay.
     void takeStages(const RazerProtocol::DPIStages &stages)
     {
         auto &state = m_reading.state;

@@ -13,7 +13,7 @@
 
 namespace kelmoth {
 
-/// What a mouse was asked and did not usably answer.
+/// Items that a mouse did not answer usably.
 struct UnansweredItems {
     bool dpiStages = false;
     std::set<RGBZone> zones;
@@ -28,14 +28,14 @@ struct UnansweredItems {
     bool operator==(const UnansweredItems &) const = default;
 };
 
-/// What a mouse is to be asked.
+/// Items to read.
 using DeviceItems = UnansweredItems;
 
-/// What a mouse said of its settings.
+/// Result of reading a mouse's settings.
 struct DeviceReading {
-    /// The settings that the reading began with, with everything over them that the mouse answered.
+    /// The base settings, overwritten by what the mouse answered.
     DeviceState state;
-    /// 0 low, 1 medium, 2 high; none when it was not asked for, not answered or unusable.
+    /// 0 low, 1 medium, 2 high; none when it was not read, not answered or unusable.
     std::optional<Int> liftOffLevel;
     UnansweredItems unanswered;
     /// Whether anything was answered at all.
@@ -47,10 +47,10 @@ struct DeviceReading {
 
 /// Reads the settings of a mouse over `base`: the DPI stages, and when `full` also the lighting of each zone,
 /// the action of each button in the normal layer, and the lift-off distance. One command at a time, in that
-/// order; what is not answered keeps its value. Main thread.
+/// order; items without an answer keep their value. Main thread.
 QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base, bool full);
 
-/// The same of these items only.
+/// The same for these items only.
 QCoro::Task<DeviceReading> readDevice(HIDMonitor *monitor, RazerDevice device, DeviceState base,
                                       DeviceItems items);
 

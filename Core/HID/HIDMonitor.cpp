@@ -22,10 +22,10 @@ namespace {
 
 constexpr std::array vendorIDs{razerVendorID, otherVendorID};
 
-/// A feature report of this size or more marks the interface that speaks the protocol.
+/// The interface that takes commands has feature reports of at least this size.
 constexpr std::int64_t protocolReportSize = RazerProtocol::reportSize;
 
-/// A 16-bit ID; none when the system has none or one that no ID can hold.
+/// A 16-bit ID; none when it is missing or out of range.
 std::optional<std::uint16_t> usableID(const std::optional<std::int64_t> &value)
 {
     if (!value || *value < 0 || *value > std::numeric_limits<std::uint16_t>::max()) {
@@ -34,7 +34,7 @@ std::optional<std::uint16_t> usableID(const std::optional<std::int64_t> &value)
     return static_cast<std::uint16_t>(*value);
 }
 
-/// The record of an interface; none when its IDs are unusable or its vendor is not ours.
+/// The record of an interface; none when its IDs are unusable or its vendor is not Razer's.
 std::optional<RazerDevice> describe(const HIDProperties &properties)
 {
     const auto productID = usableID(properties.productID);
@@ -60,7 +60,7 @@ struct HIDMonitor::Transports {
     std::map<QUuid, std::shared_ptr<USBRazerDevice>> usbDevices;
     std::stop_source end; ///< of all transfers
 
-    /// The ways to a device; both absent once it has gone.
+    /// The transports of a device; both null once it is detached.
     std::pair<std::shared_ptr<USBRazerDevice>, std::shared_ptr<HIDDevice>> find(const QUuid &id)
     {
         const std::scoped_lock lock(devicesLock);
@@ -114,7 +114,7 @@ HIDMonitor::HIDMonitor(std::shared_ptr<HIDService> hid, std::shared_ptr<USBServi
 {
     m_queue.setObjectName(QStringLiteral("com.kelmoth.hid"));
     m_queue.setMaxThreadCount(1);
-    m_queue.setExpiryTimeout(-1); // a thread that expires wakes up to do so
+    m_queue.setExpiryTimeout(-1); // an expiry timer would wake the thread
 }
 
 HIDMonitor::~HIDMonitor()
@@ -219,8 +219,8 @@ void HIDMonitor::openTransport(const RazerDevice &device)
     auto usb = std::make_shared<USBRazerDevice>(m_usb, m_sleeper, device.vendorID, device.productID,
                                                 basiliskModel(*device.model()).reportIndex,
                                                 m_transports->end.get_token());
-    // Opening a device node can wait for the mouse to wake: not on the main thread. The queue is first in,
-    // first served, so every command finds the outcome.
+    // Opening a device node can block until the mouse wakes: not on the main thread. The queue is FIFO, so
+    // every command runs after it.
     m_queue.start([transports = m_transports, id = device.id, usb = std::move(usb)] {
         if (!transports->end.stop_requested() && usb->open()) {
             transports->keep(id, usb);
@@ -247,7 +247,7 @@ void HIDMonitor::deviceDisconnected(const std::shared_ptr<HIDDevice> &handle)
             usb = std::move(node.mapped());
         }
     }
-    // Closing can take as long as opening, and must not happen under a transfer.
+    // Closing can take as long as opening, and must not happen during a transfer.
     m_queue.start([usb = std::move(usb), handle] {});
     m_batteryMonitors.erase(*id);
     const auto device = std::ranges::find(m_connectedDevices, *id, &RazerDevice::id);
@@ -277,7 +277,7 @@ QCoro::Task<TransactResult> HIDMonitor::transact(RazerCommand command, RazerDevi
     auto report = RazerProtocol::createReport(command, device);
     QFuture<TransactResult> answer = QtConcurrent::run(&m_queue, &Transports::transfer, m_transports,
                                                        m_sleeper, device.id, report, waitTimeUs);
-    // Nothing of the monitor may be used from here on: it may have gone when this resumes.
+    // Do not use `this` after the co_await: the monitor may be destroyed meanwhile.
     TransactResult result = co_await answer;
     co_return result;
 }

@@ -20,73 +20,71 @@
 
 namespace kelmoth {
 
-/// Knows which mice are attached and how to reach them. Main thread, but for the transfers, which run one
-/// at a time, first come first served, on a thread of their own named "com.kelmoth.hid".
+/// Lists the attached mice and sends commands to them. Main thread. Transfers run one at a time, in FIFO
+/// order, on a thread of their own named "com.kelmoth.hid".
 class HIDMonitor : public QObject {
     Q_OBJECT
 
 public:
-    /// The application's one monitor, on the installed platform; made on first use, gone with the
+    /// The application's monitor, on the installed platform; created on first use, destroyed with the
     /// application object.
     static HIDMonitor &shared();
 
-    /// `hid` finds the mice, `usb` opens the way to them, `sleeper` keeps the pauses between transfers.
+    /// `hid` enumerates the mice, `usb` opens them, `sleeper` waits between transfers.
     HIDMonitor(std::shared_ptr<HIDService> hid, std::shared_ptr<USBService> usb,
                std::shared_ptr<Sleeper> sleeper, QObject *parent = nullptr);
 
-    /// Ends the transfers as `endTransfers` does, and waits for the one under way.
+    /// Ends the transfers as `endTransfers` does, and waits for the one in progress.
     ~HIDMonitor() override;
 
     /// The accepted devices in attach order. The USB transport of a device is opened on the transfer thread,
-    /// ahead of every command that is sent to it: the list never waits for hardware.
+    /// before its first command: listing never waits for hardware.
     const std::vector<RazerDevice> &connectedDevices() const { return m_connectedDevices; }
 
     /// True between a successful start and the stop.
     bool isMonitoring() const { return m_isMonitoring; }
 
-    /// Lists the mice that are present and begins to watch; logs the outcome. Nothing when already watching.
-    /// Unless `watchesBatteries`, a battery is read only when it is asked for.
+    /// Lists the mice that are present and starts watching; logs the outcome. No effect when already
+    /// watching. Unless `watchesBatteries`, batteries are read only on request.
     void startMonitoring(bool watchesBatteries = true);
 
-    /// Ends watching. The list, the transports and the battery timers stay as they are.
+    /// Stops watching. The list, the transports and the battery timers stay.
     void stopMonitoring();
 
-    /// Ends all commands for good, for a program that is about to end: those that have not started are
-    /// dropped, and one that has sends nothing more after the transfer under way. What was not answered by
-    /// then counts as unanswered. Returns at once. Any thread.
+    /// Cancels all commands before the program exits: queued ones are dropped, and a running one stops after
+    /// its current transfer. They count as unanswered. Irreversible. Returns at once. Any thread.
     void endTransfers();
 
-    /// Sends one command. The answer is a report that the mouse accepted the command with, 90 or 91 bytes;
-    /// none when it was rejected, went unanswered, or the device takes no commands. The USB path first; when
-    /// that gives no answer at all, HID feature reports. Resumes on the main thread.
+    /// Sends one command. The answer is the report with which the mouse accepted it, 90 or 91 bytes; none
+    /// when it was rejected or unanswered, or the device takes no commands. Uses USB first, and HID feature
+    /// reports when USB gives no answer. Resumes on the main thread.
     QCoro::Task<std::optional<Data>> send(RazerCommand command, RazerDevice device);
 
-    /// The same, with a command that was rejected told from one that went unanswered or could not be sent.
+    /// The same; tells rejected commands from those that were unanswered or could not be sent.
     QCoro::Task<TransactResult> transact(RazerCommand command, RazerDevice device);
 
-    /// Reads battery and charging status into the published list; returns at once. Nothing for a device
-    /// without a battery that can be read.
+    /// Reads battery and charging status into the published list; returns at once. No effect for a device
+    /// without a readable battery.
     void readBatteryLevel(const RazerDevice &device);
 
-    /// The same, to be waited for, until `deadline` at most. True when the mouse has answered and the list
-    /// holds what it said.
+    /// The same, awaitable, until `deadline` at most. True when the mouse has answered and the list is
+    /// updated.
     QCoro::Task<bool> readBattery(RazerDevice device, QDeadlineTimer deadline);
 
-    /// Whether the battery of such a device can be read and is watched.
+    /// Whether the device has a readable battery.
     static bool hasReadableBattery(const RazerDevice &device);
 
     /// Whether the battery of the listed device with this `id` is read at intervals.
     bool isBatteryMonitored(const QUuid &id) const;
 
-    /// The HID interface behind a listed device; none once it has gone.
+    /// The HID interface of a listed device; none once it is detached.
     std::shared_ptr<HIDDevice> deviceHandle(const QUuid &id) const;
 
 Q_SIGNALS:
-    /// After each change of the list, of a device's battery level and of its charging status.
+    /// Emitted after each change of the list, of a battery level and of a charging status.
     void connectedDevicesChanged();
     void isMonitoringChanged();
-    /// A battery reading of a device has come to its end: with an answer, which the list then holds, or
-    /// without.
+    /// A battery reading of a device has ended. The list is updated if the mouse answered.
     void batteryReadFinished(const QUuid &id);
 
 private:
@@ -98,8 +96,7 @@ private:
     QCoro::Task<bool> askBattery(RazerDevice device);
     void setIsMonitoring(bool monitoring);
 
-    /// What the transfer thread needs of the monitor. Shared with the jobs on that thread, so that one that
-    /// still runs outlives a monitor that goes.
+    /// State for the transfer thread. Shared with its jobs, so that a running job may outlive the monitor.
     struct Transports;
 
     std::shared_ptr<HIDService> m_hid;

@@ -1,5 +1,4 @@
-// Battery polling: every mouse whose battery can be read is asked when it is listed, every five minutes, and
-// whenever somebody is about to look.
+// Battery polling: a readable battery is read when the mouse is listed, every five minutes, and on request.
 
 #include "Core/HID/HIDMonitor.h"
 #include "Core/HID/RazerProtocol.h"
@@ -18,7 +17,7 @@ namespace {
 
 constexpr std::chrono::seconds pollInterval{300};
 
-/// What a task gives, or false once the deadline has passed: whichever comes first.
+/// The result of a task, or false when the deadline passes first.
 QFuture<bool> endedBy(QCoro::Task<bool> task, QDeadlineTimer deadline)
 {
     const auto promise = std::make_shared<QPromise<bool>>();
@@ -50,7 +49,7 @@ bool HIDMonitor::isBatteryMonitored(const QUuid &id) const
 void HIDMonitor::startBatteryMonitoring(const RazerDevice &device)
 {
     auto timer = std::make_unique<QTimer>(this);
-    timer->setTimerType(Qt::VeryCoarseTimer); // whole seconds: wake-ups can be shared
+    timer->setTimerType(Qt::VeryCoarseTimer); // whole seconds, to coalesce wake-ups
     connect(timer.get(), &QTimer::timeout, this, [this, device] { readBatteryLevel(device); });
     timer->start(pollInterval);
     m_batteryMonitors[device.id] = std::move(timer);
@@ -103,7 +102,7 @@ QCoro::Task<bool> HIDMonitor::askBattery(RazerDevice device)
             co_return false;
         }
     }
-    // The list may be another one when its observers have heard of the first change.
+    // Search again: observers of the first change may have changed the list.
     for (const bool isLevel : {true, false}) {
         const auto listed = std::ranges::find(m_connectedDevices, device.id, &RazerDevice::id);
         if (listed == m_connectedDevices.end()) {

@@ -29,7 +29,7 @@ std::uint8_t dpiTransactionID(const RazerDevice &device)
     return model ? basiliskModel(*model).dpiTransactionID : commonTransactionID;
 }
 
-/// A frame of zeros with its header; the arguments and the CRC are still to come.
+/// A zeroed frame with its header, without arguments and CRC.
 Data frame(CommandCode code, std::uint8_t transactionID = commonTransactionID)
 {
     Data report(reportSize, 0);
@@ -47,7 +47,7 @@ Data sealed(Data report)
     return report;
 }
 
-/// A frame whose arguments begin with these bytes, complete.
+/// A complete frame whose arguments begin with these bytes.
 template <std::size_t N>
 Data withArguments(CommandCode code, const std::array<std::uint8_t, N> &arguments,
                    std::uint8_t transactionID = commonTransactionID)
@@ -150,7 +150,7 @@ struct Builder {
     }
 };
 
-/// Whether a parser may read the report at all.
+/// Whether the report is long enough to parse.
 bool isWhole(std::span<const std::uint8_t> response)
 {
     return response.size() >= reportSize;

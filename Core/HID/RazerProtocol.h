@@ -13,7 +13,7 @@
 
 namespace kelmoth {
 
-/// What a received report says of a request.
+/// Result of matching a received report to a request.
 enum class ResponseStatus {
     success,  ///< the mouse accepted the command; the report carries its answer
     rejected, ///< the mouse answered this command with a failure code
@@ -74,8 +74,8 @@ std::uint8_t buttonID(MouseButton button);
 /// XOR of bytes 2 to 87; the report must hold at least 88 bytes.
 std::uint8_t crc(std::span<const std::uint8_t> report);
 
-/// The complete request for a command. Values out of range are clamped; it cannot fail. The device matters
-/// only through its model, which decides the transaction id of the DPI-stage commands.
+/// The complete request for a command. Values out of range are clamped; it cannot fail. Of the device only
+/// the model is used: it determines the transaction id of the DPI-stage commands.
 Data createReport(const RazerCommand &command, const RazerDevice &device);
 
 /// Stage count, active stage (clamped to the stages there are) and each stage's DPI, on both axes.
@@ -93,8 +93,8 @@ Data createSetButtonMappingReport(MouseButton button, const ButtonAction &action
 Data createGetButtonMappingReport(MouseButton button, Int profile, bool hypershift,
                                   const RazerDevice &device);
 
-/// Whether `response` answers `request`: by length, by the echoed class and id, and by the status byte.
-/// The transaction id, data size and CRC of an answer are not looked at.
+/// Whether `response` answers `request`: by length, by the echoed class and id, and by the status byte. The
+/// transaction id, data size and CRC of an answer are ignored.
 ResponseStatus classify(std::span<const std::uint8_t> response, std::span<const std::uint8_t> request);
 
 /// The DPI stages as the mouse holds them.

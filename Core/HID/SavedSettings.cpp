@@ -9,7 +9,7 @@ namespace kelmoth {
 
 namespace {
 
-/// No record of ours comes near this size; a larger one would only cost time.
+/// Larger records are ignored; ours are far smaller.
 constexpr std::size_t largestRecord = std::size_t{256} * 1024;
 
 const std::string legacyKey(SavedSettings::settingsKey);

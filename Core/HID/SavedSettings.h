@@ -10,28 +10,25 @@
 
 namespace kelmoth {
 
-/// The defaults of a device's model with the valid parts of a saved record laid over them; the defaults when
-/// there is none. Stage numbers and colours, and whether hyper-scroll is on, are never taken over.
+/// The defaults of a device's model, overwritten by the valid parts of a saved record, if any. Stage numbers,
+/// stage colours and the hyper-scroll switch are never taken from the record.
 DeviceState mergeSavedState(const std::optional<DeviceState> &saved, const RazerDevice &device);
 
-/// The settings kept for each product ID, and those of the time when there was one record for all. Main
-/// thread.
+/// The saved settings: one record per product ID, and the legacy record for all. Main thread.
 class SavedSettings {
 public:
-    /// The base of every key. The record of a product is stored under this, a full stop and the ID in
-    /// decimal; the older single record under this alone.
+    /// The base of every key. A product's record has this, a full stop and the decimal ID as key; the legacy
+    /// record has this alone.
     static constexpr std::string_view settingsKey = "com.kelmoth.deviceState";
 
-    /// Reads the older record, once.
+    /// Reads the legacy record once.
     explicit SavedSettings(std::shared_ptr<UserDefaults> defaults);
 
-    /// What the device is taken to be set to before it has been asked: its defaults, with what was saved for
-    /// its product laid over them. The older record goes to the first device that has none of its own.
-    /// Records that cannot be used count as none, silently.
+    /// The settings to assume before the device is read: its defaults, overwritten by its product's record.
+    /// The legacy record goes to the first device without one. Unusable records are ignored silently.
     DeviceState stateForDevice(const RazerDevice &device);
 
-    /// Keeps the settings of a device's product. False, and what was kept stays, when they have no stored
-    /// form.
+    /// Saves the settings for a device's product. False, and nothing changes, when they cannot be encoded.
     bool save(const DeviceState &state, const RazerDevice &device);
 
 private:

@@ -22,16 +22,16 @@ struct TransactResult {
     enum class Kind {
         success,    ///< `response` holds the matching answer
         rejected,   ///< the mouse answered with a failure status, which `response` holds
-        noResponse, ///< no attempt had a matching answer, or the transaction was stopped
+        noResponse, ///< no attempt got a matching answer, or a stop was requested
     };
     Kind kind = Kind::noResponse;
     Data response; ///< empty without an answer
 };
 
 /// Sends a request until it is answered: at most five attempts, 10 ms apart. `exchange` makes one attempt and
-/// gives what was read back, none when a transfer failed. A failed transfer and an answer that does not match
-/// use up an attempt; a rejection is final. `unanswered` hears the number of each failed attempt, from 1.
-/// Once a stop is requested no further attempt begins. Blocks; transfer thread.
+/// returns the answer, none when a transfer failed. Failed transfers and non-matching answers use up an
+/// attempt; a rejection is final. `unanswered` is called with the number of each failed attempt, from 1. No
+/// attempt starts after a stop request. Blocks; transfer thread.
 TransactResult transactLoop(std::span<const std::uint8_t> request,
                             const std::function<std::optional<Data>()> &exchange, Sleeper &sleeper,
                             const std::stop_token &stop, const std::function<void(int)> &unanswered = {});

@@ -10,13 +10,13 @@
 
 namespace kelmoth {
 
-/// The primary path to a mouse: 90-byte reports as class control transfers to its protocol interface.
-/// No lock of its own: every call comes from the transfer thread, which also owns the last reference while
-/// a transfer runs, so the device is never closed under one.
+/// The primary path to a mouse: 90-byte reports as class control transfers to its protocol interface. It has
+/// no lock: all calls come from the transfer thread, which keeps a reference during a transfer, so the device
+/// is never closed during one.
 class USBRazerDevice {
 public:
-    /// A device that is not open yet. `reportIndex` is the wIndex of every request. Once `stop` is requested
-    /// no further transfer begins.
+    /// A device that is not open yet. `reportIndex` is the wIndex of every request. No transfer starts after
+    /// `stop` is requested.
     USBRazerDevice(std::shared_ptr<USBService> service, std::shared_ptr<Sleeper> sleeper,
                    std::uint16_t vendorID, std::uint16_t productID, std::uint16_t reportIndex,
                    std::stop_token stop = {});
@@ -24,16 +24,16 @@ public:
     USBRazerDevice(const USBRazerDevice &) = delete;
     USBRazerDevice &operator=(const USBRazerDevice &) = delete;
 
-    /// Finds the first device with the IDs and prepares it; logs the outcome. False when there is no way to
-    /// it. That the interface is in use is only a warning. Blocks; transfer thread.
+    /// Finds the first device with the IDs and opens it; logs the outcome. False when it cannot be reached;
+    /// an interface in use is only a warning. Blocks; transfer thread.
     bool open();
 
     /// Sends one report, zero-padded to 90 bytes; a longer one is sent as it is. Logs. True when the transfer
     /// succeeded.
     bool sendRazerReport(std::span<const std::uint8_t> report);
 
-    /// Sends a report, waits, and reads 90 bytes back, while no other process may use the mouse; none when a
-    /// transfer failed, or a stop was requested in between. `waitTimeUs` in microseconds.
+    /// Sends a report, waits, and reads 90 bytes back, while other processes are locked out; none when a
+    /// transfer failed or a stop was requested. `waitTimeUs` in microseconds.
     std::optional<Data> sendReportAndGetResponse(std::span<const std::uint8_t> report,
                                                  std::uint32_t waitTimeUs);
 

@@ -16,8 +16,8 @@ struct WriteResult {
         unplugged, ///< the mouse has gone, or another is the chosen one
     };
     Kind kind = Kind::done;
-    /// What the user of the panel is told, English, a translation key; empty: nothing.
-    // NOLINTNEXTLINE(readability-redundant-member-init): what leaves it out is no mistake
+    /// Message for the panel's user, an English translation key; empty: none.
+    // NOLINTNEXTLINE(readability-redundant-member-init): lets initializers omit it
     std::string message = {};
 
     bool isDone() const { return kind == Kind::done; }
