@@ -21,8 +21,7 @@ namespace kelmoth {
 
 namespace {
 
-/// Takes a link away, which may lead to anything, and a regular file too where that may go. 0, or the errno
-/// of what is in the way.
+/// Removes a link, and a regular file too if allowed. 0, or errno.
 int makeWay(const std::string &path, bool mayFileGo)
 {
     struct stat info{};
@@ -50,19 +49,19 @@ int writeEntry(const QString &programPath)
     }
     const auto path = QFile::encodeName(autostartEntryPath()).toStdString();
     const int obstacle = makeWay(path, false);
-    // Nobody waits for the disk.
+    // Nothing depends on the data being on the disk.
     return obstacle != 0 ? obstacle
                          : tryReplaceRegularFile(path, DesktopEntry::autostarting(programPath).toStdString(),
                                                  {.mode = 0644, .waitsForDisk = false});
 }
 
-/// The settings of one desktop, as it calls itself in XDG_CURRENT_DESKTOP.
+/// The settings program of one desktop, by its name in XDG_CURRENT_DESKTOP.
 struct AutostartSettings {
     const char *desktop;
     const char *command; ///< words without quotes
 };
 
-/// In the order in which the commands of one desktop are tried.
+/// The commands of one desktop are tried in this order.
 constexpr std::array settingsOfDesktops{
     AutostartSettings{"KDE", "systemsettings kcm_autostart"},
     AutostartSettings{"KDE", "systemsettings5 kcm_autostart"},
@@ -78,7 +77,7 @@ constexpr std::array settingsOfDesktops{
     AutostartSettings{"GNOME", "gnome-tweaks"},
 };
 
-/// Starts a program that outlives this one; false when there is none of that name.
+/// Starts a detached program; false when none has that name.
 bool start(const QString &name, const QStringList &arguments)
 {
     const auto program = QStandardPaths::findExecutable(name);

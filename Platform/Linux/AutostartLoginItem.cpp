@@ -15,7 +15,7 @@ namespace kelmoth {
 
 namespace {
 
-/// What an error number says to the user.
+/// The error number as a message for the user.
 AutostartLoginItem::Answer textOf(LoginItemService::Done done)
 {
     return [done = std::move(done)](int failure) {
@@ -23,7 +23,7 @@ AutostartLoginItem::Answer textOf(LoginItemService::Done done)
     };
 }
 
-/// Whether `path` is below `directory`, under the name that is given or under the one it leads to.
+/// Whether `path` is below `directory`, as given or with links resolved.
 bool isBelow(const QString &path, const QString &directory)
 {
     const auto resolved = QFileInfo(directory).canonicalFilePath();
@@ -31,7 +31,7 @@ bool isBelow(const QString &path, const QString &directory)
            (!resolved.isEmpty() && path.startsWith(resolved + QLatin1Char('/')));
 }
 
-/// Whether a file lies in a directory that CMake builds in.
+/// Whether a file lies in a CMake build directory.
 bool isInBuildTree(const QString &path)
 {
     QDir directory = QFileInfo(path).dir();

@@ -9,20 +9,20 @@
 
 namespace kelmoth {
 
-/// Launch at login by an XDG autostart entry, "com.kelmoth.app.desktop" in that directory. The entry is
-/// looked at anew each time: the user and the desktop change it too. Main thread.
+/// Launch at login by an XDG autostart entry, "com.kelmoth.app.desktop" in that directory. The entry is read
+/// on every call: the user and the desktop change it too. Main thread.
 class AutostartLoginItem : public LoginItemService {
 public:
-    /// Told 0, or the errno of what could not be done.
+    /// Called with 0, or an errno.
     using Answer = std::function<void(int failure)>;
-    /// Asks for something; `answer` may be null.
+    /// Makes a request; `answer` may be null.
     using Ask = std::function<void(AutostartRequest request, Answer answer)>;
 
-    /// `programPath` is the absolute path by which the program is to be started, links and all. What is asked
-    /// for is done by this process, before the request returns.
+    /// `programPath` is the absolute path to start, links not resolved. This process carries out requests
+    /// before they return.
     explicit AutostartLoginItem(const QString &programPath);
 
-    /// For a process that has what is asked for done by another, which knows the path itself.
+    /// For a process whose requests another process carries out, which knows the path itself.
     AutostartLoginItem(QString programPath, Ask ask);
 
     /// `enabled` for an entry that starts a program, `requiresApproval` for one that is switched off in the
@@ -34,7 +34,7 @@ public:
     void openLoginItemsSettings() override;
 
     /// Whether the program, links resolved, lies where programs are installed (/Applications, /usr, /opt,
-    /// ~/.local) and not in a directory in which it is built.
+    /// ~/.local) and not in a build directory.
     bool isInApplicationsFolder() const override;
 
     std::string bundlePath() const override { return m_programPath.toStdString(); }
@@ -44,8 +44,8 @@ private:
     Ask m_ask;
 };
 
-/// The path by which the running program was started, links not resolved: from its first argument, where
-/// that leads to this program, else the program's own.
+/// The path by which the running program was started, links not resolved: its first argument if that leads to
+/// this program, else the path of its executable.
 QString startedProgramPath(const char *firstArgument);
 
 } // namespace kelmoth

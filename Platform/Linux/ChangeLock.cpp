@@ -19,14 +19,14 @@ namespace kelmoth {
 
 namespace {
 
-/// Shorter than it takes to start a process: who waits gets its turn before one that is started anew.
+/// Shorter than a process start: a waiting process comes before one that is started later.
 constexpr std::chrono::milliseconds lockPollInterval{5};
 
 constexpr const char *fileName = "com.kelmoth.app.set.lock";
 
-/// Beside the lock of the program in the tray: one place for all processes of the user, also for those that
-/// have no session, and one where a confined program can plant nothing. Without a home that can be written it
-/// is the directory for temporary files; what lies there may be anybody's.
+/// Beside the tray program's lock: the same for all processes of the user, also without a session, and not
+/// writable by a confined program. The temporary directory when the home is not writable; files there may
+/// belong to anyone.
 FileDescriptor openLockFile(std::string *obstacle)
 {
     const auto home = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);

@@ -10,15 +10,15 @@
 
 namespace kelmoth {
 
-/// Keeps the user's other processes from changing settings while this one does: the mouse takes all DPI
-/// stages in one command, so of two processes that read, change one and write, the later would undo the
-/// earlier. The kernel ends the lock with the object or its process. Main thread.
+/// Locks out the user's other processes while this one changes settings: the mouse takes all DPI stages in
+/// one command, so of two concurrent read-modify-write cycles the later would undo the earlier. The lock is
+/// released with the object or its process. Main thread.
 class ChangeLock {
 public:
     static constexpr std::chrono::seconds limit{30};
 
-    /// Waits for the lock, at most the limit, while the event loop runs. None once it is taken, else why it
-    /// could not be.
+    /// Waits for the lock without blocking the event loop, at most `limit`. None once it is taken, else the
+    /// reason.
     QCoro::Task<std::optional<std::string>> take();
 
 private:

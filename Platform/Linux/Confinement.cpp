@@ -16,7 +16,7 @@ namespace kelmoth {
 
 namespace {
 
-// What kernels have learnt since the oldest headers that this is built with.
+// Constants that are missing from the oldest supported kernel headers.
 constexpr std::uint64_t accessTruncate = 1ULL << 14;
 constexpr std::uint64_t accessIoctl = 1ULL << 15;
 constexpr std::uint64_t accessBindTCP = 1ULL << 0;
@@ -41,7 +41,7 @@ constexpr std::uint64_t owning =
 constexpr std::uint64_t everything =
     owning | LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_MAKE_CHAR | LANDLOCK_ACCESS_FS_MAKE_BLOCK;
 
-/// Of the accesses those that a version can refuse.
+/// The accesses that an ABI version handles.
 std::uint64_t knownTo(int version, std::uint64_t accesses)
 {
     if (version < 2) {
@@ -53,7 +53,7 @@ std::uint64_t knownTo(int version, std::uint64_t accesses)
     return version < 5 ? accesses & ~accessIoctl : accesses;
 }
 
-/// What a version can refuse of the kinds that it knows; others are not to be named.
+/// The rule set for an ABI version: it rejects access kinds that it does not know.
 std::size_t sizeKnownTo(int version)
 {
     if (version >= 6) {

@@ -28,7 +28,7 @@ DBusNotifications::DBusNotifications(QDBusConnection bus) : m_bus(std::move(bus)
 void DBusNotifications::show(const Notification &notification)
 {
     m_isWithdrawn = false;
-    // Without the number of the last one the next would stand beside it.
+    // Without the ID of the last notification the next would not replace it.
     if (m_isAwaited) {
         m_next = notification;
     } else {
@@ -40,7 +40,7 @@ void DBusNotifications::withdraw()
 {
     m_next.reset();
     if (m_isAwaited) {
-        m_isWithdrawn = true; // its number is not known yet
+        m_isWithdrawn = true; // its ID is not known yet
     } else if (const auto shown = std::exchange(m_shown, 0); shown != 0) {
         auto call = notificationCall(QStringLiteral("CloseNotification"));
         m_bus.send(call << shown);

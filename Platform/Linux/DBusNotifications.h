@@ -25,10 +25,10 @@ private:
     void take(const QDBusPendingCall &reply);
 
     QDBusConnection m_bus;
-    uint m_shown = 0; ///< the service's number of the notification; 0: none
+    uint m_shown = 0; ///< notification ID from the service; 0: none
     bool m_isAwaited = false;
-    std::optional<Notification> m_next; ///< to be shown once the service has answered
-    bool m_isWithdrawn = false;         ///< to be taken away once the service has answered
+    std::optional<Notification> m_next; ///< to show once the service has answered
+    bool m_isWithdrawn = false;         ///< to close once the service has answered
 };
 
 } // namespace kelmoth

@@ -16,15 +16,15 @@ namespace {
 const auto busService = QStringLiteral("org.freedesktop.DBus");
 const auto busPath = QStringLiteral("/org/freedesktop/DBus");
 
-constexpr int busPatience = 2000; // milliseconds
-constexpr uint doNotQueue = 4;    // DBUS_NAME_FLAG_DO_NOT_QUEUE
+constexpr int busTimeout = 2000; // milliseconds
+constexpr uint doNotQueue = 4;   // DBUS_NAME_FLAG_DO_NOT_QUEUE
 
 QString text(std::string_view utf8)
 {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-/// Where the signals about a program come from: its identifier, with slashes.
+/// Object path of the signals about a program: its identifier with slashes.
 QString pathOf(const QString &bundleIdentifier)
 {
     return QLatin1Char('/') + QString(bundleIdentifier).replace(QLatin1Char('.'), QLatin1Char('/'));
@@ -54,7 +54,7 @@ QString sessionBusAddress()
 DBusSession::DBusSession(QDBusConnection bus, const QString &bundleIdentifier)
     : m_bundleIdentifier(bundleIdentifier), m_bus(std::move(bus))
 {
-    // Before anybody can know that this process is there: what is posted to it from then on is not missed.
+    // Subscribe before the name is taken, so that no notification is missed.
     m_bus.connect(QString(), pathOf(bundleIdentifier), bundleIdentifier, QString(), this,
                   SLOT(receive(QDBusMessage)));
     m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
@@ -71,7 +71,7 @@ std::vector<RunningApplication> DBusSession::runningApplications(std::string_vie
 {
     const QDBusReply<uint> process =
         m_bus.call(busCall(QStringLiteral("GetConnectionUnixProcessID"), {text(bundleIdentifier)}),
-                   QDBus::Block, busPatience);
+                   QDBus::Block, busTimeout);
     if (!process.isValid() || process.value() == 0) {
         return {};
     }
@@ -103,8 +103,8 @@ void DBusSession::post(std::string_view name, std::string_view object)
     auto signal = QDBusMessage::createSignal(pathOf(text(object)), whole.left(dot), whole.mid(dot + 1));
     signal << text(object);
     m_bus.send(signal);
-    // The bus answers in order: once it has, the signal has arrived there, even if this process ends now.
-    m_bus.call(busCall(QStringLiteral("GetId"), {}), QDBus::Block, busPatience);
+    // The bus works in order: once it answers, it has the signal, even if this process then exits.
+    m_bus.call(busCall(QStringLiteral("GetId"), {}), QDBus::Block, busTimeout);
 }
 
 std::string DBusSession::applicationSupportDirectory() const
@@ -119,7 +119,7 @@ void DBusSession::callBus(const QString &method, const QVariantList &arguments)
     m_bus.asyncCall(busCall(method, arguments));
 }
 
-/// Anybody on the bus may send anything: only what a copy of this program would send counts.
+/// Any process on the bus can send signals: ignore all but those that this program would send.
 void DBusSession::receive(const QDBusMessage &message)
 {
     const auto arguments = message.arguments();

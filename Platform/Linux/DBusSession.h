@@ -12,15 +12,15 @@
 
 namespace kelmoth {
 
-/// The session as its bus knows it. A process is known by the bus name that is its bundle identifier, a
-/// notification is a signal: its name without the last word is the interface, the last word the member, and
-/// the object its one argument. Asking waits for the bus, which is a local socket. Main thread.
+/// The user session over its bus. A process owns its bundle identifier as bus name. A notification is a
+/// signal: the last component of its name is the member, the rest the interface, and the object its only
+/// argument. Queries block on the bus, a local socket. Main thread.
 class DBusSession : public QObject, public UserSession {
     Q_OBJECT
 
 public:
-    /// `bus` is the session bus, or a connection that is none where there is no bus. Notifications are about
-    /// programs with this identifier.
+    /// `bus` is the session bus, or an invalid connection without one. Notifications are about programs with
+    /// this identifier.
     DBusSession(QDBusConnection bus, const QString &bundleIdentifier);
     ~DBusSession() override;
     DBusSession(const DBusSession &) = delete;
@@ -40,7 +40,7 @@ private:
 
     const QString m_bundleIdentifier;
     QDBusConnection m_bus;
-    Notification m_early; ///< the last one that came while nobody observed; empty when none did
+    Notification m_early; ///< last one received without an observer; empty: none
     Notification m_observed;
     std::function<void()> m_handler;
     std::function<void()> m_endHandler;
@@ -50,8 +50,7 @@ private Q_SLOTS:
     void end();
 };
 
-/// The address of this session's bus, in D-Bus's own notation; empty when the session has none. None is
-/// started.
+/// The D-Bus address of the session bus; empty without one. Starts no bus.
 QString sessionBusAddress();
 
 } // namespace kelmoth

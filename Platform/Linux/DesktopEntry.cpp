@@ -27,20 +27,19 @@ std::string quoted(const std::string &argument)
         }
         text += character;
         if (character == '%') {
-            text += character; // a single one begins a field code
+            text += character; // a single % begins a field code
         }
     }
     return text + '"';
 }
 
-/// The Exec line that starts a program. Some launchers look for its first word before they make "%%" one
-/// sign.
+/// The Exec line that starts a program. Some launchers look up its first word before they unescape "%%".
 std::string command(const std::string &program)
 {
     return (program.find('%') == std::string::npos ? "" : "env ") + quoted(program);
 }
 
-/// A text as the file holds it. (GLib leaves tabs in a text's middle as they are; the rules do not.)
+/// Escapes a value for the file. (GLib does not escape tabs within a text; the format requires it.)
 std::string escaped(const std::string &text)
 {
     std::string result;
@@ -65,8 +64,8 @@ std::string escaped(const std::string &text)
     return result;
 }
 
-/// The program of an Exec line, unquoted: its first word, or the one that "env" starts. None when the line
-/// makes no sense.
+/// The program of an Exec line, unquoted: its first word, or the one that "env" starts. None for a malformed
+/// line.
 std::optional<QString> programOf(const std::string &exec)
 {
     int count = 0;
@@ -128,7 +127,7 @@ QByteArray DesktopEntry::autostarting(const QString &programPath)
     set("Exec", command(QFile::encodeName(programPath).toStdString()));
     set("Terminal", "false");
     set("StartupNotify", "false");
-    set("X-GNOME-Autostart-enabled", "true"); // some desktops switch off no entry without it
+    set("X-GNOME-Autostart-enabled", "true"); // some desktops cannot disable an entry without it
     gsize length = 0;
     char *data = g_key_file_to_data(keys.get(), &length, nullptr);
     QByteArray result(data, static_cast<qsizetype>(length));

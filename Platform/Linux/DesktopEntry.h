@@ -12,22 +12,22 @@ struct _GKeyFile;
 
 namespace kelmoth {
 
-/// A desktop entry file, as the autostart folder holds them. Such files come from anywhere.
+/// A desktop entry file of the autostart directory. Its content is untrusted.
 class DesktopEntry {
 public:
-    /// None for what is no file of a sensible size, or holds no entry. Does not wait, whatever is there.
+    /// None for anything but a regular file of limited size with an entry. Never blocks.
     static std::optional<DesktopEntry> read(const QString &path);
 
     /// The text of an entry that starts a program at login.
     static QByteArray autostarting(const QString &programPath);
 
-    /// Whether it says anything of a program to start.
+    /// Whether it has an Exec line.
     bool namesAProgram() const;
 
-    /// Whether there is a program to start, and it is there.
+    /// Whether the program of its Exec line exists.
     bool startsAProgram() const;
 
-    /// Whether the user has said no, by any of the marks that desktops leave.
+    /// Whether it is disabled, by any of the keys that desktops use.
     bool isSwitchedOff() const;
 
 private:
@@ -38,7 +38,7 @@ private:
 
     explicit DesktopEntry(KeyFile file) : m_file(std::move(file)) {}
 
-    /// The text under a key, escapes undone; none when it has none.
+    /// The unescaped value of a key; none without one.
     std::optional<std::string> text(const char *key) const;
     std::optional<bool> truth(const char *key) const;
 

@@ -97,7 +97,7 @@ std::vector<USBDeviceFact> examineUSBDevices(udev *context)
     return devices;
 }
 
-/// The file that udev takes the rules from, and whether it has none.
+/// The rules file that udev uses, and whether it is masked.
 struct Rules {
     std::optional<std::string> path;
     bool isMasked = false;
@@ -132,18 +132,18 @@ std::string title(const std::string &node, const std::optional<std::string> &nam
     return name ? node + " (" + *name + ")" : node;
 }
 
-/// What the system shows of one mouse.
+/// The facts about one mouse.
 struct Mouse {
     std::int64_t vendorID = 0;
     std::int64_t productID = 0;
     bool isBluetooth = false;
-    std::string name;                   ///< of its first node
-    const USBDeviceFact *usb = nullptr; ///< none where it is no USB device
-    const HIDNodeFact *node = nullptr;  ///< the node that takes commands; none when it has none
+    std::string name;                   ///< name of its first node
+    const USBDeviceFact *usb = nullptr; ///< null unless it is a USB device
+    const HIDNodeFact *node = nullptr;  ///< the node that takes commands; null without one
     bool hasNode = false;
 };
 
-/// Judges the facts.
+/// Derives the problems from the facts.
 class Judge {
 public:
     Judge(Examination &examination, const DoctorScope &scope, Rules rules)

@@ -15,9 +15,9 @@ struct USBInterfaceFact {
     std::optional<std::string> node;   ///< its hidraw node, "/dev/hidraw3"; none when it has none
 };
 
-/// A USB device of the mice's maker.
+/// A USB device of the maker of the mice.
 struct USBDeviceFact {
-    std::string node; ///< "/dev/bus/usb/001/004"; empty when the system shows none
+    std::string node; ///< "/dev/bus/usb/001/004"; empty when it has none
     std::uint16_t vendorID = 0;
     std::uint16_t productID = 0;
     std::optional<std::string> name; ///< valid UTF-8; may hold control characters
@@ -38,11 +38,11 @@ struct HIDNodeFact {
     /// Longest feature report in bytes; none when it has none or its report descriptor is unusable. The
     /// interface that takes the mouse's commands has at least 90.
     std::optional<std::int64_t> maxFeatureReportSize;
-    /// Whether it is the interface of a supported mouse through which that is configured, access aside.
+    /// Whether it is the interface that configures a supported mouse, regardless of access.
     bool takesCommands = false;
 };
 
-/// Something that stands between this user and a mouse: at most one for each mouse, and one for the rules.
+/// A problem that keeps this user from configuring a mouse: at most one per mouse, and one for the rules.
 struct DoctorProblem {
     enum class Kind {
         noDevice,           ///< no USB or HID device of the maker is attached
@@ -52,7 +52,7 @@ struct DoctorProblem {
         noAccess,           ///< its node cannot be opened: no permission
         nodeFailed,         ///< its node cannot be opened for another reason
         rulesMissing,       ///< a node is refused, and the udev rules are not installed
-        rulesMasked,        ///< a node is refused, and an empty file stands in the place of the udev rules
+        rulesMasked,        ///< a node is refused, and an empty file masks the udev rules
         bluetooth,          ///< attached over Bluetooth: shown, but not configurable
         otherVendor,        ///< has the vendor ID that is never configured
         unsupported,        ///< a model of the maker that is not supported
@@ -62,13 +62,13 @@ struct DoctorProblem {
     std::string remedy; ///< one English line: what the user can do; a command where one does it
 };
 
-/// The name by which programs are told of a kind: "no-access".
+/// The machine-readable name of a kind: "no-access".
 std::string_view nameOf(DoctorProblem::Kind kind);
 
-/// What the access to a node is, in words: "can be opened", "no permission", or the system's own.
+/// The access to a node in words: "can be opened", "no permission", or the system's error text.
 std::string accessText(int access);
 
-/// What is looked at.
+/// What to examine.
 struct DoctorScope {
     std::vector<std::uint16_t> supported; ///< product IDs of the mice that can be configured
     std::optional<std::uint16_t> product =
@@ -80,9 +80,9 @@ struct Examination {
     std::vector<USBDeviceFact> usbDevices;
     std::vector<HIDNodeFact> hidNodes;    ///< by path
     std::optional<std::string> rulesFile; ///< path of the udev rules; none when there is no such file
-    bool areRulesMasked = false;          ///< the file is empty, or a link to /dev/null: there are none
-    std::vector<DoctorProblem> problems;  ///< empty: nothing stands in the way
-    int landlockVersion = 0;              ///< with which programs can confine themselves here; 0: they cannot
+    bool areRulesMasked = false;          ///< the file is empty, or a link to /dev/null
+    std::vector<DoctorProblem> problems;  ///< empty: the mouse can be configured
+    int landlockVersion = 0;              ///< Landlock ABI version; 0: unavailable
 
     /// Whether there is a mouse that can be configured now.
     bool canConfigure() const;
@@ -91,16 +91,16 @@ struct Examination {
     bool has(DoctorProblem::Kind kind) const;
 };
 
-/// Where udev looks for rules, first found wins.
+/// Where udev looks for rules, in order of precedence.
 std::vector<std::string> defaultRulesDirectories();
 
-/// What a user can do who may not open a mouse, in one English line, a command where one does it: it depends
-/// on whether one of these directories has the udev rules.
+/// One English line on how to get permission to open a mouse, a command where one suffices. It depends on
+/// whether one of these directories has the udev rules.
 std::string permissionRemedy(const std::vector<std::string> &rulesDirectories = defaultRulesDirectories());
 
-/// Looks at every USB device and hidraw node of the maker, at the access that this process has to them, and
-/// at the udev rules in `rulesDirectories`. Opens each node once and closes it again; sends nothing to a
-/// mouse. Blocks for some milliseconds; any thread.
+/// Examines every USB device and hidraw node of the maker, this process's access to them, and the udev rules
+/// in `rulesDirectories`. Opens each node once and closes it again; sends nothing to a mouse. Blocks for some
+/// milliseconds; any thread.
 Examination examine(const DoctorScope &scope,
                     const std::vector<std::string> &rulesDirectories = defaultRulesDirectories());
 

@@ -12,7 +12,7 @@ namespace {
 constexpr std::chrono::milliseconds pollInterval{1};
 constexpr int maxPolls = 2000;
 
-/// 0, EAGAIN when someone else is at the gate, or errno.
+/// 0, EAGAIN when another process holds the gate, or errno.
 int lockGate(int fd, short type)
 {
     struct ::flock range{};
@@ -26,7 +26,7 @@ int lockGate(int fd, short type)
     return errno == EACCES ? EAGAIN : errno;
 }
 
-/// 0, EAGAIN when someone else has the node, or errno.
+/// 0, EAGAIN when another process holds the node, or errno.
 int lockNode(int fd)
 {
     return ::flock(fd, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;

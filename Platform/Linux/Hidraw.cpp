@@ -16,13 +16,13 @@ namespace kelmoth {
 
 namespace {
 
-/// Pauses between the tries to open a node whose access right has not come yet: 310 ms in all.
+/// Pauses between attempts to open a node without permission: 310 ms in all.
 constexpr std::array accessPauses{
     std::chrono::milliseconds{10}, std::chrono::milliseconds{20},  std::chrono::milliseconds{40},
     std::chrono::milliseconds{80}, std::chrono::milliseconds{160},
 };
 
-/// What the size field of an ioctl number can say, ID byte included; the kernel's own limit is a byte more.
+/// The most that the size field of an ioctl number holds, ID byte included; the kernel's limit is one more.
 constexpr std::size_t maxBufferSize = (1U << _IOC_SIZEBITS) - 1;
 
 } // namespace

@@ -14,11 +14,11 @@
 
 namespace kelmoth {
 
-/// One hidraw node, from one attach of its interface to the end of the object. It is opened when first
-/// needed and stays open. Transfers and exchanges: one thread at a time; `open` and `fail`: any thread.
+/// One hidraw node, for one attach of its interface. It is opened on first use and stays open. Transfers and
+/// exchanges: one thread at a time; `open` and `fail`: any thread.
 class Hidraw final : public ExchangeChannel {
 public:
-    /// Which interface is meant: a node that has vanished may have been given to another device since.
+    /// Identifies the interface: a removed node's name may be reused for another device.
     struct Identity {
         std::int64_t vendorID = 0;
         std::int64_t productID = 0;
@@ -26,16 +26,16 @@ public:
 
     Hidraw(std::string path, Identity identity, std::shared_ptr<Sleeper> sleeper);
 
-    /// Opens the node unless it is open. 0, or errno; ENODEV when the node is another device's by now. After
-    /// an attach the access right may come a moment later than the node: the first EACCES is tried again for
-    /// some 300 ms, later ones are not, so that a user without permission does not wait for each command.
+    /// Opens the node unless it is open. 0, or errno; ENODEV when the node now belongs to another device.
+    /// After an attach the permission may be set later than the node: the first EACCES is retried for about
+    /// 300 ms, later ones are not, so that commands without permission fail at once.
     int open();
 
-    /// The device has gone: whatever is asked from now on fails with ENODEV. Never blocks.
+    /// Marks the device as detached: all further calls fail with ENODEV. Never blocks.
     void fail() { m_hasFailed = true; }
     bool hasFailed() const { return m_hasFailed; }
 
-    /// As in HIDDevice; the ID byte of the kernel's interface is put in front and taken off here.
+    /// As in HIDDevice; these add and remove the report ID byte of the kernel's interface.
     int setFeatureReport(std::span<const std::uint8_t> report);
     FeatureReportRead getFeatureReport(std::span<std::uint8_t> buffer);
 
@@ -50,12 +50,12 @@ private:
     const Identity m_identity;
     const std::shared_ptr<Sleeper> m_sleeper;
     std::atomic<bool> m_hasFailed = false;
-    std::mutex m_mutex;    ///< guards what follows; held while opening, which may take 300 ms
+    std::mutex m_mutex;    ///< guards the members below; held up to 300 ms while opening
     FileDescriptor m_file; ///< never changes once it is open
     bool m_waitedForAccess = false;
 };
 
-/// The nodes in use in this process, so that all who talk to one interface share one open file. Any thread.
+/// The nodes in use in this process, so that all users of an interface share one open file. Any thread.
 class HidrawNodes {
 public:
     explicit HidrawNodes(std::shared_ptr<Sleeper> sleeper);

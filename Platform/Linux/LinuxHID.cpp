@@ -16,8 +16,7 @@ namespace kelmoth {
 
 namespace {
 
-/// One hidraw node, from its attach on. What udev said of it is kept, so that it can be asked for when the
-/// device has gone.
+/// One hidraw node, from its attach on. Keeps udev's facts, so that they are available after the detach.
 class LinuxHIDDevice final : public HIDDevice {
 public:
     LinuxHIDDevice(HIDFacts facts, std::shared_ptr<Hidraw> node)
@@ -96,7 +95,7 @@ public:
     void close() override;
 
 private:
-    /// The device behind a hidraw device, the same object each time; none when it does not match.
+    /// The HID device of a hidraw device, the same object each time; null when it does not match.
     std::shared_ptr<LinuxHIDDevice> present(const UdevDevice &hidraw);
     void receive();
     void handle(const UdevDevice &hidraw);
@@ -111,8 +110,8 @@ private:
     Callback m_attached;
     Callback m_removed;
     UdevPtr<udev_monitor> m_monitor;
-    /// There while the manager is open. A callback may close the manager, or end it: whoever has called one
-    /// looks at a weak reference to this before touching the manager again.
+    /// Set while the manager is open. A callback may close or destroy the manager: after calling one, check a
+    /// weak reference to this before using the manager.
     std::shared_ptr<QSocketNotifier> m_notifier;
 };
 
@@ -138,7 +137,7 @@ int LinuxHIDManager::open()
         std::make_shared<QSocketNotifier>(udev_monitor_get_fd(m_monitor.get()), QSocketNotifier::Read);
     auto *const notifier = m_notifier.get();
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [this] { receive(); });
-    // A device may have come or gone between `copyDevices` and this moment.
+    // Devices may have been attached or detached since `copyDevices`.
     QTimer::singleShot(0, notifier, [this] { reconcile(); });
     return 0;
 }
@@ -204,7 +203,7 @@ void LinuxHIDManager::attach(const UdevDevice &hidraw)
         return;
     }
     if (const auto device = present(hidraw); device && m_attached) {
-        const auto callback = m_attached; // it may end the manager, and with it the original
+        const auto callback = m_attached; // a copy: it may destroy the manager
         callback(device);
     }
 }
@@ -224,7 +223,7 @@ void LinuxHIDManager::remove(const std::string &syspath)
     }
 }
 
-/// Makes up for events that did not reach the monitor.
+/// Handles changes whose events were lost.
 void LinuxHIDManager::reconcile()
 {
     const std::weak_ptr<QSocketNotifier> open = m_notifier;

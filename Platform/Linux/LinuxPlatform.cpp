@@ -30,7 +30,7 @@ void StderrLog::write(std::string_view line)
     while (!rest.empty()) {
         const auto written = ::write(STDERR_FILENO, rest.data(), rest.size());
         if (written < 0 && errno != EINTR) {
-            return; // nowhere left to say it
+            return; // standard error fails
         }
         rest.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
     }

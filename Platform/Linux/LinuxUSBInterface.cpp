@@ -9,7 +9,7 @@ namespace kelmoth {
 
 namespace {
 
-/// A control request to a HID interface, by way of its hidraw node, which can carry these two only.
+/// Sends a control request through a hidraw node, which supports these two only.
 int requestThrough(Hidraw &node, const USBControlRequest &request)
 {
     using namespace hidClassRequest;

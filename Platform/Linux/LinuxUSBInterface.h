@@ -12,10 +12,9 @@
 
 namespace kelmoth {
 
-/// One USB device, whose control requests travel by the way that is open: through libusb where it holds the
-/// interface, else beside the kernel's driver, through the hidraw node of the very interface that the
-/// request names, which puts the same packets on the wire. A kernel driver is never detached: it drives the
-/// user's pointer. Transfer thread.
+/// One USB device. Control requests go through libusb if it holds the interface, else through the hidraw node
+/// of the interface that the request names, which sends the same packets. A kernel driver is never detached:
+/// it drives the user's pointer. Transfer thread.
 class LinuxUSBInterface final : public USBDeviceInterface {
 public:
     /// Finds the hidraw node of an interface of the device; none while it has none.
@@ -40,8 +39,8 @@ private:
     const std::shared_ptr<Sleeper> m_sleeper;
     std::uint16_t m_interfaceNumber = 0;
     std::unique_ptr<UsbfsInterface> m_claimed; ///< while libusb holds the interface
-    std::shared_ptr<Hidraw> m_hidraw;          ///< kept until it stops working
-    std::shared_ptr<Hidraw> m_held;            ///< within an exchange: the node that it holds
+    std::shared_ptr<Hidraw> m_hidraw;          ///< kept until it fails
+    std::shared_ptr<Hidraw> m_held;            ///< the node locked for the current exchange
 };
 
 } // namespace kelmoth

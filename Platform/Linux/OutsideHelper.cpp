@@ -13,27 +13,27 @@
 
 namespace kelmoth {
 
-/// This process's end of the conversation.
+/// This process's end of the socket.
 class OutsideHelper::Exchange : public QObject {
 public:
-    Exchange(FileDescriptor socket, std::chrono::milliseconds patience)
+    Exchange(FileDescriptor socket, std::chrono::milliseconds timeout)
         : m_socket(std::move(socket)), m_notifier(m_socket.get(), QSocketNotifier::Read)
     {
-        m_patience.setSingleShot(true);
-        m_patience.setInterval(patience);
-        connect(&m_patience, &QTimer::timeout, this, [this] { giveUp(ETIMEDOUT); });
+        m_timeout.setSingleShot(true);
+        m_timeout.setInterval(timeout);
+        connect(&m_timeout, &QTimer::timeout, this, [this] { fail(ETIMEDOUT); });
         connect(&m_notifier, &QSocketNotifier::activated, this, &Exchange::receive);
     }
 
     void ask(char request, std::function<void(int)> answer)
     {
         m_waiting.push_back(std::move(answer));
-        // Of a helper that has ended the notifier tells, after the answers that it has left.
+        // EPIPE: the notifier reports it after the answers that the helper has left.
         if (::send(m_socket.get(), &request, 1, MSG_DONTWAIT | MSG_NOSIGNAL) != 1 && errno != EPIPE) {
-            QMetaObject::invokeMethod(this, [this] { giveUp(EPIPE); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, [this] { fail(EPIPE); }, Qt::QueuedConnection);
         }
-        if (!m_patience.isActive()) {
-            m_patience.start();
+        if (!m_timeout.isActive()) {
+            m_timeout.start();
         }
     }
 
@@ -43,27 +43,27 @@ private:
         int failure = 0;
         const auto size = ::recv(m_socket.get(), &failure, sizeof failure, MSG_DONTWAIT);
         if (size < 0) {
-            return; // a helper that has left a request unread resets the connection before its end
+            return; // ECONNRESET precedes the end if the helper left a request unread
         }
         if (size != sizeof failure || m_waiting.empty()) {
-            giveUp(EPIPE);
+            fail(EPIPE);
             return;
         }
         const auto answer = std::move(m_waiting.front());
         m_waiting.pop_front();
         if (m_waiting.empty()) {
-            m_patience.stop();
+            m_timeout.stop();
         } else {
-            m_patience.start();
+            m_timeout.start();
         }
         if (answer) {
             answer(failure);
         }
     }
 
-    void giveUp(int failure)
+    void fail(int failure)
     {
-        m_patience.stop();
+        m_timeout.stop();
         m_notifier.setEnabled(false);
         m_socket = {};
         for (const auto &answer : std::exchange(m_waiting, {})) {
@@ -75,12 +75,12 @@ private:
 
     FileDescriptor m_socket;
     QSocketNotifier m_notifier;
-    QTimer m_patience;
+    QTimer m_timeout;
     std::deque<std::function<void(int)>> m_waiting;
 };
 
-OutsideHelper::OutsideHelper(const std::function<int(char)> &action, std::chrono::milliseconds patience)
-    : m_patience(patience)
+OutsideHelper::OutsideHelper(const std::function<int(char)> &action, std::chrono::milliseconds timeout)
+    : m_timeout(timeout)
 {
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) {
@@ -89,10 +89,10 @@ OutsideHelper::OutsideHelper(const std::function<int(char)> &action, std::chrono
     m_socket = FileDescriptor(ends[0]);
     const FileDescriptor helpers(ends[1]);
     if (::fork() != 0) {
-        return; // in the program, with or without a helper
+        return; // parent, or fork failed
     }
-    ::close(ends[0]); // or it would never see the end
-    ::setsid();       // what it starts shall not end with the terminal that started the program
+    ::close(ends[0]); // or `read` would never return 0
+    ::setsid();       // detach what it starts from the terminal
     char request = 0;
     while (::read(helpers.get(), &request, 1) == 1) {
         const int failure = action(request);
@@ -106,7 +106,7 @@ OutsideHelper::~OutsideHelper() = default;
 void OutsideHelper::ask(char request, std::function<void(int)> answer)
 {
     if (!m_exchange) {
-        m_exchange = std::make_unique<Exchange>(std::move(m_socket), m_patience);
+        m_exchange = std::make_unique<Exchange>(std::move(m_socket), m_timeout);
     }
     m_exchange->ask(request, std::move(answer));
 }

@@ -8,36 +8,35 @@
 
 namespace kelmoth {
 
-/// A process beside this one that does some few things when it is asked to. Started before this process
-/// confines itself, it can do what this one cannot any more, and nothing else: a request is one byte, which
-/// says no more than what. It ends when this process does, however that comes about, and sleeps until it is
-/// asked.
+/// A helper process outside the sandbox. Started before this process confines itself, it carries out a few
+/// fixed actions that this one no longer may. A request is one byte that names the action. The helper ends
+/// when this process does, for whatever reason, and sleeps between requests.
 class OutsideHelper {
 public:
-    /// How long an answer may take. What is asked for is a matter of some milliseconds: a disk that needs
-    /// longer than this does not come back.
-    static constexpr std::chrono::seconds longestWait{10};
+    /// Default timeout of a request. Actions take some milliseconds; a disk that needs longer than this is
+    /// broken.
+    static constexpr std::chrono::seconds defaultTimeout{10};
 
-    /// Forks: this process must have no other thread yet. `action` runs in the helper and gives 0 or an
+    /// Forks: this process must have no other thread yet. `action` runs in the helper and returns 0 or an
     /// errno.
     explicit OutsideHelper(const std::function<int(char request)> &action,
-                           std::chrono::milliseconds patience = longestWait);
+                           std::chrono::milliseconds timeout = defaultTimeout);
     OutsideHelper(const OutsideHelper &) = delete;
     OutsideHelper &operator=(const OutsideHelper &) = delete;
-    /// Whoever waits for an answer gets none. The helper ends by itself, after what it is doing.
+    /// Pending answers are dropped. The helper exits after its current action.
     ~OutsideHelper();
 
-    /// Returns at once. `answer`, which may be null, is called from the event loop with what the action gave:
-    /// the answers come in the order of the requests. EPIPE when there is no helper, ETIMEDOUT when it has
-    /// not answered in time, which ends it. Main thread.
+    /// Returns at once. `answer`, which may be null, is called from the event loop with the result of the
+    /// action, in the order of the requests: EPIPE without a helper, ETIMEDOUT on timeout, after which the
+    /// helper is not used any more. Main thread.
     void ask(char request, std::function<void(int failure)> answer);
 
 private:
     class Exchange;
 
-    std::chrono::milliseconds m_patience;
+    std::chrono::milliseconds m_timeout;
     FileDescriptor m_socket;              ///< a byte for each request, an int for each answer
-    std::unique_ptr<Exchange> m_exchange; ///< from the first request on: it needs the event loop
+    std::unique_ptr<Exchange> m_exchange; ///< created by the first request: it needs the event loop
 };
 
 } // namespace kelmoth

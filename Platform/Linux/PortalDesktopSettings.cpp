@@ -23,10 +23,10 @@ const auto gnomeInterface = QStringLiteral("org.gnome.desktop.interface");
 const auto gnomeAccessibility = QStringLiteral("org.gnome.desktop.a11y.interface");
 const auto plasma = QStringLiteral("org.kde.kdeglobals.KDE");
 
-/// Far above what desktops keep under those four names; a sender of more is not read to its end.
+/// Far more than desktops keep under those four names; the rest of a longer answer is not read.
 constexpr int mostEntries = 2000;
 
-/// A value without the variants around it, of which some portals send two.
+/// Unwraps a value from its variants; some portals nest two.
 QVariant unwrapped(QVariant value)
 {
     while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
@@ -57,7 +57,7 @@ ColorScheme scheme(const QVariant &value)
     }
 }
 
-/// Three channels from 0 to 1; anything outside is how a portal says that there is no accent colour.
+/// Three channels from 0 to 1; values outside mean that there is no accent colour.
 std::optional<std::uint32_t> color(const QVariant &value)
 {
     if (value.metaType() != QMetaType::fromType<QDBusArgument>()) {
@@ -72,10 +72,10 @@ std::optional<std::uint32_t> color(const QVariant &value)
     for (auto &channel : channels) {
         argument >> channel;
     }
-    argument.endStructure(); // what is begun and not ended is never freed
+    argument.endStructure(); // otherwise it is never freed
     std::uint32_t result = 0;
     for (const double channel : channels) {
-        const bool isChannel = channel >= 0.0 && channel <= 1.0; // false for what is no number
+        const bool isChannel = channel >= 0.0 && channel <= 1.0; // false for NaN
         if (!isChannel) {
             return std::nullopt;
         }
@@ -103,7 +103,7 @@ void PortalDesktopSettings::Taste::applyGnome(const QString &key, const QVariant
         reduceMotion = reduceMotion || truth(value) == false;
     } else if (key == QStringLiteral("text-scaling-factor") && value.typeId() == QMetaType::Double) {
         const auto factor = value.toDouble();
-        const bool isFactor = factor >= 0.5 && factor <= 3; // false for what is no number
+        const bool isFactor = factor >= 0.5 && factor <= 3; // false for NaN
         textScale = isFactor ? factor : 1;
     }
 }
@@ -125,8 +125,8 @@ void PortalDesktopSettings::Taste::apply(const QString &settingsNamespace, const
     }
 }
 
-/// Of several portals each adds what it knows to the answer, the desktop's own first: the first word on a
-/// setting counts.
+/// The answer joins the values of several portals, the desktop's own first: the first value of a setting
+/// counts.
 PortalDesktopSettings::Taste PortalDesktopSettings::tasteFrom(const QDBusMessage &reply)
 {
     Taste taste;
@@ -163,15 +163,14 @@ PortalDesktopSettings::Taste PortalDesktopSettings::tasteFrom(const QDBusMessage
 PortalDesktopSettings::PortalDesktopSettings(QDBusConnection bus) : m_bus(std::move(bus))
 {
     if (m_bus.isConnected()) {
-        // What is made at the start, the status item first of all, shall not queue behind it at the bus.
+        // Later, so that start-up, above all the status item, does not queue behind it on the bus.
         QMetaObject::invokeMethod(this, &PortalDesktopSettings::listen, Qt::QueuedConnection);
     }
 }
 
 void PortalDesktopSettings::listen()
 {
-    // Without a sender's name, which would have to be looked up and waited for: a signal that somebody else
-    // sends makes the portal be asked, no more.
+    // No sender is given: its lookup would block. A forged signal only causes a query.
     for (const auto &settingsNamespace : {appearance, gnomeInterface, gnomeAccessibility, plasma}) {
         m_bus.connect(QString(), portalPath, settingsInterface, QStringLiteral("SettingChanged"),
                       {settingsNamespace}, QString(), this, SLOT(read()));
@@ -189,8 +188,8 @@ void PortalDesktopSettings::ownerChanged(const QString &, const QString &, const
     }
 }
 
-/// Asks the portal for everything. While an answer is still to come, what changed is asked for once it has:
-/// however many signals arrive, one call is under way.
+/// Queries all settings. During a query further changes only mark it stale, so that at most one call is
+/// pending however many signals arrive.
 void PortalDesktopSettings::read()
 {
     if (m_reading) {
@@ -203,7 +202,7 @@ void PortalDesktopSettings::read()
     m_reading = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
     connect(m_reading.get(), &QDBusPendingCallWatcher::finished, this, [this] {
         const auto reply = m_reading->reply();
-        m_reading.release()->deleteLater(); // it is still telling us
+        m_reading.release()->deleteLater(); // it is emitting a signal
         take(reply);
         if (std::exchange(m_isStale, false)) {
             read();
@@ -214,7 +213,7 @@ void PortalDesktopSettings::read()
 void PortalDesktopSettings::take(const QDBusMessage &reply)
 {
     if (reply.type() == QDBusMessage::ErrorMessage) {
-        return; // nobody there, or nobody who knows: what was said before stands
+        return; // no portal, or an error: keep the values
     }
     const auto taste = tasteFrom(reply);
     if (taste == m_taste) {

@@ -12,16 +12,15 @@
 
 namespace kelmoth {
 
-/// The desktop's taste as the settings portal of the session bus tells it, kept up to date. Nothing here
-/// waits: until the portal has answered, and for as long as there is none, the desktop has no preference.
-/// A portal that comes later is heard; what a portal said stands until it, or its successor, says otherwise.
-/// Main thread.
+/// The desktop's settings from the settings portal on the session bus, kept up to date. Never blocks: the
+/// desktop has no preference until a portal answers. A portal that starts later is used; its values stay
+/// until it, or its successor, changes them. Main thread.
 class PortalDesktopSettings : public QObject, public DesktopSettings {
     Q_OBJECT
 
 public:
-    /// `bus` is the session bus, or a connection that is none where there is no bus. The portal is asked once
-    /// the event loop runs.
+    /// `bus` is the session bus, or an invalid connection without one. The portal is queried once the event
+    /// loop runs.
     explicit PortalDesktopSettings(QDBusConnection bus);
     ~PortalDesktopSettings() override = default;
     PortalDesktopSettings(const PortalDesktopSettings &) = delete;
@@ -35,7 +34,7 @@ public:
     void setChangeHandler(std::function<void()> handler) override { m_handler = std::move(handler); }
 
 private:
-    /// What a portal has said as a whole.
+    /// All values of a portal.
     struct Taste {
         ColorScheme colorScheme = ColorScheme::noPreference;
         std::optional<std::uint32_t> accentColor;
@@ -43,7 +42,7 @@ private:
         bool reduceTransparency = false;
         double textScale = 1;
 
-        /// Takes one setting in; a value of a type or range that does not belong to it says nothing.
+        /// Stores one setting; ignores a value of the wrong type or range.
         void apply(const QString &settingsNamespace, const QString &key, const QVariant &value);
         void applyAppearance(const QString &key, const QVariant &value);
         void applyGnome(const QString &key, const QVariant &value);
@@ -58,7 +57,7 @@ private:
 
     QDBusConnection m_bus;
     std::unique_ptr<QDBusPendingCallWatcher> m_reading;
-    bool m_isStale = false; ///< something changed since the portal was asked
+    bool m_isStale = false; ///< a setting changed since the last query
     Taste m_taste;
     std::function<void()> m_handler;
 

@@ -8,9 +8,8 @@ namespace kelmoth {
 
 namespace {
 
-/// What tells that nobody reads any more, besides errors and the end of both directions, which always do.
-/// Over a network the reader's going looks like its having said all that it has to say; on this machine it
-/// does not.
+/// The event that shows that the reader is gone, besides EPOLLERR and EPOLLHUP, which are always reported. A
+/// network peer that closes looks like one that only stops sending; a local one does not.
 std::uint32_t signOfNoReader(int descriptor)
 {
     int family = AF_UNSPEC;
@@ -24,8 +23,7 @@ std::uint32_t signOfNoReader(int descriptor)
 ReaderWatch::ReaderWatch(int descriptor) : m_hangUp(::epoll_create1(EPOLL_CLOEXEC))
 {
     m_end.start();
-    // What comes in from there, which a notifier of the descriptor itself would tell of without end, is not
-    // asked for.
+    // Without EPOLLIN: a notifier of the descriptor itself would fire for every unread input.
     ::epoll_event event{.events = signOfNoReader(descriptor), .data = {}};
     if (::epoll_ctl(m_hangUp.get(), EPOLL_CTL_ADD, descriptor, &event) != 0) {
         return; // a file, which has no reader

@@ -10,14 +10,14 @@
 
 namespace kelmoth {
 
-/// Notices when nobody reads any more what is written to a descriptor: a pipe, a socket or a terminal. Sleeps
-/// until then. Main thread.
+/// Detects that the reader of a descriptor is gone: of a pipe, a socket or a terminal. Sleeps until then.
+/// Main thread.
 class ReaderWatch {
 public:
-    /// The descriptor stays the caller's. Of a file, which has no reader, nothing is noticed.
+    /// The descriptor stays the caller's. Files have no reader: nothing is detected for them.
     explicit ReaderWatch(int descriptor);
 
-    /// Finished once the reader has gone, or `end` is called.
+    /// Finishes once the reader is gone or `end` is called.
     QFuture<void> ended() const { return m_end.future(); }
     void end();
 

@@ -9,7 +9,7 @@ namespace kelmoth {
 
 namespace {
 
-// The kernel's own limits: a descriptor beyond them gets no hidraw node, or lies.
+// The kernel's limits: it gives no hidraw node to a descriptor beyond them.
 constexpr std::size_t maxDescriptorSize = 4096;
 constexpr std::size_t maxPushDepth = 4;
 constexpr std::uint32_t maxReportSize = 256;    // bits of one field
@@ -35,22 +35,21 @@ struct Item {
     std::uint32_t value = 0;
 };
 
-/// The global items that decide how long a report is.
+/// The global items that determine the length of a report.
 struct Globals {
     std::uint32_t size = 0;
     std::uint32_t count = 0;
     std::uint8_t id = 0;
 };
 
-/// Takes items from the front of a descriptor.
+/// Reads the items of a descriptor.
 class ItemReader {
 public:
     explicit ItemReader(std::span<const std::uint8_t> bytes) : m_bytes(bytes) {}
 
     bool atEnd() const { return m_bytes.empty(); }
 
-    /// The next item; none when its bytes are cut off. A long item, which carries nothing that is known
-    /// here, has the tag 0xFC.
+    /// The next item; none when it is truncated. A long item, whose content is ignored, has the tag 0xFC.
     std::optional<Item> next()
     {
         const std::uint8_t prefix = m_bytes.front();
@@ -89,7 +88,7 @@ private:
 /// Sums up the feature reports, item by item.
 class FeatureReports {
 public:
-    /// False when the item makes the descriptor impossible.
+    /// False when the item makes the descriptor invalid.
     bool take(const Item &item)
     {
         switch (item.tag) {

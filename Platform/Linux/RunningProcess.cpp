@@ -12,35 +12,35 @@ namespace kelmoth {
 
 namespace {
 
-/// By descriptor, which stays that process's when its number is given to another.
+/// A descriptor refers to the same process even when its ID is reused.
 FileDescriptor handleOf(std::int64_t process)
 {
     return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, static_cast<pid_t>(process), 0U)));
 }
 
-/// Whether it ends in time; also of one that has ended but whose parent has not noticed.
-bool ends(const FileDescriptor &process, std::chrono::milliseconds patience)
+/// Whether the process ends in time; true for a zombie.
+bool ends(const FileDescriptor &process, std::chrono::milliseconds timeout)
 {
     pollfd ending{.fd = process.get(), .events = POLLIN, .revents = 0};
-    return ::poll(&ending, 1, static_cast<int>(patience.count())) == 1;
+    return ::poll(&ending, 1, static_cast<int>(timeout.count())) == 1;
 }
 
 } // namespace
 
 bool hasEnded(std::int64_t process)
 {
-    // Not by a signal, which a confined program may not send.
+    // Not by kill(): a confined program may not send signals.
     const auto handle = handleOf(process);
     return handle ? ends(handle, {}) : errno == ESRCH;
 }
 
-EndOfProcess endProcess(std::int64_t process, std::chrono::milliseconds patience)
+EndOfProcess endProcess(std::int64_t process, std::chrono::milliseconds timeout)
 {
     const auto handle = handleOf(process);
     if (!handle || ::syscall(SYS_pidfd_send_signal, handle.get(), SIGTERM, nullptr, 0U) != 0) {
         return EndOfProcess::refused;
     }
-    return ends(handle, patience) ? EndOfProcess::ended : EndOfProcess::stillRunning;
+    return ends(handle, timeout) ? EndOfProcess::ended : EndOfProcess::stillRunning;
 }
 
 } // namespace kelmoth

@@ -5,15 +5,14 @@
 
 namespace kelmoth {
 
-/// Whether a process of this number is not there any more, or waits only for its parent to notice its end.
-/// Any thread.
+/// Whether no process has this ID, or it is a zombie. Any thread.
 bool hasEnded(std::int64_t process);
 
-/// What became of the wish that a process end.
+/// Result of a request to end a process.
 enum class EndOfProcess { ended, refused, stillRunning };
 
-/// Asks a process of this user to end, as a session does, and waits for it; `refused` when it is not there or
-/// belongs to somebody else. Any thread; blocks.
-EndOfProcess endProcess(std::int64_t process, std::chrono::milliseconds patience);
+/// Sends SIGTERM to a process of this user and waits for its end; `refused` when it does not exist or belongs
+/// to another user. Any thread; blocks.
+EndOfProcess endProcess(std::int64_t process, std::chrono::milliseconds timeout);
 
 } // namespace kelmoth

@@ -9,7 +9,7 @@ void reserveStandardStreams()
 {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
         if (::fcntl(descriptor, F_GETFD) == -1) {
-            // Opened the wrong way round, so that their use still fails.
+            // Opened in the wrong direction, so that using them still fails.
             ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
         }
     }

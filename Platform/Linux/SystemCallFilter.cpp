@@ -19,14 +19,14 @@ namespace kelmoth {
 
 namespace {
 
-// What kernels have learnt since the library's tables; the numbers are the same on every processor.
+// System calls newer than the library's tables; the numbers are the same on every architecture.
 constexpr int fchmodat2Call = 452;
 constexpr int setxattratCall = 463;
 constexpr int removexattratCall = 466;
 constexpr int fileSetattrCall = 469;
 
 constexpr std::array refusedCalls{
-    SCMP_SYS(truncate), // which Landlock before version 3 does not know
+    SCMP_SYS(truncate), // not covered by Landlock before version 3
     SCMP_SYS(truncate64),
     SCMP_SYS(chmod),
     SCMP_SYS(fchmodat),
@@ -53,7 +53,7 @@ constexpr std::array refusedCalls{
     SCMP_SYS(io_uring_setup),
 };
 
-/// Whose first argument is the process that they are about.
+/// System calls whose first argument is the target process.
 constexpr std::array signalCalls{SCMP_SYS(kill), SCMP_SYS(tgkill), SCMP_SYS(rt_sigqueueinfo),
                                  SCMP_SYS(rt_tgsigqueueinfo)};
 
@@ -64,9 +64,9 @@ constexpr std::array<unsigned long, 6> refusedControls{FS_IOC_SETFLAGS, FS_IOC_F
 /// The second argument of fcntl: the receiver of a signal.
 constexpr std::array refusedFileControls{F_SETOWN, F_SETOWN_EX};
 
-constexpr std::uint64_t lowHalf = 0xFFFF'FFFF; // as much of an argument as the kernel looks at
+constexpr std::uint64_t lowHalf = 0xFFFF'FFFF; // the part of an argument that the kernel uses
 
-// What an argument, counted from 0, has to be for a call to be refused. (The library's macros are C.)
+// Comparison of an argument, 0-based, that denies a call. (The library's macros are C.)
 
 constexpr scmp_arg_cmp is(unsigned argument, std::uint64_t value)
 {
@@ -83,7 +83,7 @@ constexpr scmp_arg_cmp isAtLeast(unsigned argument, std::uint64_t value)
     return {argument, SCMP_CMP_GE, value, 0};
 }
 
-/// The rules as they come together. The first failure stays.
+/// Collects the rules. Keeps the first failure.
 class Filter {
 public:
     Filter() : m_context(seccomp_init(SCMP_ACT_ALLOW), seccomp_release)

@@ -10,7 +10,7 @@ namespace kelmoth {
 
 namespace {
 
-/// What the handler counts the signals in; -1 while nobody waits for them.
+/// Descriptor to which the handler reports signals; -1 without an instance.
 std::atomic<int> counter = -1;
 static_assert(std::atomic<int>::is_always_lock_free); // a handler may not wait for a lock
 

@@ -9,9 +9,9 @@
 
 namespace kelmoth {
 
-/// Turns SIGINT, SIGTERM and SIGHUP into events while it lives; those that the process was started to ignore
-/// stay ignored. By handlers, not by a mask, which every program started from here would inherit. One at a
-/// time; main thread, with the application object.
+/// Turns SIGINT, SIGTERM and SIGHUP into events during its lifetime; signals ignored at the start stay
+/// ignored. Uses handlers, not a mask, which child processes would inherit. One instance at a time; main
+/// thread, with the application object.
 class TerminationSignals : public QObject {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
     TerminationSignals &operator=(const TerminationSignals &) = delete;
 
 Q_SIGNALS:
-    /// One of them came.
+    /// A signal arrived.
     void received();
 
 private:
@@ -31,7 +31,7 @@ private:
     void take();
 
     std::array<struct sigaction, signalNumbers.size()> m_previous{};
-    std::unique_ptr<QSocketNotifier> m_notifier; ///< none when the system gives no way to wait for them
+    std::unique_ptr<QSocketNotifier> m_notifier; ///< null when the eventfd could not be created
 };
 
 } // namespace kelmoth

@@ -27,7 +27,7 @@ std::optional<std::string> text(const char *value)
     return std::string(value);
 }
 
-/// The same text with U+FFFD where the bytes are not UTF-8.
+/// The text with invalid UTF-8 replaced by U+FFFD.
 std::optional<std::string> validUTF8(const std::optional<std::string> &bytes)
 {
     if (!bytes) {
@@ -147,7 +147,7 @@ std::optional<std::string> UdevDevice::driver() const
 
 UdevDevice UdevDevice::parent(const char *subsystem, const char *type) const
 {
-    // libudev lends the parent for as long as the child lives.
+    // The parent is a borrowed reference of the child: take one of our own.
     return UdevDevice(
         udev_device_ref(udev_device_get_parent_with_subsystem_devtype(m_device.get(), subsystem, type)));
 }
@@ -195,7 +195,7 @@ std::optional<HIDFacts> hidFacts(const UdevDevice &hidraw)
         return facts; // a Bluetooth mouse may sit below its adapter, which is a USB device too
     }
     if (const auto usb = hid.parent("usb", "usb_device")) {
-        // The HID name is maker and product, so a product that begins with its maker has it twice.
+        // The HID name is vendor and product, so a product that begins with its vendor repeats it.
         if (auto product = usbProduct(usb)) {
             facts.product = std::move(product);
         }
@@ -213,9 +213,9 @@ std::optional<HIDFacts> hidFacts(const UdevDevice &hidraw)
 
 std::optional<std::string> usbProduct(const UdevDevice &usbDevice)
 {
-    // Reading the attribute waits for the kernel's lock on the device, which is taken while the drivers of
-    // its interfaces start: for some milliseconds after each attach. udev has read it by then; where the
-    // device has no product string, udev puts the product ID.
+    // Use udev's copy: reading the attribute blocks on the kernel's device lock for some milliseconds after
+    // each attach, while the interface drivers start. udev substitutes the product ID for a missing product
+    // string.
     if (const auto encoded = usbDevice.property("ID_MODEL_ENC")) {
         if (encoded == usbDevice.attribute("idProduct")) {
             return std::nullopt;
@@ -248,7 +248,7 @@ std::optional<std::int64_t> readMaxFeatureReportSize(const std::string &hidSyspa
     if (!file) {
         return std::nullopt;
     }
-    std::vector<std::uint8_t> bytes(8192); // more than any descriptor may have, so that too many show
+    std::vector<std::uint8_t> bytes(8192); // larger than the limit, to detect descriptors beyond it
     std::size_t length = 0;
     while (length < bytes.size()) {
         const auto count = ::read(file.get(), bytes.data() + length, bytes.size() - length);

@@ -11,7 +11,7 @@
 
 namespace kelmoth {
 
-/// Ends one reference to an object of libudev.
+/// Releases one reference to an object of libudev.
 struct UdevUnref {
     void operator()(udev *object) const { udev_unref(object); }
     void operator()(udev_device *object) const { udev_device_unref(object); }
@@ -20,7 +20,7 @@ struct UdevUnref {
 };
 template <class T> using UdevPtr = std::unique_ptr<T, UdevUnref>;
 
-/// A device as udev and sysfs show it. Belongs to the thread of the udev context it came from.
+/// A device from udev and sysfs. Use it on the thread of its udev context.
 class UdevDevice {
 public:
     /// Takes over one reference; null stands for no device.
@@ -28,9 +28,9 @@ public:
 
     explicit operator bool() const { return m_device != nullptr; }
 
-    /// A property of udev, bytes as they are; none when it is missing or empty.
+    /// A udev property as raw bytes; none when it is missing or empty.
     std::optional<std::string> property(const char *key) const;
-    /// A text attribute in sysfs, bytes as they are; none when it is missing or empty.
+    /// A sysfs attribute as raw bytes; none when it is missing or empty.
     std::optional<std::string> attribute(const char *name) const;
     /// An attribute or property that is a hexadecimal number of at most eight digits.
     std::optional<std::int64_t> hexAttribute(const char *name) const;
@@ -38,7 +38,7 @@ public:
     std::string syspath() const;
     /// "/dev/hidraw3"; none for a device without a node.
     std::optional<std::string> node() const;
-    /// What happened to the device, of one that a monitor gave: "add", "remove" and others.
+    /// The event of a device from a monitor: "add", "remove" and others.
     std::string action() const;
     /// The kernel driver that holds the device; none when no driver does.
     std::optional<std::string> driver() const;
@@ -59,7 +59,7 @@ std::vector<UdevDevice> devicesOfSubsystem(udev *context, const char *subsystem,
 std::vector<UdevDevice> usbDevices(udev *context, std::uint16_t vendorID,
                                    std::optional<std::uint16_t> productID);
 
-/// What the system says of a hidraw node's HID interface, without opening the node.
+/// Facts about a hidraw node's HID interface, found without opening the node.
 struct HIDFacts {
     std::string syspath;    ///< of the hidraw device; differs between two attaches
     std::string hidSyspath; ///< of the HID interface
@@ -72,17 +72,17 @@ struct HIDFacts {
     std::optional<int> interfaceNumber; ///< of a USB interface
 };
 
-/// The facts of a hidraw device; none when it is no device of the HID core's, or has no node.
+/// The facts about a hidraw device; none when its parent is no HID device, or it has no node.
 std::optional<HIDFacts> hidFacts(const UdevDevice &hidraw);
 
-/// The text of a USB device's product string as valid UTF-8; none when it has none.
+/// A USB device's product string as valid UTF-8; none when it has none.
 std::optional<std::string> usbProduct(const UdevDevice &usbDevice);
 
-/// Reads the report descriptor below the HID interface's path in sysfs and gives the length of its longest
+/// Reads the report descriptor below the HID interface's sysfs path and returns the length of its longest
 /// feature report; none as in `maxFeatureReportSize`, and when it cannot be read.
 std::optional<std::int64_t> readMaxFeatureReportSize(const std::string &hidSyspath);
 
-/// What a udev property with a name ending in _ENC stands for: "\x20" is one byte.
+/// Decodes a udev property with a name ending in _ENC: "\x20" is one byte.
 std::string decodedProperty(std::string_view encoded);
 
 } // namespace kelmoth

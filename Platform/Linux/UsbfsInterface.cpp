@@ -34,7 +34,7 @@ constexpr std::array errorTable{
     ErrorRow{LIBUSB_ERROR_NOT_SUPPORTED, ENOTSUP},
 };
 
-/// The errno of a libusb status; EIO for those that say no more.
+/// The errno of a libusb status; EIO for unspecific ones.
 int systemError(int status)
 {
     for (const auto &row : errorTable) {
@@ -84,7 +84,7 @@ UsbfsInterface::Claim UsbfsInterface::claim(const std::string &node, std::uint16
 
 int UsbfsInterface::start()
 {
-    // udev has found the device already: no second enumeration, no second hotplug thread.
+    // No device discovery: udev does it already, and a second one would cost an enumeration and a thread.
     libusb_set_option(nullptr, LIBUSB_OPTION_NO_DEVICE_DISCOVERY);
     libusb_context *context = nullptr;
     if (const int status = libusb_init(&context); status != LIBUSB_SUCCESS) {

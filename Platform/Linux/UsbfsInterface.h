@@ -12,14 +12,14 @@ struct libusb_device_handle;
 
 namespace kelmoth {
 
-/// One interface of a USB device, held through libusb for as long as the object lives. Transfer thread.
+/// One interface of a USB device, claimed through libusb for the object's lifetime. Transfer thread.
 class UsbfsInterface {
 public:
     struct Claim {
         int status = 0; ///< 0, or errno: EBUSY when a kernel driver or another process holds the interface
         std::unique_ptr<UsbfsInterface> interface;
     };
-    /// Opens the device node and claims the interface. A driver that holds it stays where it is.
+    /// Opens the device node and claims the interface. Does not detach a driver that holds it.
     static Claim claim(const std::string &node, std::uint16_t interfaceNumber);
 
     ~UsbfsInterface();
@@ -29,8 +29,8 @@ public:
     /// The open device node.
     int fileDescriptor() const { return m_file.get(); }
 
-    /// One control transfer; at most five seconds. 0, or errno; a request of which less was sent
-    /// than was given is EIO, an answer may be short.
+    /// One control transfer; timeout five seconds. 0, or errno; a truncated request is EIO, an answer may be
+    /// short.
     int controlTransfer(const USBControlRequest &request);
 
 private:
@@ -44,7 +44,7 @@ private:
         void operator()(libusb_device_handle *handle) const;
     };
 
-    // libusb works on the file that we opened and leaves it open: the order matters.
+    // libusb uses our open file and does not close it: keep this order of members.
     FileDescriptor m_file;
     std::unique_ptr<libusb_context, ContextExit> m_context;
     std::unique_ptr<libusb_device_handle, HandleClose> m_handle;
