@@ -74,8 +74,8 @@ void PopoverScreen::cut(QWindow &window, const QRegion &shape) const
     xcb_flush(m_connection->get());
 }
 
-/// Window managers take the state of a window away when it is hidden; the toolkit adds its own to what it
-/// finds when it shows one.
+/// Window managers remove a window's state when it is hidden; the toolkit adds its own state to the existing
+/// one when it shows it.
 void PopoverScreen::keepOutOfLists(QWindow &window) const
 {
     if (!m_connection) {
@@ -88,7 +88,7 @@ void PopoverScreen::keepOutOfLists(QWindow &window) const
     const auto cookie = xcb_change_property_checked(
         m_connection->get(), XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()), state,
         XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(skipped.size()), skipped.data());
-    // Before the toolkit, which has a connection of its own, goes on.
+    // Wait for the server before the toolkit continues on its own connection.
     const XReply<xcb_generic_error_t> ignored(xcb_request_check(m_connection->get(), cookie));
 }
 

@@ -10,37 +10,37 @@
 
 namespace kelmoth {
 
-/// What a screen does for a popover that the toolkit does not ask it for. Main thread.
+/// Window-system features for a popover that the toolkit does not provide. Main thread.
 class PopoverScreen : public QObject {
     Q_OBJECT
 
 public:
-    /// `connection` may be absent.
+    /// `connection` may be null.
     explicit PopoverScreen(std::shared_ptr<XConnection> connection);
     ~PopoverScreen() override = default;
 
-    /// Whether a program has a say in where its windows lie.
+    /// Whether a program can position its windows.
     virtual bool canPlaceWindows() const;
 
-    /// Whether a program learns where the pointer is also while that is on somebody else's window.
+    /// Whether a program knows the pointer's position also over other programs' windows.
     bool knowsPointer() const;
 
-    /// Whether windows may shine through on screen now.
+    /// Whether translucent windows are composited now.
     bool canShowShadows() const;
 
-    /// Whether the toolkit does not enlarge windows by what the desktop enlarges texts by. On X it does:
-    /// desktops put their text scaling into Xft.dpi there.
+    /// Whether the toolkit ignores the desktop's text scaling. On X it does not: desktops put the scaling
+    /// into Xft.dpi there.
     static bool leavesTextsToProgram();
 
-    /// Has a window that is about to be shown left out of task bars and pagers.
+    /// Hides a window that is about to be shown from task bars and pagers.
     void keepOutOfLists(QWindow &window) const;
 
-    /// Leaves of a window only these of its pixels; all when there are none. The toolkit's own mask knows
-    /// only logical ones.
+    /// Clips a window to these physical pixels; an empty mask clips nothing. The toolkit's mask has logical
+    /// pixels only.
     void cut(QWindow &window, const QRegion &shape) const;
 
 Q_SIGNALS:
-    /// The answer of `canShowShadows` is another one than before.
+    /// `canShowShadows` has changed.
     void shadowsChanged();
 
 private:

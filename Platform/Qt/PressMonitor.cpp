@@ -13,8 +13,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// What a press brings about elsewhere arrives within this time after its end. A busy shell takes long; where
-/// the next press is seen as well, nothing that it brings about is taken for the last one's.
+/// The effects of a press in other programs arrive within this time after its release. A busy shell is slow;
+/// with raw events a new press ends the time, so that its effects are not taken for the last one's.
 constexpr auto consequence = 3s;
 constexpr auto unseenConsequence = 300ms;
 
@@ -28,7 +28,7 @@ std::optional<int> rawEventsOf(const XConnection &connection)
     if (!extension || !extension->present) {
         return std::nullopt;
     }
-    // Version 2.2 reports them also while another program has grabbed the pointer, as menus do.
+    // Version 2.2 reports raw events also while another program, such as a menu, grabs the pointer.
     const auto cookie = xcb_input_xi_query_version(connection.get(), 2, 2);
     const XReply<xcb_input_xi_query_version_reply_t> version(
         xcb_input_xi_query_version_reply(connection.get(), cookie, nullptr));
@@ -79,20 +79,20 @@ void PressMonitor::setNeeded(bool isNeeded)
         return;
     }
     if (isNeeded) {
-        catchUp(); // the press that has brought this about is none that comes from now on
+        catchUp(); // discard the press that caused this call
     }
     m_isNeeded = isNeeded;
     if (isNeeded) {
         m_untilRest.stop();
         select(true);
     } else if (!m_isHeld) {
-        m_untilRest.start(m_consequence); // whether the press goes on is still of interest
+        m_untilRest.start(m_consequence); // keep listening for the release
     }
 }
 
 bool PressMonitor::isLastPressUnderWay()
 {
-    catchUp(); // a press may be on its way that ends the last one
+    catchUp(); // a new press, which ends the last one, may be queued
     return m_isHeld || (m_sincePress.isValid() && !m_sincePress.hasExpired(m_consequence.count()));
 }
 
@@ -114,7 +114,7 @@ void PressMonitor::take(const xcb_generic_event_t &event)
         return;
     }
     if (generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
-        m_sincePress.invalidate(); // a new one: the last is over
+        m_sincePress.invalidate(); // a new press ends the last one
         m_isHeld = false;
         if (m_isNeeded && !isPointerOnOwnWindow()) {
             m_isHeld = true;
@@ -133,7 +133,7 @@ void PressMonitor::press()
 {
     m_sincePress.start();
     if (m_handler) {
-        const auto handler = m_handler; // it may be taken away by itself
+        const auto handler = m_handler; // a copy: it may remove itself
         handler();
     }
 }
@@ -157,8 +157,8 @@ void PressMonitor::select(bool isSelected)
     xcb_flush(m_connection->get());
 }
 
-/// A raw press has no place: it is asked for. Our windows lie on top of all others while they are shown. The
-/// item is one of them in a tray that embeds it.
+/// A raw press has no position: query the pointer. Our windows are on top of all others while shown. In a
+/// tray that embeds it, the status item is one of them.
 bool PressMonitor::isPointerOnOwnWindow() const
 {
     const auto windows = QGuiApplication::allWindows();

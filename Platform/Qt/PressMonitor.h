@@ -12,14 +12,13 @@
 
 namespace kelmoth {
 
-/// Presses as the X server reports them to whoever listens at the root window, whichever window they go to.
-/// Where the server does not see them all, as under Wayland, that the program loses the focus to another one
-/// stands in for a press.
+/// Reports presses from the X server's raw events on the root window, whichever window they go to. Where the
+/// server does not see all presses, as under Wayland, losing the focus to another program counts as a press.
 class PressMonitor : public QObject, public EventMonitor {
     Q_OBJECT
 
 public:
-    /// With the application object. `connection` may be absent: there is only the focus then.
+    /// Needs the application object. With a null `connection` only the focus counts.
     explicit PressMonitor(std::shared_ptr<XConnection> connection);
     ~PressMonitor() override;
     PressMonitor(const PressMonitor &) = delete;
@@ -37,14 +36,14 @@ private:
     void select(bool isSelected);
     bool isPointerOnOwnWindow() const;
 
-    std::shared_ptr<XConnection> m_connection; ///< none without the extension, too
+    std::shared_ptr<XConnection> m_connection; ///< null also without the extension
     int m_extension = 0;                       ///< the extension's code in events
     bool m_followsFocus = false;
-    std::chrono::milliseconds m_consequence{}; ///< how long after its end a press is under way
+    std::chrono::milliseconds m_consequence{}; ///< how long a press counts as under way after its release
     std::function<void()> m_handler;
     bool m_isNeeded = false;
-    bool m_isHeld = false;      ///< the button of the last press is down
-    QElapsedTimer m_sincePress; ///< or since its release
+    bool m_isHeld = false;      ///< the button of the last press is still down
+    QElapsedTimer m_sincePress; ///< since the last press or its release
     QTimer m_untilRest;
 };
 

@@ -35,7 +35,7 @@ std::shared_ptr<const Bundle> resourceMainBundle()
 void fillQtPlatform(Platform &platform)
 {
     platform.userDefaults =
-        settingsUserDefaults(std::chrono::seconds{4}); // a desktop that ends waits no longer
+        settingsUserDefaults(std::chrono::seconds{4}); // desktops kill programs later at logout
     platform.mainBundle = resourceMainBundle();
 }
 

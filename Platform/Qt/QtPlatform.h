@@ -12,17 +12,17 @@ namespace kelmoth {
 
 struct Platform;
 
-/// Where the program's settings are: `com.kelmoth.app` in the user's configuration directory.
+/// The program's settings directory: `com.kelmoth.app` in the user's configuration directory.
 QString settingsDirectory();
 
-/// The user's preferences, in `defaults.ini` of that directory. At its end the program waits so long for the
-/// disk.
+/// The user's preferences, in `defaults.ini` of that directory. `longestWait` limits how long the program
+/// waits for the disk when it exits.
 std::shared_ptr<UserDefaults> settingsUserDefaults(std::chrono::milliseconds longestWait);
 
-/// The program's identity and the resources that are built into it, its language folders among them.
+/// The program's identity and its built-in resources, including the language folders.
 std::shared_ptr<const Bundle> resourceMainBundle();
 
-/// Puts both into a platform.
+/// Sets both in a platform.
 void fillQtPlatform(Platform &platform);
 
 } // namespace kelmoth

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view folderType = "lproj";
 
-/// The context under which every text of a table stands.
+/// The translation context of all texts.
 constexpr auto tableName = "Localizable";
 
 } // namespace

@@ -9,8 +9,8 @@
 
 namespace kelmoth {
 
-/// A bundle in a directory, on disk or built into the program (":/…"). Its languages are the folders
-/// "CODE.lproj", each with the compiled string table "Localizable.qm"; a folder without one has no texts.
+/// A bundle in a directory, on disk or built into the program (":/…"). Each folder "CODE.lproj" is a
+/// language, with the compiled string table "Localizable.qm"; without it the language has no texts.
 class ResourceBundle : public Bundle {
 public:
     ResourceBundle(QString identifier, QString version, QString directory);
@@ -18,8 +18,7 @@ public:
     std::string identifier() const override { return m_identifier.toStdString(); }
     std::string version() const override { return m_version.toStdString(); }
 
-    /// The languages of the system's user that have a folder here; "en", the language of the keys, when none
-    /// of them has.
+    /// The user's preferred languages that have a folder here; "en", the language of the keys, when none has.
     std::vector<std::string> preferredLocalizations() const override;
     std::optional<std::string> pathForResource(std::string_view name, std::string_view type) const override;
     std::shared_ptr<const Bundle> bundleAtPath(const std::string &path) const override;
@@ -30,7 +29,7 @@ private:
     QString m_version;
     QString m_directory;
     QTranslator m_table; ///< empty unless this is a language folder
-    mutable std::map<std::string, std::shared_ptr<const Bundle>> m_opened; ///< by path: texts do not change
+    mutable std::map<std::string, std::shared_ptr<const Bundle>> m_opened; ///< by path
 };
 
 } // namespace kelmoth

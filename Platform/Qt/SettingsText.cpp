@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view header = "[General]";
 
-/// Characters with an escape sequence of their own, and its letter.
+/// Characters with their own escape sequence, and its letter.
 constexpr std::array<std::pair<char, char>, 9> escapes{{{'\a', 'a'},
                                                         {'\b', 'b'},
                                                         {'\f', 'f'},
@@ -32,7 +32,7 @@ std::string_view trimmed(std::string_view text)
     return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
 }
 
-/// Takes the digits of a number off the text's front. Its value is that of a UTF-16 unit.
+/// Consumes the digits of a number from the text's front. Its value is a UTF-16 unit.
 char16_t takeNumber(std::string_view &text, int base)
 {
     const auto isDigit = [base](char c) {
@@ -45,7 +45,7 @@ char16_t takeNumber(std::string_view &text, int base)
     return static_cast<char16_t>(std::strtoul(digits.c_str(), nullptr, base));
 }
 
-/// Takes what follows a backslash off the text's front.
+/// Consumes what follows a backslash from the text's front.
 QString takeEscaped(std::string_view &text)
 {
     if (text.empty()) {
@@ -63,7 +63,7 @@ QString takeEscaped(std::string_view &text)
     return row == escapes.end() ? QString() : QString(QLatin1Char(row->first));
 }
 
-/// The text that is written; none for what is no text.
+/// Decodes a value; none when it is not a text.
 std::optional<std::string> decoded(std::string_view written)
 {
     QString text;
@@ -100,7 +100,7 @@ std::string encoded(const std::string &value)
         return value;
     }
     std::string written = value.starts_with('@') ? "\"@" : "\"";
-    bool isAfterNumber = false; // which a digit would go on
+    bool isAfterNumber = false; // a digit would extend the escape
     for (const char character : value) {
         const auto byte = static_cast<unsigned char>(character);
         const auto *const row = std::ranges::find(escapes, character, &std::pair<char, char>::first);

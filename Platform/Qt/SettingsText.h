@@ -8,21 +8,20 @@
 
 namespace kelmoth {
 
-/// The text of a preferences file, in the INI dialect of QSettings: what that writes is read here, and the
-/// other way round. QSettings itself only works on a path, which may lead to anything by the time it is
-/// opened. Keys are letters, digits and dots.
+/// The text of a preferences file in the INI dialect of QSettings, compatible in both directions. QSettings
+/// itself takes only a path, whose file may be replaced before it is opened. Keys are letters, digits and
+/// dots.
 class SettingsText {
 public:
     using Values = std::map<std::string, std::optional<std::string>, std::less<>>;
 
-    /// Takes any text; of one that is no INI file nothing is found.
+    /// Accepts any text; one that is not INI has no values.
     explicit SettingsText(std::string_view text);
 
-    /// The values under their keys, UTF-8; one that is not a text is absent, such as a list.
+    /// The values by key, UTF-8; values other than text, such as lists, are absent.
     Values values() const;
 
-    /// Puts a value in place of any other under the key; none takes it away. All else stays as it was
-    /// written.
+    /// Sets or replaces the value of a key; none removes it. The rest of the text stays as it was.
     void set(std::string_view key, const std::optional<std::string> &value);
 
     std::string text() const;
@@ -30,7 +29,7 @@ public:
 private:
     struct Line {
         std::string text;
-        std::string key; ///< of a value of the file's general section; else empty
+        std::string key; ///< key of a value in the general section; else empty
     };
 
     std::vector<Line> m_lines;

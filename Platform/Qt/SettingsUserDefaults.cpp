@@ -21,7 +21,7 @@ namespace kelmoth {
 
 namespace {
 
-/// A file of ours has some kilobytes. To read a larger one would hold up the main thread.
+/// Our file has some kilobytes. Reading a larger one would block the main thread.
 constexpr std::size_t largestFile = std::size_t{1024} * 1024;
 
 constexpr const char *notRead = "⚠️ Settings could not be read: %s";
@@ -35,12 +35,12 @@ std::optional<std::int64_t> wholeNumber(const std::string &text)
     return result.ec == std::errc() && result.ptr == end ? std::optional(value) : std::nullopt;
 }
 
-/// Values under their keys; a key without one is to be taken away.
+/// Values by key; a key without one is to be removed.
 using Changes = std::map<std::string, std::optional<std::string>, std::less<>>;
 
 void makePrivateDirectory(const std::filesystem::path &directory)
 {
-    std::error_code ignored; // what is written there says it
+    std::error_code ignored; // writing there reports it
     std::filesystem::create_directories(directory.parent_path(), ignored);
     ::mkdir(directory.c_str(), S_IRWXU);
 }
@@ -52,18 +52,17 @@ std::optional<std::string> readOwn(const std::string &path, std::string *obstacl
     return text;
 }
 
-/// Brings the changes into the file, while no other program does that. None when the disk holds them.
+/// Merges the changes into the file under a lock. None once the disk holds them, else the reason.
 std::optional<std::string> save(const std::string &path, const Changes &changes)
 {
     makePrivateDirectory(std::filesystem::path(path).parent_path());
     std::string obstacle;
-    const auto lockPath = path + ".flock"; // QLockFile would take a lasting ".lock" for one that is held
+    const auto lockPath = path + ".flock"; // QLockFile takes a left-over ".lock" for a held one
     const auto lock = openRegularFile(lockPath, O_RDWR | O_CREAT, {.isOwn = true}, &obstacle);
     if (!lock) {
         return lockPath + ": " + obstacle;
     }
-    while (::flock(lock.get(), LOCK_EX) != 0 &&
-           errno == EINTR) { // a file system that knows no locks has none
+    while (::flock(lock.get(), LOCK_EX) != 0 && errno == EINTR) { // no lock on file systems without locks
     }
     const auto before = readOwn(path, &obstacle);
     if (!before) {
@@ -79,14 +78,14 @@ std::optional<std::string> save(const std::string &path, const Changes &changes)
 
 } // namespace
 
-/// What the writing thread works on, which the disk may keep beyond the object's end. While there are writes
-/// still to come, or one that failed, the file is not looked at: what is set is newer.
+/// State of the writing thread, which may outlive the object when the disk blocks. While a write is pending
+/// or the last one failed, the file is not read: the values in memory are newer.
 struct SettingsUserDefaults::Writes {
     std::atomic<int> pending = 0;
-    std::atomic<bool> isUnsaved = false; ///< the last one failed
-    Changes owed;                        ///< what the disk does not hold yet; on the writing thread
+    std::atomic<bool> isUnsaved = false; ///< the last write failed
+    Changes unsaved;                     ///< changes not on the disk yet; writing thread only
 
-    /// Logs what stands in the way, once for as long as it does.
+    /// Logs an obstacle, once until it changes or ends.
     void report(const char *line, const std::string &why)
     {
         const std::scoped_lock guard(m_mutex);
@@ -94,7 +93,7 @@ struct SettingsUserDefaults::Writes {
             log(line, why.c_str());
         }
     }
-    void reportWell()
+    void clearReport()
     {
         const std::scoped_lock guard(m_mutex);
         m_obstacle.clear();
@@ -128,7 +127,7 @@ SettingsUserDefaults::~SettingsUserDefaults()
 std::optional<std::string> SettingsUserDefaults::flush()
 {
     if (m_writer && !m_writer->waitForDone(static_cast<int>(m_longestWait.count()))) {
-        (void)m_writer.release(); // ends with the process, which must not wait for it any longer
+        (void)m_writer.release(); // leaked on purpose: it ends with the process
     }
     if (!m_writer) {
         m_writes->report(notSaved, m_path + ": The disk, or another program, keeps it waiting");
@@ -146,8 +145,8 @@ std::optional<SettingsUserDefaults::Stamp> SettingsUserDefaults::stamp() const
                  info.st_mtim.tv_sec * std::int64_t{1'000'000'000} + info.st_mtim.tv_nsec};
 }
 
-/// Reads the file when it is not the one that was read last. Where it cannot be, what is known holds on.
-void SettingsUserDefaults::look() const
+/// Reads the file if it has changed. Keeps the known values when that fails.
+void SettingsUserDefaults::reload() const
 {
     if (m_writes->pending > 0 || m_writes->isUnsaved) {
         return;
@@ -167,7 +166,7 @@ void SettingsUserDefaults::look() const
 
 std::optional<std::string> SettingsUserDefaults::text(std::string_view key) const
 {
-    look();
+    reload();
     const auto found = m_values.find(key);
     return found == m_values.end() ? std::nullopt : found->second;
 }
@@ -186,7 +185,7 @@ std::optional<std::string> SettingsUserDefaults::dataForKey(std::string_view key
 
 bool SettingsUserDefaults::hasObjectForKey(std::string_view key) const
 {
-    look();
+    reload();
     return m_values.contains(key);
 }
 
@@ -202,14 +201,14 @@ void SettingsUserDefaults::setData(std::string_view key, std::string data)
 
 void SettingsUserDefaults::set(std::string_view key, std::string value)
 {
-    look(); // what is set from here on stands over what the file holds now
+    reload(); // read first: the new value overrides the file's
     m_values[std::string(key)] = value;
     store(key, std::move(value));
 }
 
 void SettingsUserDefaults::removeObject(std::string_view key)
 {
-    look();
+    reload();
     const auto found = m_values.find(key);
     if (found == m_values.end()) {
         return;
@@ -218,22 +217,22 @@ void SettingsUserDefaults::removeObject(std::string_view key)
     store(key, std::nullopt);
 }
 
-/// Brings a value, or that there is none, to the disk.
+/// Writes a value, or its removal, to the disk.
 void SettingsUserDefaults::store(std::string_view key, std::optional<std::string> value)
 {
     if (!m_writer) {
-        return; // as was said when it was given up
+        return; // already reported by `flush`
     }
     ++m_writes->pending;
     m_writer->start([path = m_path, name = std::string(key), text = std::move(value), writes = m_writes] {
-        writes->owed[name] = text;
-        if (const auto why = save(path, writes->owed)) {
+        writes->unsaved[name] = text;
+        if (const auto why = save(path, writes->unsaved)) {
             writes->isUnsaved = true;
             writes->report(notSaved, *why);
         } else {
             writes->isUnsaved = false;
-            writes->owed.clear();
-            writes->reportWell();
+            writes->unsaved.clear();
+            writes->clearReport();
         }
         --writes->pending;
     });

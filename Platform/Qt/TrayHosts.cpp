@@ -14,7 +14,7 @@ namespace {
 const auto watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 const auto watcherPath = QStringLiteral("/StatusNotifierWatcher");
 
-/// Whether an answer is that of a service which has its name, and nothing else yet.
+/// Whether the service owns its name, but has no object yet.
 bool isOfBareName(const QDBusMessage &reply)
 {
     const auto error = QDBusError(reply).type();
@@ -31,7 +31,8 @@ TrayHosts::TrayHosts(std::shared_ptr<XConnection> connection)
         m_traySelection =
             m_connection->atom("_NET_SYSTEM_TRAY_S" + std::to_string(m_connection->screenNumber()));
         m_managerMessage = m_connection->atom("MANAGER");
-        const std::uint32_t structure = XCB_EVENT_MASK_STRUCTURE_NOTIFY; // a new tray tells the root window
+        const std::uint32_t structure =
+            XCB_EVENT_MASK_STRUCTURE_NOTIFY; // a new tray sends MANAGER to the root window
         xcb_change_window_attributes(m_connection->get(), m_connection->root(), XCB_CW_EVENT_MASK,
                                      &structure);
         connect(m_connection.get(), &XConnection::received, this, &TrayHosts::take);
@@ -47,7 +48,7 @@ TrayHosts::TrayHosts(std::shared_ptr<XConnection> connection)
     if (m_bus.isConnected()) {
         askNotifierHost();
     } else {
-        m_isKnown = true; // nothing is answered without a bus
+        m_isKnown = true; // no answer will come without a bus
     }
     m_wasAny = isAny();
 }
@@ -71,7 +72,7 @@ void TrayHosts::ownerChanged(const QString &, const QString &before, const QStri
     }
 }
 
-/// The last question counts: an answer to an earlier one is not waited for any more.
+/// Only the last query counts: earlier pending ones are dropped.
 void TrayHosts::askNotifierHost()
 {
     auto call = QDBusMessage::createMethodCall(
@@ -81,7 +82,7 @@ void TrayHosts::askNotifierHost()
     m_asking = std::make_unique<QDBusPendingCallWatcher>(m_bus.asyncCall(call));
     connect(m_asking.get(), &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *asked) {
         const auto reply = asked->reply();
-        m_asking.release()->deleteLater(); // it is still telling us
+        m_asking.release()->deleteLater(); // it is emitting a signal
         const auto value = reply.arguments().value(0).value<QDBusVariant>().variant();
         const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage;
         m_hasNotifierHost = isAnswer && value.toBool();
@@ -105,13 +106,13 @@ void TrayHosts::take(const xcb_generic_event_t &event)
     } else if (type == XCB_DESTROY_NOTIFY) {
         const auto &destroyed = reinterpret_cast<const xcb_destroy_notify_event_t &>(event);
         if (destroyed.window == m_tray) {
-            findTray(); // its successor may have been there before
+            findTray(); // its successor may exist already
             update();
         }
     }
 }
 
-/// The window is to tell when it goes; when it has gone before it could be asked to, there is none.
+/// Finds the tray's window and subscribes to its end; there is no tray when it ended before that.
 void TrayHosts::findTray()
 {
     auto *connection = m_connection->get();

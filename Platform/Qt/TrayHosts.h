@@ -11,27 +11,27 @@
 
 namespace kelmoth {
 
-/// Who could show a status item: a StatusNotifier host on the session bus, or a system tray of the X server.
-/// Both may come, go and return. The toolkit looks for them once and remembers what it saw: it is to be asked
-/// only when there is one. Main thread.
+/// Finds hosts that can show a status item: a StatusNotifier host on the session bus, or a system tray of the
+/// X server. Both may come and go. The toolkit looks for them once and caches the result: use it only once
+/// there is a host. Main thread.
 class TrayHosts : public QObject {
     Q_OBJECT
 
 public:
-    /// `connection` may be absent.
+    /// `connection` may be null.
     explicit TrayHosts(std::shared_ptr<XConnection> connection);
 
-    /// Whether there is one. A tray of the X server is seen at once; without it none until the bus, if there
-    /// is one, has answered. Which of both is used where both are the toolkit asks itself.
+    /// Whether there is a host. An X tray is found at once; without one the result is none until the bus, if
+    /// any, has answered. If there are both, the toolkit chooses.
     std::optional<bool> isAny() const;
 
 Q_SIGNALS:
-    /// The answer of `isAny` is another one than before.
+    /// `isAny` has changed.
     void changed();
 
-    /// The StatusNotifier watcher does not know the item, though the toolkit thinks so: it has followed
-    /// another without a moment between, of which the toolkit takes no notice, or has had its name before it
-    /// answered.
+    /// The StatusNotifier watcher does not know the item, although the toolkit believes so: the watcher took
+    /// over from another at once, which the toolkit does not notice, or owned its name before it could
+    /// answer.
     void itemUnknown();
 
 private:
@@ -48,7 +48,7 @@ private:
     xcb_window_t m_tray = XCB_NONE; ///< the tray's window
     bool m_hasNotifierHost = false;
     bool m_isKnown = false; ///< the bus has answered
-    bool m_isBare = false;  ///< the watcher had its name, and nothing else, when it was last asked
+    bool m_isBare = false;  ///< the watcher owned its name, but no object, at the last query
     std::optional<bool> m_wasAny;
 
 private Q_SLOTS:

@@ -11,8 +11,7 @@ namespace kelmoth {
 
 namespace {
 
-/// A menu that answers to its key equivalents while it is open: the toolkit's own does so only as part of a
-/// window.
+/// A menu that handles its shortcuts while it is open: the toolkit's menu does so only within a window.
 class ItemMenu : public QMenu {
 protected:
     void keyPressEvent(QKeyEvent *event) override
@@ -34,7 +33,7 @@ xcb_window_t idOf(const QWidget &window)
     return static_cast<xcb_window_t>(window.internalWinId());
 }
 
-/// From pixels of the server. The toolkit lets each screen begin where the server does.
+/// Converts from server pixels. Each screen has the same origin in the toolkit as on the server.
 QRect inPoints(const QRect &area)
 {
     const auto screens = QGuiApplication::screens();
@@ -71,7 +70,7 @@ void TrayStatusItem::registerAnew()
     }
 }
 
-/// Once made, the toolkit's item follows its kind of host by itself.
+/// Once created, the toolkit's item follows its kind of host by itself.
 void TrayStatusItem::followHosts()
 {
     if (m_hosts.isAny().value_or(false) && !m_icon) {
@@ -92,8 +91,8 @@ void TrayStatusItem::show()
     followWindow();
 }
 
-/// Where the item is a window, the toolkit does not tell when it has come to its place; nor of the window
-/// that it makes for the next tray, which is looked for among all that are shown.
+/// If the item is a window, the toolkit does not report when it is placed, nor when it creates a window for
+/// the next tray. So look for that among all top-level widgets.
 void TrayStatusItem::followWindow()
 {
     const auto widgets = QApplication::topLevelWidgets();
@@ -119,8 +118,7 @@ bool TrayStatusItem::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-/// Whether the item waits for a tray to take it in: until then it is nowhere. A tray that ends lets go of it,
-/// or takes its window along.
+/// Whether the item's window waits to be embedded by a tray. A tray that ends releases or destroys it.
 bool TrayStatusItem::isDocking() const
 {
     if (!m_window) {
@@ -137,8 +135,8 @@ std::optional<bool> TrayStatusItem::isHosted() const
     return isAny == true && isDocking() ? std::nullopt : isAny;
 }
 
-/// The second click of a double one counts like any other. The right button's menu is the toolkit's business;
-/// the middle button means nothing.
+/// A double click counts as a second click. The toolkit opens the menu of the right button; the middle button
+/// is ignored.
 void TrayStatusItem::click(QSystemTrayIcon::ActivationReason reason)
 {
     const bool isLeft = reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick;
@@ -147,8 +145,8 @@ void TrayStatusItem::click(QSystemTrayIcon::ActivationReason reason)
     }
 }
 
-/// Hosts read a menu once and keep the numbers of its entries: the menu and its entries stay, and what they
-/// say changes.
+/// Hosts read a menu once and keep the IDs of its entries: so keep the menu and its entries, and change their
+/// content.
 void TrayStatusItem::setMenu(std::vector<MenuEntry> entries)
 {
     m_entries = std::move(entries);
@@ -167,14 +165,14 @@ void TrayStatusItem::setMenu(std::vector<MenuEntry> entries)
     }
 }
 
-/// The entry does what the one at its place says by then.
+/// Triggers the action that is at this index at that time.
 QAction *TrayStatusItem::addEntry(std::size_t index)
 {
     auto *action = m_menu->addAction(QString());
     connect(
         action, &QAction::triggered, action,
         [this, index] {
-            const auto act = m_entries.at(index).action; // it may change the menu that it is chosen from
+            const auto act = m_entries.at(index).action; // a copy: it may change the menu
             act();
         },
         Qt::QueuedConnection);
@@ -197,7 +195,7 @@ void TrayStatusItem::setAlphaValue(double alpha)
     }
 }
 
-/// Only a tray of the X server tells. The server is asked: the toolkit learns of the place later.
+/// Known for a tray of the X server only. Queries the server, because the toolkit learns the position later.
 std::optional<ScreenRect> TrayStatusItem::frame() const
 {
     const auto area = m_window && !isDocking() ? inPoints(m_connection->areaOf(idOf(*m_window))) : QRect();

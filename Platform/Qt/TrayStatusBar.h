@@ -18,10 +18,10 @@
 
 namespace kelmoth {
 
-/// The picture of a status item, as opaque as asked for, 0 to 1.
+/// Draws a status item's picture with an opacity of 0 to 1.
 using StatusPicture = std::function<QIcon(double alpha)>;
 
-/// A status item in whichever tray the desktop has. With the application object. Main thread.
+/// A status item in the desktop's tray, of either kind. Needs the application object. Main thread.
 class TrayStatusItem : public QObject, public StatusItem {
     Q_OBJECT
 
@@ -53,8 +53,8 @@ private:
     double m_alpha = 1.0;
     std::vector<MenuEntry> m_entries;
     const std::unique_ptr<QMenu> m_menu;     ///< with an action for each
-    QPointer<QWidget> m_window;              ///< the item's own, in a system tray of the X server
-    std::unique_ptr<QSystemTrayIcon> m_icon; ///< none before the first host came
+    QPointer<QWidget> m_window;              ///< the item's window, in a system tray of the X server
+    std::unique_ptr<QSystemTrayIcon> m_icon; ///< null before the first host
     std::function<void()> m_clickHandler;
     std::function<void()> m_hostHandler;
 };

@@ -33,7 +33,7 @@ XConnection::XConnection(xcb_connection_t *connection, int screenNumber)
     }
     m_root = screens.data->root;
     connect(&m_notifier, &QSocketNotifier::activated, this, [this] { dispatch(xcb_poll_for_event); });
-    // Waiting for a reply reads events, too: the socket does not tell of those any more.
+    // Waiting for a reply also queues events, for which the socket does not become readable again.
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
             [this] { dispatch(xcb_poll_for_queued_event); });
 }
@@ -94,7 +94,7 @@ bool XConnection::isComposited() const
 
 void XConnection::watchCompositor()
 {
-    const auto greeting = xcb_xfixes_query_version(m_connection, 1, 0); // it serves nobody who has not asked
+    const auto greeting = xcb_xfixes_query_version(m_connection, 1, 0); // required before any other request
     xcb_discard_reply(m_connection, greeting.sequence);
     xcb_xfixes_select_selection_input(m_connection, m_root, compositorSelection(),
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
@@ -116,7 +116,7 @@ void XConnection::dispatch(NextEvent nextEvent)
         Q_EMIT received(*next);
     }
     if (xcb_connection_has_error(m_connection) != 0) {
-        m_notifier.setEnabled(false); // the server is gone, which the toolkit does not survive
+        m_notifier.setEnabled(false); // the server is gone; the toolkit ends the process
     }
 }
 

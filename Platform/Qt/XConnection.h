@@ -12,17 +12,17 @@
 
 namespace kelmoth {
 
-/// A connection to the X server beside the toolkit's, for what the toolkit does not tell of. None where the
-/// program does not speak X. Main thread.
+/// An own connection to the X server, for what the toolkit does not report. Null unless the program runs on
+/// X. Main thread.
 class XConnection : public QObject {
     Q_OBJECT
 
 public:
-    /// To the server of the application object's screens.
+    /// Connects to the server of the application object's screens.
     static std::unique_ptr<XConnection> connectToServer();
 
-    /// Whether the server runs within a Wayland session: it then hears of the pointer only while that is on
-    /// one of its windows.
+    /// Whether the server runs within a Wayland session: it then gets pointer events only over its own
+    /// windows.
     static bool isWithinWayland();
 
     ~XConnection() override;
@@ -36,23 +36,22 @@ public:
     /// The atom of a name; 0 when the server does not answer.
     xcb_atom_t atom(std::string_view name) const;
 
-    /// The window that owns a selection; none when nobody does.
+    /// The window that owns a selection; none without an owner.
     xcb_window_t selectionOwner(xcb_atom_t selection) const;
 
-    /// The window that another lies in; none when that is gone.
+    /// The parent of a window; none when the window is gone.
     xcb_window_t parentOf(xcb_window_t window) const;
 
-    /// Where a window is on the root window, in pixels of the server; nothing when it is gone.
+    /// A window's geometry on the root window, in server pixels; empty when it is gone.
     QRect areaOf(xcb_window_t window) const;
 
-    /// Whether a compositor shows windows that others shine through.
+    /// Whether a compositor shows translucent windows.
     bool isComposited() const;
 
-    /// From now on events of the extension XFIXES, which the server has, tell of compositors that come and
-    /// go.
+    /// Subscribes to XFIXES events about compositors that start or end; the server has XFIXES.
     void watchCompositor();
 
-    /// Hands on all events of what the server has done up to now: the toolkit may have learnt of it before.
+    /// Dispatches all events that the server has sent so far: the toolkit may know of them already.
     void catchUp();
 
 Q_SIGNALS:
@@ -71,7 +70,7 @@ private:
     QSocketNotifier m_notifier;
 };
 
-/// Owns what xcb allocates.
+/// Owns memory allocated by xcb.
 struct FreeDeleter {
     void operator()(void *memory) const { std::free(memory); }
 };
