@@ -6,31 +6,31 @@
 
 namespace kelmoth {
 
-/// Which scheme of colours the user's desktop asks programs for.
+/// The colour scheme that the user's desktop prefers.
 enum class ColorScheme { noPreference, dark, light };
 
-/// How the user's desktop wants programs to look. What a desktop does not say is absent or false. Main
-/// thread; no call waits.
+/// Appearance settings of the user's desktop. Settings that the desktop does not provide are absent or false.
+/// Main thread; no call blocks.
 class DesktopSettings {
 public:
     virtual ~DesktopSettings() = default;
 
     virtual ColorScheme colorScheme() const = 0;
 
-    /// 0xRRGGBB; none when the desktop names none.
+    /// 0xRRGGBB; none when the desktop has none.
     virtual std::optional<std::uint32_t> accentColor() const = 0;
 
-    /// Whether nothing shall move on screen.
+    /// Whether animations are to be avoided.
     virtual bool reduceMotion() const = 0;
 
-    /// Whether nothing shall shine through.
+    /// Whether transparency is to be avoided.
     virtual bool reduceTransparency() const = 0;
 
-    /// How much larger than usual texts shall be, 0.5 to 3; 1 when the desktop does not say.
+    /// Text scaling factor, 0.5 to 3; 1 when the desktop does not provide it.
     virtual double textScale() const = 0;
 
-    /// Called on the main thread whenever one of the settings has changed. One handler: it replaces the
-    /// last one; an empty one ends the calls.
+    /// Sets the handler, called on the main thread after each change of a setting. It replaces the last
+    /// handler; an empty one removes it.
     virtual void setChangeHandler(std::function<void()> handler) = 0;
 };
 

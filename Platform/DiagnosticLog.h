@@ -9,19 +9,18 @@
 
 namespace kelmoth {
 
-/// Keeps the latest diagnostic lines until it is known whether anyone wants them, or shows each at once.
-/// Any thread.
+/// Buffers the latest diagnostic lines for later, or prints each at once. Any thread.
 class DiagnosticLog : public Log {
 public:
-    /// How many lines are kept: about what a mouse that never answers leaves behind in a few commands.
+    /// How many lines are kept: about those of a few commands to a mouse that does not answer.
     static constexpr std::size_t capacity = 64;
 
-    /// `descriptor` is where lines are shown; it stays the caller's. With `live` each is shown as it comes.
+    /// Lines are printed to `descriptor`, which stays the caller's. With `live` each is printed at once.
     DiagnosticLog(int descriptor, bool live);
 
     void write(std::string_view line) override;
 
-    /// Shows what was kept, and forgets it.
+    /// Prints and clears the buffer.
     void show();
 
 private:

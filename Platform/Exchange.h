@@ -2,21 +2,21 @@
 
 namespace kelmoth {
 
-/// A channel on which a request and its answer belong together: two processes may own the same mouse, and
-/// neither may read the other's answer.
+/// A channel that can be locked for a request and its answer, so that two processes that use the same mouse
+/// do not read each other's answers.
 class ExchangeChannel {
 public:
     virtual ~ExchangeChannel() = default;
 
-    /// Takes the mouse for one request and its answer, from every other process; waits a bounded time for
-    /// it. 0 on success, else errno, and then nothing may be sent. Transfer thread.
+    /// Locks the mouse for one request and its answer against other processes; waits a bounded time. 0 on
+    /// success, else errno: then send nothing. Transfer thread.
     virtual int beginExchange() = 0;
 
-    /// Gives back what a successful `beginExchange` took. Transfer thread.
+    /// Releases the lock of a successful `beginExchange`. Transfer thread.
     virtual void endExchange() = 0;
 };
 
-/// Holds a channel for as long as it lives.
+/// Locks a channel for its own lifetime.
 class ExchangeScope {
 public:
     explicit ExchangeScope(ExchangeChannel &channel) : m_channel(channel), m_status(channel.beginExchange())
@@ -31,7 +31,7 @@ public:
     ExchangeScope(const ExchangeScope &) = delete;
     ExchangeScope &operator=(const ExchangeScope &) = delete;
 
-    /// 0 while the channel is held, else the errno that says why it is not.
+    /// 0 while the channel is locked, else the errno of the failure.
     int status() const { return m_status; }
 
 private:

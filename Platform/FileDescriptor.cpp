@@ -12,7 +12,7 @@ int writeAll(int descriptor, std::string_view text)
         if (written >= 0) {
             text.remove_prefix(static_cast<std::size_t>(written));
         } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
-            // Someone who shares the terminal or the pipe has made it non-blocking.
+            // Another process that shares the terminal or pipe has made it non-blocking.
             pollfd ready{descriptor, POLLOUT, 0};
             ::poll(&ready, 1, -1);
         } else if (errno != EINTR) {

@@ -31,8 +31,7 @@ private:
     int m_fd = -1;
 };
 
-/// Writes all of `text`, waiting where the descriptor cannot take more at once. 0, or the errno of the
-/// failure. Any thread.
+/// Writes all of `text`; blocks while the descriptor cannot take more. 0, or errno. Any thread.
 int writeAll(int descriptor, std::string_view text);
 
 } // namespace kelmoth

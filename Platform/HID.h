@@ -13,15 +13,15 @@
 
 namespace kelmoth {
 
-/// What a read of a feature report gave.
+/// Result of reading a feature report.
 struct FeatureReportRead {
     int status = 0;         ///< 0 on success, else errno
     std::size_t length = 0; ///< bytes of the buffer that the mouse filled; 0 after a failure
 };
 
-/// What the system knows of a HID interface, without touching the device. What it does not know is absent.
-/// IDs are as the system has them: they may exceed 16 bits. Texts are valid UTF-8 or as the hardware gives
-/// them, and may hold control characters.
+/// What the system knows about a HID interface, found without device access. Unknown properties are absent.
+/// IDs may exceed 16 bits. Texts are valid UTF-8 or raw bytes from the hardware, and may hold control
+/// characters.
 struct HIDProperties {
     std::optional<std::int64_t> vendorID = std::nullopt;
     std::optional<std::int64_t> productID = std::nullopt;
@@ -33,22 +33,21 @@ struct HIDProperties {
     std::optional<std::string> transport = std::nullopt; ///< "USB", "Bluetooth" or "Unknown"
 };
 
-/// One HID interface of an attached device. It stays a valid object after the device has gone; its
-/// transfers then fail.
+/// One HID interface of an attached device. It stays a valid object after the detach; its transfers then
+/// fail.
 class HIDDevice : public ExchangeChannel {
 public:
-    /// What the system knew of the interface when this was first asked. Main thread.
+    /// The properties of the interface, from the first call on unchanged. Main thread.
     virtual HIDProperties properties() const = 0;
 
-    /// Where the system shows the interface: the path of its device node. Main thread.
+    /// The path of the interface's device node. Main thread.
     virtual std::string path() const = 0;
 
-    /// Whether this process may talk to the interface now: 0, or the errno of the refusal (EACCES: no
-    /// permission). Sends nothing. May block as long as opening a node does: not on the main thread of a
-    /// program with a panel.
+    /// Whether this process can access the interface now: 0, or errno (EACCES: no permission). Sends nothing.
+    /// May block while it opens the node: not for the main thread of a program with a panel.
     virtual int probeAccess() = 0;
 
-    /// Whether both stand for the same interface of the same attach. Main thread.
+    /// Whether both are the same interface of the same attach. Main thread.
     virtual bool isEqual(const HIDDevice &other) const = 0;
 
     /// Sends a feature report with report ID 0; the ID byte is not part of `report`. Blocks; transfer
@@ -70,14 +69,14 @@ public:
     /// Limits everything below to interfaces of these vendors.
     virtual void setDeviceMatching(std::span<const std::uint16_t> vendorIDs) = 0;
 
-    /// The matching interfaces that are present now, in no particular order.
+    /// The matching interfaces present now, in no particular order.
     virtual std::vector<std::shared_ptr<HIDDevice>> copyDevices() = 0;
 
-    /// Called from the event loop for each matching interface that attaches once the manager is open, and
-    /// perhaps also for those already present.
+    /// Called from the event loop for each matching interface that is attached while the manager is open, and
+    /// maybe for those already present.
     virtual void registerDeviceMatchingCallback(Callback callback) = 0;
 
-    /// Called from the event loop for each interface that goes away while the manager is open.
+    /// Called from the event loop for each interface that is detached while the manager is open.
     virtual void registerDeviceRemovalCallback(Callback callback) = 0;
 
     /// Starts the callbacks. 0 on success, else errno.
@@ -87,12 +86,12 @@ public:
     virtual void close() = 0;
 };
 
-/// The door to the system's HID devices.
+/// Access to the system's HID devices.
 class HIDService {
 public:
     virtual ~HIDService() = default;
 
-    /// A new manager; none when the system offers no way to watch devices. Main thread.
+    /// A new manager; null when the system cannot watch devices. Main thread.
     virtual std::unique_ptr<HIDManager> createManager() = 0;
 };
 

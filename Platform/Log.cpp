@@ -11,7 +11,7 @@ namespace kelmoth {
 
 namespace {
 
-/// Whether a character acts on a terminal, or on the order of the text around it, instead of showing itself.
+/// Whether a character controls a terminal or the order of the text around it instead of being visible.
 bool isHarmful(QChar character)
 {
     return character.category() == QChar::Other_Control || character == QChar::LineSeparator ||

@@ -5,21 +5,21 @@
 
 namespace kelmoth {
 
-/// Where diagnostic lines go. One call is one line.
+/// Receives diagnostic lines, one per call.
 class Log {
 public:
     virtual ~Log() = default;
 
-    /// Writes one line, UTF-8, without its line end. Control characters and bytes that are not UTF-8 may be
-    /// in it (names come from hardware): the sink makes them harmless. Any thread.
+    /// Writes one line, UTF-8, without its line end. It may hold control characters and invalid UTF-8 (names
+    /// come from hardware), which the sink must escape. Any thread.
     virtual void write(std::string_view line) = 0;
 };
 
-/// Formats one diagnostic line as printf does and hands it to the installed log. Any thread.
+/// Formats one diagnostic line as printf does and passes it to the installed log. Any thread.
 [[gnu::format(printf, 1, 2)]] void log(const char *format, ...);
 
 /// `line` with every control character, line end and byte that is not UTF-8 replaced by a visible stand-in,
-/// so that text from hardware can neither steer a terminal nor forge a second line. Any thread.
+/// so that text from hardware can neither control a terminal nor forge a line. Any thread.
 std::string printable(std::string_view line);
 
 } // namespace kelmoth

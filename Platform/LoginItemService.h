@@ -14,31 +14,30 @@ enum class LoginItemStatus {
     notFound = 3,         ///< the system does not know the program
 };
 
-/// The system's list of programs that start at login, as far as it is about this program. Main thread; no
-/// call waits.
+/// This program's entry among those that start at login. Main thread; no call blocks.
 class LoginItemService {
 public:
     virtual ~LoginItemService() = default;
 
     virtual LoginItemStatus status() const = 0;
 
-    /// Told when a request is done: none on success, else what went wrong, for the user. Called on the main
-    /// thread, before the request returns or later; not at all once the program ends.
+    /// Result of a request: none on success, else a message for the user. Called on the main thread, before
+    /// the request returns or later; not after the program's end.
     using Done = std::function<void(std::optional<std::string> failure)>;
 
-    /// Has the program started at login from now on.
+    /// Starts the program at login from now on.
     virtual void registerItem(Done done) = 0;
 
-    /// Ends that.
+    /// Stops starting the program at login.
     virtual void unregisterItem(Done done) = 0;
 
-    /// Shows the user the place where programs are allowed to start at login.
+    /// Opens the system's settings for programs that start at login.
     virtual void openLoginItemsSettings() = 0;
 
-    /// Whether the program, links resolved, lies where the system keeps its applications.
+    /// Whether the program, links resolved, is in the system's application directories.
     virtual bool isInApplicationsFolder() const = 0;
 
-    /// Where the program lies, links not resolved.
+    /// The program's path, links not resolved.
     virtual std::string bundlePath() const = 0;
 };
 

@@ -4,24 +4,24 @@
 
 namespace kelmoth {
 
-/// A message of the program that the desktop shows beside whatever the user does.
+/// A desktop notification.
 struct Notification {
     std::string title;
     std::string body;        ///< plain text
-    bool isCritical = false; ///< stays until the user has seen it, where the desktop knows how
+    bool isCritical = false; ///< stays until dismissed, where the desktop supports that
 
     bool operator==(const Notification &) const = default;
 };
 
-/// The desktop's notifications. Where it shows none, nothing happens. Main thread; no call waits.
+/// The desktop's notification service. No effect without one. Main thread; no call blocks.
 class NotificationService {
 public:
     virtual ~NotificationService() = default;
 
-    /// Shows a notification in place of the one that is shown.
+    /// Shows a notification; replaces the one that is shown.
     virtual void show(const Notification &notification) = 0;
 
-    /// Takes it away; nothing when none is shown.
+    /// Closes it; no effect when none is shown.
     virtual void withdraw() = 0;
 };
 

@@ -17,8 +17,8 @@
 
 namespace kelmoth {
 
-/// Everything that the program asks of a system. The program's entry builds one and installs it before
-/// anything else of ours runs; the pieces outlive every user of them.
+/// All system services of the program. `main` builds and installs it before any other code of ours runs; the
+/// services outlive their users.
 struct Platform {
     std::shared_ptr<Log> log;
     std::shared_ptr<Sleeper> sleeper;
@@ -33,10 +33,10 @@ struct Platform {
     std::shared_ptr<StatusBar> statusBar;
     std::shared_ptr<EventMonitor> eventMonitor;
 
-    /// The installed platform; all pieces absent before one is installed.
+    /// The installed platform; all services are null before that.
     static const Platform &current();
 
-    /// Installs the platform of this process. Main thread, while no other thread of ours runs.
+    /// Installs the platform of this process. Main thread, while it is the only thread.
     static void setCurrent(Platform platform);
 };
 

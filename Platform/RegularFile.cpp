@@ -25,7 +25,7 @@ std::string textOf(int error)
     return std::generic_category().message(error);
 }
 
-/// What is under a path in place of a regular file.
+/// Names what is at a path instead of a regular file.
 std::string kindOf(mode_t mode)
 {
     switch (mode & S_IFMT) {
@@ -48,7 +48,7 @@ std::string directoryOf(const std::string &path)
     return directory.empty() ? "." : directory.string();
 }
 
-/// A file that is written beside the one whose place it is to take. One that has not done so is removed.
+/// A temporary file beside the one that it will replace. Removed unless it has replaced it.
 class Successor {
 public:
     ~Successor()
@@ -58,7 +58,7 @@ public:
         }
     }
 
-    /// 0, or an errno; so do the others.
+    /// 0, or errno, like the functions below.
     int make(const std::string &directory, mode_t mode)
     {
         std::random_device random;
@@ -76,7 +76,7 @@ public:
         }
     }
 
-    /// Where the umask, or the user, has made it another than it has to be.
+    /// Sets the mode if the umask has changed it.
     int become(mode_t mode, const FileStatus *before)
     {
         FileStatus now{};
@@ -111,17 +111,17 @@ private:
     FileDescriptor m_file;
 };
 
-/// Where a path leads.
+/// The target of a path.
 struct Destination {
-    std::string path;    ///< no link
-    mode_t mode = 0;     ///< 0: nothing is there
+    std::string path;    ///< links resolved
+    mode_t mode = 0;     ///< 0: does not exist
     int descriptor = -1; ///< of a file that this process has open
 
     bool isReplaced() const { return descriptor < 0 && (mode == 0 || S_ISREG(mode)); }
 };
 
-/// The descriptor that a link in /proc/self/fd stands for. Opened by its path, the file would be another,
-/// which begins at its start; a socket could not be opened at all.
+/// The descriptor of a link in /proc/self/fd. Opening its path would start a file at its beginning, and fail
+/// for a socket.
 std::optional<int> openDescriptor(const fs::path &link)
 {
     std::error_code failure;
@@ -135,10 +135,10 @@ std::optional<int> openDescriptor(const fs::path &link)
     return descriptor;
 }
 
-/// None where nothing can be written; `obstacle` then says why.
+/// None when nothing can be written, with the reason in `obstacle`.
 std::optional<Destination> destinationOf(std::string path, std::string *obstacle)
 {
-    constexpr int mostLinks = 40; // as the kernel
+    constexpr int mostLinks = 40; // the kernel's limit
     FileStatus info{};
     for (int links = 0; links <= mostLinks; ++links) {
         if (::lstat(path.c_str(), &info) != 0) {
@@ -177,7 +177,7 @@ FileDescriptor openRegularFile(const std::string &path, int flags, FileRules rul
     std::string ignored;
     auto &why = obstacle ? *obstacle : ignored;
     FileStatus info{};
-    // To open a device can be to use it.
+    // Opening a device can already have effects.
     const int looked = rules.followsLink ? ::stat(path.c_str(), &info) : ::lstat(path.c_str(), &info);
     if (looked == 0 && !S_ISREG(info.st_mode)) {
         why = kindOf(info.st_mode);
@@ -286,7 +286,7 @@ std::optional<std::string> obstacleToWriting(const std::string &path)
         return obstacle;
     }
     const bool isWellPlaced = !to->isReplaced() || isWritable(directoryOf(to->path), W_OK | X_OK);
-    const bool isMissing = to->mode == 0; // or open
+    const bool isMissing = to->mode == 0; // or it is an open file
     return isWellPlaced && (isMissing || isWritable(to->path, W_OK)) ? std::nullopt
                                                                      : std::optional(textOf(errno));
 }

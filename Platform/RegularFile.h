@@ -9,46 +9,46 @@
 
 namespace kelmoth {
 
-// How the programs read and replace files. Under a path there may be anything: a device, a FIFO whose other
-// end nobody holds, a link that somebody has planted. Any thread.
+// Functions to read and replace files safely. A path may lead to anything: a device, a FIFO without a peer, a
+// planted link. Any thread.
 
 /// Which files may be opened.
 struct FileRules {
-    bool followsLink = false; ///< a symbolic link at the end of the path stands for what it names
-    bool isOwn = false;       ///< only one that belongs to the user of this process
+    bool followsLink = false; ///< follow a symbolic link at the end of the path
+    bool isOwn = false;       ///< only files that belong to this process's user
 };
 
-/// Opens a regular file without ever waiting, with the flags of open(); O_CREAT makes one that only its owner
-/// can read. None for anything else under the path; `obstacle` then says why.
+/// Opens a regular file without blocking, with the flags of open(); O_CREAT creates one that only its owner
+/// can read. None for anything else at the path, with the reason in `obstacle`.
 FileDescriptor openRegularFile(const std::string &path, int flags, FileRules rules = {},
                                std::string *obstacle = nullptr);
 
-/// All that is in a regular file; "" when nothing is there. None when it has more than `largest` bytes or
-/// cannot be read; `obstacle` then says why.
+/// The content of a regular file; "" when it does not exist. None when it has more than `largest` bytes or
+/// cannot be read, with the reason in `obstacle`.
 std::optional<std::string> readRegularFile(const std::string &path, std::size_t largest, FileRules rules = {},
                                            std::string *obstacle = nullptr);
 
-/// How a file comes to be.
+/// Options for writing a file.
 struct Replacement {
-    /// None: the mode of the file that was there; for a new one 0666, less the umask.
+    /// None: the mode of the replaced file; for a new one 0666 without the umask.
     std::optional<mode_t> mode = std::nullopt;
-    bool waitsForDisk = true; ///< a power cut then leaves the old file or the new one
+    bool waitsForDisk = true; ///< a power failure leaves the old or the new file
 };
 
-/// Puts a text in place of a regular file, or of nothing, as a whole: who reads meanwhile gets the old one.
-/// No link is followed. None when it is done, else why not; what was there is then as it was.
+/// Creates or atomically replaces a regular file: readers get the old or the new content. Follows no link.
+/// None on success, else the reason; the old file is then unchanged.
 std::optional<std::string> replaceRegularFile(const std::string &path, std::string_view text,
                                               const Replacement &how = {});
 
-/// The same with 0, or the errno of the obstacle: EISDIR or EEXIST for what is no regular file.
+/// The same, returning 0 or errno: EISDIR or EEXIST for anything but a regular file.
 int tryReplaceRegularFile(const std::string &path, std::string_view text, const Replacement &how);
 
-/// Writes a text to where a path that the user named leads, its links followed. A regular file is replaced as
-/// a whole; into a device, a FIFO (whose reader is waited for) and an open file, such as /dev/stdout, the
-/// text is written. None when it is done, else why not.
+/// Writes a text to a path given by the user; follows links. Replaces a regular file atomically; writes into
+/// a device, a FIFO (waits for its reader) or an open file such as /dev/stdout. None on success, else the
+/// reason.
 std::optional<std::string> writeNamedFile(const std::string &path, std::string_view text);
 
-/// Why nothing can be written there, as far as that shows without writing or waiting; else none.
+/// Why `writeToPath` would fail, as far as is known without writing or blocking; else none.
 std::optional<std::string> obstacleToWriting(const std::string &path);
 
 } // namespace kelmoth

@@ -4,12 +4,12 @@
 
 namespace kelmoth {
 
-/// How transfers wait. Injected, so that tests see the pauses and take none.
+/// Waits between transfers. Injected, so that tests record the pauses without waiting.
 class Sleeper {
 public:
     virtual ~Sleeper() = default;
 
-    /// Blocks the calling thread for this long; never called on the main thread.
+    /// Blocks the calling thread for this time; never called on the main thread.
     virtual void sleep(std::chrono::microseconds duration) = 0;
 };
 

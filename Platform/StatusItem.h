@@ -8,7 +8,7 @@
 
 namespace kelmoth {
 
-/// A rectangle on the screens, in device-independent pixels of the whole desktop.
+/// A rectangle in device-independent pixels of the whole desktop.
 struct ScreenRect {
     int x = 0;
     int y = 0;
@@ -25,8 +25,7 @@ struct MenuEntry {
     std::string keyEquivalent; ///< a letter, with the platform's modifier for commands; none when empty
 };
 
-/// The program's item among those that the desktop keeps in sight. Hosts come and go: the item is shown by
-/// whichever there is. Main thread.
+/// The program's status item. Hosts come and go: the current one shows the item. Main thread.
 class StatusItem {
 public:
     virtual ~StatusItem() = default;
@@ -34,32 +33,31 @@ public:
     /// Called for each click of the left button.
     virtual void setClickHandler(std::function<void()> handler) = 0;
 
-    /// The menu of the right button, in place of the last one. What a host has read of that keeps its place
-    /// and its effect.
+    /// Sets the menu of the right button. Entries that a host has already read stay valid by index.
     virtual void setMenu(std::vector<MenuEntry> entries) = 0;
 
-    /// The text shown while the pointer rests on the item.
+    /// Sets the tooltip.
     virtual void setToolTip(const std::string &text) = 0;
 
-    /// How opaque the picture is, 0 to 1. Draws it anew, for the scheme that the desktop has now.
+    /// Sets the picture's opacity, 0 to 1. Redraws it for the desktop's current scheme.
     virtual void setAlphaValue(double alpha) = 0;
 
-    /// Whether a host shows the item now; none while that is not known.
+    /// Whether a host shows the item now; none while unknown.
     virtual std::optional<bool> isHosted() const = 0;
 
-    /// Called whenever that or the frame has changed, and maybe when neither has.
+    /// Called after a change of `isHosted` or `frame`, and maybe without one.
     virtual void setHostHandler(std::function<void()> handler) = 0;
 
-    /// Where the item is; none when its host does not tell.
+    /// The item's rectangle; none when its host does not report it.
     virtual std::optional<ScreenRect> frame() const = 0;
 };
 
-/// Where status items are made.
+/// Creates status items.
 class StatusBar {
 public:
     virtual ~StatusBar() = default;
 
-    /// The program's one item, its picture a mouse.
+    /// Creates the program's item, with a mouse as its picture.
     virtual std::unique_ptr<StatusItem> statusItem() = 0;
 };
 

@@ -18,11 +18,11 @@ struct USBControlRequest {
     std::uint8_t bRequest = 0;
     std::uint16_t wValue = 0;
     std::uint16_t wIndex = 0;
-    std::span<std::uint8_t> data; ///< sent, or filled, by the direction in bmRequestType
+    std::span<std::uint8_t> data; ///< sent or filled, depending on the direction in bmRequestType
 };
 
-/// The class requests with which a HID interface takes and gives feature report 0 (wValue: report type 3,
-/// report ID 0).
+/// The class requests to set and get feature report 0 of a HID interface (wValue: report type 3, report ID
+/// 0).
 namespace hidClassRequest {
 inline constexpr std::uint8_t typeOut = 0x21;
 inline constexpr std::uint8_t typeIn = 0xA1;
@@ -31,22 +31,22 @@ inline constexpr std::uint8_t getReport = 0x01;
 inline constexpr std::uint16_t featureReport = 0x0300;
 } // namespace hidClassRequest
 
-/// Status of a transfer that was asked of a device that is not open.
+/// Status of a transfer to a device that is not open.
 inline constexpr int usbStatusNotOpen = ENOTCONN;
 
-/// The way through which control requests reach one matched device. Transfer thread throughout.
+/// Sends control requests to one matched device. Transfer thread throughout.
 class USBDeviceInterface : public ExchangeChannel {
 public:
-    /// Asks for exclusive use of one interface of the device. 0 on success, else errno. A failure is no
-    /// obstacle: a kernel driver may hold the interface, and requests travel beside it.
+    /// Claims one interface of the device. 0 on success, else errno. Requests also work after a failure: a
+    /// kernel driver may hold the interface.
     virtual int open(std::uint16_t interfaceNumber) = 0;
 
-    /// Gives back what `open` took. Also called after an `open` that failed.
+    /// Releases the interface. Also called after a failed `open`.
     virtual void close() = 0;
 
-    /// Performs one control transfer. 0 on success, else errno; a request of which less was sent than was
-    /// given is EIO. An answer may be shorter than `data`, whose other bytes then stay as they are; it never
-    /// exceeds it. Blocks as long as the device takes, at most some seconds.
+    /// Performs one control transfer. 0 on success, else errno; a truncated request is EIO. An answer may be
+    /// shorter than `data`, whose other bytes then stay unchanged, but never longer. Blocks until the device
+    /// answers, at most some seconds.
     virtual int deviceRequest(const USBControlRequest &request) = 0;
 };
 
@@ -57,14 +57,14 @@ public:
 
     struct InterfaceResult {
         int status = 0;                                ///< 0, or errno
-        std::unique_ptr<USBDeviceInterface> interface; ///< none also when the system offers no way
+        std::unique_ptr<USBDeviceInterface> interface; ///< null also when the device cannot be reached
     };
 
-    /// Prepares the way to the device; sends nothing. Transfer thread.
+    /// Prepares access to the device; sends nothing. Transfer thread.
     virtual InterfaceResult createInterface() = 0;
 };
 
-/// The door to the system's USB devices.
+/// Access to the system's USB devices.
 class USBService {
 public:
     virtual ~USBService() = default;

@@ -7,8 +7,8 @@
 
 namespace kelmoth {
 
-/// The user's stored preferences: values under keys, for good. Main thread; what is set can be read back at
-/// once, and reaches the disk soon after, off the main thread.
+/// The user's stored preferences, by key. Main thread; a value that is set can be read at once, and is
+/// written to the disk soon after on another thread.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;
@@ -19,18 +19,18 @@ public:
     /// The text stored under `key`, UTF-8; none when there is none or something else is stored.
     virtual std::optional<std::string> dataForKey(std::string_view key) const = 0;
 
-    /// Whether anything at all is stored under `key`.
+    /// Whether anything is stored under `key`.
     virtual bool hasObjectForKey(std::string_view key) const = 0;
 
-    /// Stores a value in place of any other. That it could not be kept is logged, and said by `flush()`.
+    /// Stores or replaces a value. A failure to save it is logged, and reported by `flush()`.
     virtual void setInteger(std::string_view key, std::int64_t value) = 0;
     virtual void setData(std::string_view key, std::string data) = 0;
 
-    /// Takes the value under `key` away; nothing when there is none.
+    /// Removes the value under `key`, if any.
     virtual void removeObject(std::string_view key) = 0;
 
-    /// Waits until what was set has reached the disk, some seconds at most: for a program that is about to
-    /// end. None once all of it has, else why not, in English.
+    /// Waits until all values are on the disk, some seconds at most, before the program ends. None on
+    /// success, else the reason in English.
     virtual std::optional<std::string> flush() = 0;
 };
 

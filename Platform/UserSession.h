@@ -8,37 +8,37 @@
 
 namespace kelmoth {
 
-/// A process that runs, or ran a moment ago, under a bundle identifier.
+/// A process that runs, or has just ended, under a bundle identifier.
 struct RunningApplication {
     std::int64_t processIdentifier = 0;
     bool isTerminated = false;
 };
 
-/// What the programs of one user's session know of each other, and the notifications that pass between them.
-/// Without a session to speak to nobody is found, and notifications reach nobody. Main thread.
+/// Finds the programs of the user's session and passes notifications between them. Without a session no
+/// process is found and notifications are lost. Main thread.
 class UserSession {
 public:
     virtual ~UserSession() = default;
 
-    /// Every process known under the identifier, this one included. Asks the session; two seconds at most.
+    /// Every process known under the identifier, including this one. Queries the session; timeout two
+    /// seconds.
     virtual std::vector<RunningApplication> runningApplications(std::string_view bundleIdentifier) const = 0;
 
     /// Calls the handler for each notification of this name that another process posts about `object`, also
-    /// for those that came since this session was joined. One handler; it replaces the last one. Makes this
-    /// process known under `object` for as long as the handler stands.
+    /// for the last one since this session was joined. It replaces the last handler. Registers this process
+    /// under `object` until `removeObserver`.
     virtual void observe(std::string_view name, std::string_view object, std::function<void()> handler) = 0;
 
-    /// Ends that.
+    /// Removes the handler.
     virtual void removeObserver() = 0;
 
-    /// Posts a notification about `object`; it is on its way when this returns.
+    /// Posts a notification about `object`; it has been sent when this returns.
     virtual void post(std::string_view name, std::string_view object) = 0;
 
-    /// Called when the session ends before the program does. One handler; an empty one ends the calls.
+    /// Sets the handler for an end of the session before the program's. An empty one removes it.
     virtual void setEndHandler(std::function<void()> handler) = 0;
 
-    /// The directory in which programs of this user keep their data, made when needed; empty when there is
-    /// none and none can be made.
+    /// The data directory of this user's programs, created if needed; empty on failure.
     virtual std::string applicationSupportDirectory() const = 0;
 };
 
