@@ -17,10 +17,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long a desktop that starts up may take to show status items.
-constexpr auto hostPatience = 2s;
+/// How long to wait for a status item host, for example while the desktop starts.
+constexpr auto hostTimeout = 2s;
 
-constexpr auto feedback = 150ms;
+constexpr auto feedbackTime = 150ms;
 constexpr double dimmed = 0.5;
 
 std::string title(std::string_view key)
@@ -37,14 +37,14 @@ std::string AppDelegate::lockFileName(std::string_view bundleIdentifier)
 
 AppDelegate::AppDelegate(Parts parts) : m_parts(std::move(parts))
 {
-    m_untilStatusItemIsBright.setSingleShot(true);
-    m_untilStatusItemIsBright.setInterval(feedback);
-    connect(&m_untilStatusItemIsBright, &QTimer::timeout, this, [this] { m_statusItem->setAlphaValue(1.0); });
-    m_untilHostIsMissed.setSingleShot(true);
-    m_untilHostIsMissed.setInterval(hostPatience);
-    connect(&m_untilHostIsMissed, &QTimer::timeout, this, [this] {
+    m_feedbackTimer.setSingleShot(true);
+    m_feedbackTimer.setInterval(feedbackTime);
+    connect(&m_feedbackTimer, &QTimer::timeout, this, [this] { m_statusItem->setAlphaValue(1.0); });
+    m_hostTimer.setSingleShot(true);
+    m_hostTimer.setInterval(hostTimeout);
+    connect(&m_hostTimer, &QTimer::timeout, this, [this] {
         if (!m_statusItem->isHosted().value_or(false) && !m_popover->isShown()) {
-            showPopover(Popover::Place::asWindow); // or nobody would see that the program runs
+            showPopover(Popover::Place::asWindow); // make the program visible without a status item
         }
     });
 }
@@ -80,7 +80,7 @@ void AppDelegate::applicationWillTerminate()
         m_parts.platform.session->removeObserver();
         disconnect(&m_parts.preferences, &Preferences::kelmothLanguageDidChange, this, nullptr);
         m_parts.hidMonitor.stopMonitoring();
-        m_parts.hidMonitor.endTransfers(); // from here on a new copy may speak to the mouse
+        m_parts.hidMonitor.endTransfers(); // a new copy may start from here on
         m_parts.platform.eventMonitor->removeMonitor();
     }
     if (m_instanceLockFD) {
@@ -105,12 +105,12 @@ bool AppDelegate::claimSingleInstance()
     return directory.empty() || lockInstance(directory + '/' + lockFileName(identifier));
 }
 
-/// False when another process holds the lock. Without a lock to take the program runs unguarded.
+/// False when another process holds the lock. True also when the lock cannot be created.
 bool AppDelegate::lockInstance(const std::string &path)
 {
     auto file = openRegularFile(path, O_RDWR | O_CREAT);
     if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
-        return errno != EWOULDBLOCK; // else the file system knows no locks
+        return errno != EWOULDBLOCK; // else the file system has no locks
     }
     m_instanceLockFD = std::move(file);
     return true;
@@ -154,16 +154,16 @@ void AppDelegate::setupMenuBar()
     m_statusItem->setClickHandler([this] { handleClick(); });
     m_statusItem->setHostHandler([this] { hostDidChange(); });
     m_statusItem->setMenu(m_contextMenu);
-    // The bar takes part in the desktop's scheme.
+    // Redraw for the new scheme of the bar.
     connect(&m_parts.appearance, &Appearance::changed, this,
-            [this] { m_statusItem->setAlphaValue(m_untilStatusItemIsBright.isActive() ? dimmed : 1.0); });
+            [this] { m_statusItem->setAlphaValue(m_feedbackTimer.isActive() ? dimmed : 1.0); });
     connect(&m_parts.deviceManager, &DeviceManager::connectedDeviceChanged, this,
             &AppDelegate::updateToolTip);
     updateToolTip();
     m_popover = m_parts.makePopover();
     connect(m_popover.get(), &Popover::willShow, this, &AppDelegate::popoverWillShow);
     connect(m_popover.get(), &Popover::didClose, this, &AppDelegate::popoverDidClose);
-    m_untilHostIsMissed.start();
+    m_hostTimer.start();
 }
 
 void AppDelegate::setupEventMonitor()
@@ -176,14 +176,14 @@ void AppDelegate::setupEventMonitor()
     });
 }
 
-/// A press on the item may have closed the popover before the click arrives: it has had its effect.
+/// A press on the item may have closed the popover before the click arrives: then do not reopen it.
 void AppDelegate::handleClick()
 {
-    const bool hasHadEffect =
+    const bool hasClosed =
         std::exchange(m_wasClosedByPress, false) && m_parts.platform.eventMonitor->isLastPressUnderWay();
     if (m_popover->isShown()) {
         m_popover->performClose();
-    } else if (!hasHadEffect) {
+    } else if (!hasClosed) {
         showPopover(Popover::Place::atPointer);
     }
 }
@@ -197,14 +197,14 @@ void AppDelegate::openApp()
     }
     m_opensOnceHostIsKnown = true;
     if (m_popover) {
-        m_untilHostIsMissed.start();
+        m_hostTimer.start();
     }
 }
 
 void AppDelegate::hostDidChange()
 {
     if (m_statusItem->isHosted().value_or(false)) {
-        m_untilHostIsMissed.stop(); // a tray that goes again soon after is being replaced, not missing
+        m_hostTimer.stop(); // a host that leaves soon after is being replaced, not missing
     }
     if (m_opensOnceHostIsKnown) {
         openApp();
@@ -223,7 +223,7 @@ void AppDelegate::showPopover(Popover::Place place)
     m_parts.platform.eventMonitor->setNeeded(!m_popover->isWindow());
 }
 
-/// What the item answers a click with.
+/// Gives feedback on a click.
 void AppDelegate::dimStatusItem()
 {
     if (m_parts.appearance.reduceMotion()) {
@@ -231,7 +231,7 @@ void AppDelegate::dimStatusItem()
         return;
     }
     m_statusItem->setAlphaValue(dimmed);
-    m_untilStatusItemIsBright.start();
+    m_feedbackTimer.start();
 }
 
 void AppDelegate::showAbout()
@@ -260,7 +260,7 @@ void AppDelegate::popoverDidClose()
     m_parts.platform.eventMonitor->setNeeded(false);
 }
 
-/// The mouse's name, and the charge where it is known.
+/// Shows the mouse's name, and its charge if known.
 void AppDelegate::updateToolTip()
 {
     const auto &device = m_parts.deviceManager.connectedDevice();

@@ -18,17 +18,16 @@
 
 namespace kelmoth {
 
-/// Posted by a copy that must not start, about the bundle identifier, to the one that runs.
+/// Notification that a second copy posts to the running one, about the bundle identifier.
 inline constexpr std::string_view kelmothReopenRunningInstance = "com.kelmoth.app.reopenRunningInstance";
 
-/// The program's start and end and its presence on screen: a status item, whose left button opens the panel
-/// and whose right button opens a menu. One copy runs for a user; a second one has the first show its panel,
-/// and ends. Main thread.
+/// Starts and ends the program and owns its status item: a left click opens the panel, a right click a menu.
+/// Only one copy runs per user; a second one makes the first show its panel, and exits. Main thread.
 class AppDelegate : public QObject {
     Q_OBJECT
 
 public:
-    /// What the program is made of; all of it outlives the delegate.
+    /// The collaborators; all outlive the delegate.
     struct Parts {
         Platform platform;
         HIDMonitor &hidMonitor;
@@ -37,11 +36,11 @@ public:
         Appearance &appearance;
         LoginItem &loginItem;
         std::function<std::unique_ptr<Popover>()> makePopover; ///< with the panel in it
-        std::function<void()> applyAppearance; ///< gives the toolkit the looks that `appearance` asks for
-        std::function<void()> terminate;       ///< ends the application, soon
+        std::function<void()> applyAppearance;                 ///< applies `appearance` to the toolkit
+        std::function<void()> terminate;                       ///< ends the application, soon
     };
 
-    /// The name under the data directory of the file whose lock the one instance holds.
+    /// The name of the instance lock file in the data directory.
     static std::string lockFileName(std::string_view bundleIdentifier);
 
     explicit AppDelegate(Parts parts);
@@ -49,22 +48,21 @@ public:
     AppDelegate(const AppDelegate &) = delete;
     AppDelegate &operator=(const AppDelegate &) = delete;
 
-    /// The start of the program. Has it end when another instance runs.
+    /// Starts the program, or ends it when another instance runs.
     void applicationDidFinishLaunching();
 
-    /// The end of the program.
+    /// Ends the program.
     void applicationWillTerminate();
 
-    /// Whether this process may run as the one instance: no other process of the program is known to run or
-    /// holds the lock. Where neither can be found out it may.
+    /// Whether this process may run as the only instance: no other process of the program is known to run or
+    /// holds the lock. True when neither can be determined.
     bool claimSingleInstance();
 
-    /// Opens the panel; where it is open already it stays. As soon as it is known whether there is a status
-    /// item to open it at.
+    /// Opens the panel unless it is open, once it is known whether there is a status item to open it at.
     void openApp();
 
 Q_SIGNALS:
-    /// The panel is to present About.
+    /// Asks the panel to show About.
     void kelmothShowAbout();
 
 private:
@@ -85,15 +83,15 @@ private:
     bool lockInstance(const std::string &path);
 
     const Parts m_parts;
-    FileDescriptor m_instanceLockFD; ///< none while no lock is held
+    FileDescriptor m_instanceLockFD; ///< invalid without the lock
     bool m_isLaunched = false;
     bool m_opensOnceHostIsKnown = false;
     bool m_wasClosedByPress = false;
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<Popover> m_popover;
     std::vector<MenuEntry> m_contextMenu;
-    QTimer m_untilStatusItemIsBright;
-    QTimer m_untilHostIsMissed;
+    QTimer m_feedbackTimer;
+    QTimer m_hostTimer;
 };
 
 } // namespace kelmoth

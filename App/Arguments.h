@@ -9,19 +9,19 @@
 
 namespace kelmoth {
 
-/// What the program is told at its start.
+/// The command-line arguments.
 struct Arguments {
     /// Open the panel at once.
     bool show = false;
-    /// End the copy that runs instead of starting one.
+    /// End the running copy instead of starting one.
     bool quit = false;
-    /// Write every diagnostic line, those about the reports on the wire as well.
+    /// Log every diagnostic line, including those about reports.
     bool verbose = false;
     /// List of simulated models, unchecked; the real mice when absent.
     std::optional<std::string> simulate;
-    /// Where to draw pictures of the panel instead of showing it.
+    /// Directory for screenshots of the panel; none to show it.
     std::optional<std::string> screenshots;
-    /// The pictures to draw, unchecked; all when empty.
+    /// The screenshots to draw, unchecked; all when empty.
     std::vector<std::string> scenes;
 };
 

@@ -25,15 +25,14 @@ StatusPicture pictureFor(std::shared_ptr<const DesktopSettings> desktop)
     };
 }
 
-/// The toolkit's own connection, so that the bus greets the program once for all who use it; one that is none
-/// where there is no bus.
+/// The toolkit's own connection, so that the program has a single one; invalid without a bus.
 QDBusConnection sessionBus()
 {
     const auto address = sessionBusAddress();
     if (address.isEmpty()) {
         return QDBusConnection(QString());
     }
-    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8()); // the toolkit shall look nowhere else
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8()); // for the toolkit
     return QDBusConnection::sessionBus();
 }
 

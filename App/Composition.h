@@ -10,19 +10,18 @@
 
 namespace kelmoth {
 
-/// What the program runs on.
+/// The program's platform and session.
 struct Composition {
     Platform platform;
     std::shared_ptr<const PopoverScreen> screen;
 };
 
-/// This system, with simulated mice in place of the attached ones where the arguments ask for them, and with
-/// `loginItem` for its start at login. None when the list of simulated mice is wrong; `failure` then says
-/// how. Main thread, with the application object.
+/// Composes this system's services with `loginItem`, and with simulated mice if the arguments list any. None
+/// when that list is invalid, with the reason in `failure`. Main thread, with the application object.
 std::optional<Composition> compose(const Arguments &arguments, std::shared_ptr<LoginItemService> loginItem,
                                    std::string *failure);
 
-/// The user's session, joined; its bus greets whoever joins it, which is waited for. Main thread.
+/// Joins the user's session. Blocks for the bus's greeting. Main thread.
 std::shared_ptr<UserSession> joinSession();
 
 } // namespace kelmoth

@@ -48,7 +48,7 @@ int print(const std::string &text)
     return isWritten ? 0 : failed;
 }
 
-/// A window of a Wayland session cannot be placed, one of the X server within it can.
+/// Prefers X under Wayland: Wayland windows cannot be positioned.
 void preferX()
 {
     const bool isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
@@ -57,14 +57,14 @@ void preferX()
     }
 }
 
-/// Without one the toolkit would not end the process but crash it.
+/// Without a display the toolkit would abort the process.
 bool namesDisplay()
 {
     return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
 }
 
-/// Draws pictures of the panel, with nothing of this machine in them.
+/// Draws screenshots of the panel, independent of this machine.
 int runScreenshots(int argc, char **argv, const Arguments &arguments)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -76,7 +76,7 @@ int runScreenshots(int argc, char **argv, const Arguments &arguments)
     return failure ? fail(*failure) : 0;
 }
 
-/// The holder of the lock may be one that this session's bus does not know of.
+/// Whether any copy runs, including one that is not on this session's bus.
 bool isInstanceLockHeld(const UserSession &session, std::string_view identifier)
 {
     const auto path = session.applicationSupportDirectory() + '/' + AppDelegate::lockFileName(identifier);
@@ -84,7 +84,7 @@ bool isInstanceLockHeld(const UserSession &session, std::string_view identifier)
     return lock && ::flock(lock.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
-/// Ends the copy that runs; also nothing to end is a success.
+/// Ends the running copy; succeeds also without one.
 int quitRunningInstance(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
@@ -120,7 +120,7 @@ int runApplication(int argc, char **argv, const Arguments &arguments)
     {
         const QApplication application(argc, argv);
         QApplication::setQuitOnLastWindowClosed(false);
-        QGuiApplication::setApplicationDisplayName(QStringLiteral("Kelmoth")); // what assistive tools call it
+        QGuiApplication::setApplicationDisplayName(QStringLiteral("Kelmoth")); // for assistive tools
         QGuiApplication::setDesktopFileName(QStringLiteral("com.kelmoth.app"));
         std::string failure;
         const auto loginItem = std::make_shared<AutostartLoginItem>(
@@ -137,7 +137,7 @@ int runApplication(int argc, char **argv, const Arguments &arguments)
         }
         status = KelmothApp(*composition).run(arguments.show);
     }
-    // What is left of it would outlive the libraries that it is made of.
+    // Otherwise it would be destroyed after the libraries that it uses.
     Platform::setCurrent({});
     return status;
 }
@@ -205,7 +205,7 @@ int KelmothApp::run(bool opensPanel)
         log("Kelmoth: the session has ended");
         QCoreApplication::quit();
     });
-    // A session that is restored would start a second copy beside the one that is launched at login.
+    // A restored session would start a second copy beside the one launched at login.
     QObject::connect(
         qApp, &QGuiApplication::saveStateRequest, qApp,
         [](QSessionManager &manager) { manager.setRestartHint(QSessionManager::RestartNever); },
@@ -230,13 +230,13 @@ void KelmothApp::finish()
     running = nullptr;
 }
 
-/// Without its display the toolkit calls for the process's end from wherever it notices.
+/// When the display is lost, the toolkit calls exit() from anywhere.
 void KelmothApp::finishWithoutDisplay()
 {
     if (running != nullptr) {
         log("Kelmoth: the display has gone");
         running->finish();
-        std::_Exit(EXIT_SUCCESS); // what else there is stands on the toolkit
+        std::_Exit(EXIT_SUCCESS); // other destructors would use the toolkit
     }
 }
 

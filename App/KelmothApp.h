@@ -12,18 +12,18 @@
 
 namespace kelmoth {
 
-/// The application: the panel's state and the delegate that shows it. It opens no window of its own. Main
-/// thread, between the application object and the event loop's end.
+/// The application: owns the panel's model and the app delegate. Main thread, from the application object's
+/// creation to the event loop's end.
 class KelmothApp {
 public:
-    /// The program; its exit status: 0 done, 1 failed, 2 wrong usage.
+    /// Runs the program. Exit status: 0 done, 1 failed, 2 wrong usage.
     static int main(int argc, char **argv);
 
-    /// The composition's platform is installed.
+    /// The composition's platform must be installed.
     explicit KelmothApp(const Composition &composition);
 
     /// Runs until the user, the session or a signal ends it. `opensPanel` shows the panel at once. Does not
-    /// return when the display goes: the process then ends as well as it otherwise would.
+    /// return when the display is lost: the process then exits cleanly.
     int run(bool opensPanel);
 
 private:
@@ -32,11 +32,11 @@ private:
     void finish();
     static void finishWithoutDisplay();
 
-    static KelmothApp *running; ///< none outside `run`
+    static KelmothApp *running; ///< null outside `run`
 
     const Composition &m_composition;
     PanelTranslator m_translator;
-    std::optional<ContentModel> m_model; ///< made with the popover, kept until the end
+    std::optional<ContentModel> m_model; ///< created with the popover, kept until the end
     AppDelegate m_appDelegate;
     BatteryNotifier m_batteryNotifier;
 };

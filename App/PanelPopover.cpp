@@ -19,7 +19,7 @@ std::optional<QRect> rectOf(const std::optional<ScreenRect> &rect)
     return rect ? std::optional(QRect(rect->x, rect->y, rect->width, rect->height)) : std::nullopt;
 }
 
-/// What the frame around a window takes of the screen's height, about: it is known too late.
+/// Estimated height of a window frame: the real one is known too late.
 constexpr int usualTitleBar = 32;
 
 const QScreen &screenAt(const std::optional<QRect> &item, const std::optional<QPoint> &click)
@@ -92,7 +92,7 @@ void PanelPopover::show(Place place, const std::optional<ScreenRect> &item)
     m_window->appear(m_animates && isPlaced);
 }
 
-/// The screen has room for the window, wherever it is put.
+/// Limits the window's height to the screen, wherever it is placed.
 void PanelPopover::fit()
 {
     const auto available =
@@ -102,7 +102,7 @@ void PanelPopover::fit()
     m_window->setPanelSize({wanted.width(), heightWithin(available, wanted.height())}, zoom);
 }
 
-/// The whole panel grows with its texts, as far as the screen has room for its width and its least height.
+/// The panel's scale: the text scaling, limited by the screen's size.
 double PanelPopover::zoomWithin(const QRect &available) const
 {
     const double wanted = PopoverScreen::leavesTextsToProgram() ? m_model.textScale() : 1;

@@ -10,8 +10,8 @@
 
 namespace kelmoth {
 
-/// The panel as a popover: without a frame, rounded, on top, in no list of windows. Its scene is built when
-/// it is first shown, and kept.
+/// The panel as a popover: frameless, rounded, on top, not in task bars. Its scene is created when it is
+/// first shown, and kept.
 class PanelPopover : public Popover {
     Q_OBJECT
 
@@ -40,7 +40,7 @@ private:
     const std::shared_ptr<const PopoverScreen> m_screen;
     bool m_animates = true;
     bool m_isWindow = false;
-    std::unique_ptr<PanelWindow> m_window; ///< none before it is first shown
+    std::unique_ptr<PanelWindow> m_window; ///< null before it is first shown
 };
 
 } // namespace kelmoth

@@ -16,10 +16,10 @@ namespace kelmoth {
 
 namespace {
 
-constexpr int longestWait = 20'000; // milliseconds
-constexpr int stillness = 400;
+constexpr int drawTimeout = 20'000; // milliseconds
+constexpr int settleTime = 400;     // milliseconds
 
-/// A desktop that asks for nothing but rest.
+/// A desktop without preferences but reduced motion.
 class StillDesktop : public DesktopSettings {
 public:
     ColorScheme colorScheme() const override { return ColorScheme::noPreference; }
@@ -30,7 +30,7 @@ public:
     void setChangeHandler(std::function<void()>) override {}
 };
 
-/// A program that is installed, and not started at login.
+/// An installed program that does not start at login.
 class InstalledProgram : public LoginItemService {
 public:
     LoginItemStatus status() const override { return LoginItemStatus::notRegistered; }
@@ -83,7 +83,7 @@ PanelStage::PanelStage(const std::string &mouse, PanelTranslator &translator)
       m_translator(translator)
 {
     m_monitor.startMonitoring();
-    for (const QDeadlineTimer end(longestWait); !hasRead() && !end.hasExpired();) {
+    for (const QDeadlineTimer end(drawTimeout); !hasRead() && !end.hasExpired();) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
     }
 }
@@ -115,13 +115,13 @@ QImage PanelStage::settle()
     auto &window = show();
     QImage last;
     QElapsedTimer sinceChange;
-    for (const QDeadlineTimer end(longestWait); !end.hasExpired();) {
-        runEvents(stillness / 4);
+    for (const QDeadlineTimer end(drawTimeout); !end.hasExpired();) {
+        runEvents(settleTime / 4);
         const auto image = window.grabWindow();
         if (image != last || image.isNull()) {
             last = image;
             sinceChange.start();
-        } else if (sinceChange.hasExpired(stillness)) {
+        } else if (sinceChange.hasExpired(settleTime)) {
             return m_isWhole ? last : QImage();
         }
     }

@@ -21,26 +21,26 @@
 
 namespace kelmoth {
 
-/// The platform of all pictures: nothing of it is this machine's, and nothing moves unless it always does.
+/// The platform for screenshots: independent of this machine, with reduced motion.
 Platform stillPlatform();
 
-/// A panel on simulated mice whose time nobody has to wait for. They have been read once it is made.
+/// A panel on simulated mice with manual time. The mouse has been read when the constructor returns.
 class PanelStage {
 public:
-    /// A mouse that is listed although nothing can be set on it.
+    /// A mouse that is listed but not configurable.
     static constexpr auto foreignMouse = "foreign";
 
-    /// `mouse` is the command-line name of the one that is attached, or `foreignMouse`; none when empty.
+    /// `mouse` is the command-line name of the attached mouse, or `foreignMouse`; empty: none.
     PanelStage(const std::string &mouse, PanelTranslator &translator);
 
-    /// Builds the panel's window and shows it, at the latest with the first picture.
+    /// Creates and shows the panel's window; the first picture does so otherwise.
     PanelWindow &show();
 
     ContentModel &panel() { return m_panel; }
     ToastManager &toasts() { return m_toasts; }
 
-    /// Draws the panel until nothing moves any more, and gives the last picture; a null image when it does
-    /// not come to rest or a part of it cannot be loaded.
+    /// Draws the panel until nothing moves, and returns the last picture; a null image when it does not come
+    /// to rest or a part of it cannot be loaded.
     QImage settle();
 
 private:
@@ -56,7 +56,7 @@ private:
     ContentModel m_panel;
     PanelTranslator &m_translator;
     std::optional<PanelWindow> m_window;
-    bool m_isWhole = false; ///< nothing of the panel has failed so far
+    bool m_isWhole = false; ///< no part of the panel has failed to load so far
 };
 
 } // namespace kelmoth

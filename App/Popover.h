@@ -8,36 +8,35 @@
 
 namespace kelmoth {
 
-/// What shows the panel: beside the status item while there is one, else as a window like any other. Main
-/// thread.
+/// Shows the panel: beside the status item if there is one, else as an ordinary window. Main thread.
 class Popover : public QObject {
     Q_OBJECT
 
 public:
     /// Where the panel is to appear.
     enum class Place {
-        atItem,    ///< beside the status item, wherever that is
-        atPointer, ///< beside the status item, which the pointer is on
-        asWindow,  ///< on its own
+        atItem,    ///< beside the status item
+        atPointer, ///< beside the status item under the pointer
+        asWindow,  ///< as an ordinary window
     };
 
     virtual bool isShown() const = 0;
 
-    /// Whether it was last shown as a window like any other: it then stays until it is closed.
+    /// Whether it was last shown as an ordinary window, which stays until it is closed.
     virtual bool isWindow() const = 0;
 
-    /// Whether it comes and goes gradually.
+    /// Whether it is animated when it is shown and closed.
     virtual void setAnimates(bool animates) = 0;
 
-    /// Shows it; where it is shown already it stays. `item` is the status item's frame, where known.
+    /// Shows it unless it is shown. `item` is the status item's frame, if known.
     virtual void show(Place place, const std::optional<ScreenRect> &item) = 0;
 
-    /// Moves it, where it is shown beside the item, to the place that the item has now.
+    /// Moves it to the item's new place if it is shown beside the item.
     virtual void follow(const ScreenRect &item) = 0;
 
     virtual void performClose() = 0;
 
-    /// Makes its window the one that has the keyboard, in front of all others.
+    /// Gives its window the keyboard focus and raises it.
     virtual void makeKeyAndOrderFront() = 0;
 
 Q_SIGNALS:

@@ -9,16 +9,16 @@ namespace {
 
 constexpr int gap = 6;
 
-/// A bar that the desktop does not tell of is taken to be this thick where an item was clicked in it.
+/// Assumed size of a clicked status item in a bar that the desktop does not report.
 constexpr int usualItem = 24;
 
-/// A bar may be as thick as this.
+/// Greatest assumed thickness of such a bar.
 constexpr int thickBar = 96;
 
 enum class Edge { top, bottom, left, right };
 
-/// The edge of the screen whose bar the item is in. Bars that the desktop tells of come first; then a corner
-/// belongs to the bar at the top or bottom, which is far more usual than one at a side.
+/// The edge of the screen whose bar the item is in. Bars that the desktop reports come first. A corner
+/// belongs to the bar at the top or bottom, which is far more common than one at a side.
 Edge edgeOf(const QRect &screen, const QRect &available, const QPoint &item)
 {
     for (const auto &[area, thickness] : {std::pair(available, 0), std::pair(screen, thickBar)}) {
@@ -67,7 +67,7 @@ QPoint besideItem(Edge edge, const QRect &item, const QSize &size)
     return {item.left() - gap - size.width(), centred.y()};
 }
 
-/// At the end of a bar: on the right of one above or below, at the bottom of one at a side.
+/// At the end of a bar: the right end of a horizontal one, the bottom of a vertical one.
 QPoint usualCorner(const QRect &screen, const QRect &available, const QSize &size)
 {
     const int above = available.top() - screen.top();

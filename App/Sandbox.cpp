@@ -27,25 +27,25 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Where people keep what is theirs, and everybody's temporary files; the rest of the system is no secret.
-constexpr std::array<std::string_view, 8> notOfTheSystem{"/home", "/root", "/media", "/mnt",
-                                                         "/srv",  "/tmp",  "/dev",   "/lost+found"};
+/// Root directories with private or temporary files; the others are readable.
+constexpr std::array<std::string_view, 8> privateDirectories{"/home", "/root", "/media", "/mnt",
+                                                             "/srv",  "/tmp",  "/dev",   "/lost+found"};
 
-/// In the user's home: looks, and the keys to the display and the session manager.
-constexpr std::array looks{".fonts",
-                           ".fonts.conf",
-                           ".icons",
-                           ".themes",
-                           ".gtkrc-2.0",
-                           ".Xauthority",
-                           ".XCompose",
-                           ".Xdefaults",
-                           ".ICEauthority",
-                           ".local/share/fonts",
-                           ".local/share/icons"};
-constexpr std::array looksOfTheDataDirectory{"fonts", "icons", "themes", "color-schemes", "mime"};
+/// Readable in the user's home: fonts, themes, and the keys to the display and the session manager.
+constexpr std::array readableInHome{".fonts",
+                                    ".fonts.conf",
+                                    ".icons",
+                                    ".themes",
+                                    ".gtkrc-2.0",
+                                    ".Xauthority",
+                                    ".XCompose",
+                                    ".Xdefaults",
+                                    ".ICEauthority",
+                                    ".local/share/fonts",
+                                    ".local/share/icons"};
+constexpr std::array readableInDataDirectory{"fonts", "icons", "themes", "color-schemes", "mime"};
 
-/// Paths, or lists of them with colons between, that say where else the toolkit and its libraries look.
+/// Environment variables with further paths, separated by colons, that the toolkit and its libraries read.
 constexpr std::array variables{
     "XAUTHORITY",      "ICEAUTHORITY",     "QT_PLUGIN_PATH",  "QT_QPA_PLATFORM_PLUGIN_PATH",
     "QML_IMPORT_PATH", "QML2_IMPORT_PATH", "LD_LIBRARY_PATH", "XDG_DATA_DIRS",
@@ -62,7 +62,7 @@ fs::path location(QStandardPaths::StandardLocation which)
     return QStandardPaths::writableLocation(which).toStdString();
 }
 
-/// Makes a directory of this user's, unless it is there or cannot be.
+/// Creates a private directory if possible and returns its path.
 std::string made(const fs::path &directory)
 {
     std::error_code ignored;
@@ -78,15 +78,15 @@ std::vector<std::string> readablePaths()
     std::vector<std::string> paths;
     std::error_code ignored;
     for (const auto &entry : fs::directory_iterator("/", ignored)) {
-        if (std::ranges::find(notOfTheSystem, entry.path().native()) == notOfTheSystem.end()) {
+        if (std::ranges::find(privateDirectories, entry.path().native()) == privateDirectories.end()) {
             paths.push_back(entry.path());
         }
     }
     const auto home = location(QStandardPaths::HomeLocation);
-    for (const auto *name : looks) {
+    for (const auto *name : readableInHome) {
         paths.push_back(home / name);
     }
-    for (const auto *name : looksOfTheDataDirectory) {
+    for (const auto *name : readableInDataDirectory) {
         paths.push_back(location(QStandardPaths::GenericDataLocation) / name);
     }
     paths.push_back(location(QStandardPaths::GenericConfigLocation));
@@ -106,7 +106,7 @@ FileRights rightsOfTheProgram(const std::string &identifier, const std::string &
 {
     const auto lock = location(QStandardPaths::GenericDataLocation) / lockFileName;
     made(lock.parent_path());
-    // A right to make this file would be one to make any in a directory that is everybody's.
+    // Create it now: a right to create this file would cover all files of a shared directory.
     const auto lockFile = openRegularFile(lock, O_RDWR | O_CREAT);
     FileRights rights{.readable = readablePaths(),
                       .usable = {"/dev", lockFile ? lock.string() : ""},
@@ -116,13 +116,13 @@ FileRights rightsOfTheProgram(const std::string &identifier, const std::string &
         const fs::path runtime(variable("XDG_RUNTIME_DIR"));
         const auto temporary = made(runtime / identifier);
         rights.own.push_back(temporary);
-        rights.own.push_back(runtime / "dconf"); // where the toolkit, under GNOME, hears of changed settings
+        rights.own.push_back(runtime / "dconf"); // the toolkit reads changed GNOME settings there
         ::setenv("TMPDIR", temporary.c_str(), 1);
     }
     return rights;
 }
 
-/// Whether the display or the session bus is reached across the network.
+/// Whether the display or the session bus is reached over the network.
 bool usesNetwork()
 {
     const auto display = variable("DISPLAY");
@@ -131,8 +131,8 @@ bool usesNetwork()
     return !isDisplayHere || variable("DBUS_SESSION_BUS_ADDRESS").find("tcp:") != std::string_view::npos;
 }
 
-/// Whether the X server of the display listens at a name that is no file's. The clients' library tries that
-/// one first, and takes a refusal for an end.
+/// Whether the X server of the display listens on an abstract socket. The client library tries that first,
+/// and a refusal is fatal.
 bool isDisplayAbstract()
 {
     const auto display = variable("DISPLAY");
@@ -147,19 +147,19 @@ bool isDisplayAbstract()
            errno != ECONNREFUSED;
 }
 
-/// Whether the display, a bus or the input method is, or may be, reached by such a name.
+/// Whether the display, a bus or the input method may be reached through an abstract socket.
 bool usesAbstractSockets()
 {
     constexpr std::array addresses{"DBUS_SESSION_BUS_ADDRESS", "AT_SPI_BUS_ADDRESS", "IBUS_ADDRESS"};
     const auto isAbstract = [](const char *name) {
         return variable(name).find("abstract=") != std::string_view::npos;
     };
-    // Where IBus listens stands in a file that it writes at its own start.
+    // The address of IBus is in a file that it writes when it starts.
     return isDisplayAbstract() || std::ranges::any_of(addresses, isAbstract) ||
            variable("QT_IM_MODULE") == "ibus";
 }
 
-/// None when all that is asked for is refused from now on.
+/// Applies all restrictions. None on success, else the reason.
 std::optional<std::string> confineProgram(const FileRights &rights)
 {
     auto failure = confine(rights, {.byNetwork = usesNetwork(), .byAbstractSocket = usesAbstractSockets()});

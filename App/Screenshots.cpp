@@ -19,7 +19,7 @@ namespace kelmoth {
 
 namespace {
 
-/// A mouse that has everything there is to show.
+/// A mouse with all features.
 constexpr auto mouse = "basilisk-v3-pro-wired";
 
 struct Scene {
@@ -46,7 +46,7 @@ void expandForwardButton(PanelStage &stage)
     stage.panel().buttonsTab()->toggleButton(static_cast<int>(MouseButton::forward));
 }
 
-/// What is picked scrolls into sight as it opens.
+/// The opened row scrolls into view.
 void pickForForwardButton(PanelStage &stage, const QString &action)
 {
     expandForwardButton(stage);
@@ -78,7 +78,7 @@ constexpr std::array scenes{
           }},
 };
 
-/// Whether two pictures differ by rounding at most, which may come out either way where opacities have moved.
+/// Whether two pictures differ at most by rounding, which varies after an opacity animation.
 bool looksTheSame(const QImage &one, const QImage &other)
 {
     constexpr int rounding = 2; // of 255
@@ -98,7 +98,7 @@ bool looksTheSame(const QImage &one, const QImage &other)
     return true;
 }
 
-/// None where there is no picture.
+/// None without a picture.
 QImage pictureIn(const QString &path)
 {
     constexpr std::size_t largestFile = std::size_t{64} * 1024 * 1024;

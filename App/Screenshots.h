@@ -6,10 +6,10 @@
 
 namespace kelmoth {
 
-/// Draws the panel in its states, with simulated mice, in each language and scheme, as
-/// DIRECTORY/SCENE-LANGUAGE-SCHEME.png; a picture that would only differ by rounding stays as it is. All
-/// scenes without a `wanted` one. On the platform `stillPlatform`, installed; names each picture on standard
-/// output. None on success, else what went wrong. Main thread, without a screen.
+/// Draws the panel's scenes, with simulated mice, in each language and scheme, to
+/// DIRECTORY/SCENE-LANGUAGE-SCHEME.png; keeps a picture that differs only by rounding. Draws all scenes when
+/// `wanted` is empty. Needs `stillPlatform` installed; prints the name of each picture. None on success, else
+/// the reason. Main thread, offscreen.
 std::optional<std::string> drawScreenshots(const std::string &directory,
                                            const std::vector<std::string> &wanted);
 

@@ -21,7 +21,7 @@ QImage mousePicture(int side, const QColor &color, const SymbolLook::Shadow &sha
 {
     SymbolLook look;
     look.size = QSizeF(side, side);
-    look.side = side * 0.86; // the rim needs room, too
+    look.side = side * 0.86; // room for the rim
     look.name = QStringLiteral("computermouse.fill");
     look.fill = {{0.0, color}};
     look.shadows[0] = shadow;
@@ -29,14 +29,14 @@ QImage mousePicture(int side, const QColor &color, const SymbolLook::Shadow &sha
     return picture.image.copy(QRect(picture.origin, QSize(side, side)));
 }
 
-/// On a bar whose colour is known the rim is only a softer edge.
+/// For a bar of known colour: a soft rim.
 QImage softRimmed(int side, bool isLight)
 {
     return mousePicture(side, isLight ? light : dark,
                         {.color = isLight ? dark : light, .radius = std::max(1.0, side / 16.0)});
 }
 
-/// On a bar of any colour either the mouse or a full rim around it is to be seen.
+/// For a bar of unknown colour: a full rim, so that either the mouse or the rim is visible.
 QImage fullRimmed(int side)
 {
     const auto rim = mousePicture(side, dark, {});
@@ -81,7 +81,7 @@ public:
         return pixmap;
     }
 
-    /// Those that are sent to a host which cannot ask.
+    /// The sizes to send to a host that cannot request one.
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
     {
         return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}};

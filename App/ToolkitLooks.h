@@ -4,8 +4,8 @@
 
 namespace kelmoth {
 
-/// Gives what the toolkit itself draws, the status item's menu, the scheme that the user prefers; the
-/// desktop's own when no preference names one. Main thread, with the application object.
+/// Applies the preferred scheme to what the toolkit draws, the status item's menu; the desktop's scheme
+/// without a preference. Main thread, with the application object.
 void applyToToolkit(Appearance::Mode mode);
 
 } // namespace kelmoth

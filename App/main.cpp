@@ -6,7 +6,7 @@
 int main(int argc, char **argv)
 {
     kelmoth::reserveStandardStreams();
-    // Nobody may be left to read what is written to a terminal that has gone.
+    // Ignore SIGPIPE: the terminal may be gone.
     std::signal(SIGPIPE, SIG_IGN);
     return kelmoth::KelmothApp::main(argc, argv);
 }
