@@ -26,8 +26,7 @@ saved.
 
 "kelmothctl help COMMAND" says more about a command.)";
 
-/// "0x00aa", "170" or, as lists of USB devices have it, "00aa"; none for anything that is not one 16-bit
-/// number.
+/// Parses "0x00aa", "170" or, as lsusb prints it, "00aa"; none for anything but a 16-bit number.
 std::optional<std::uint16_t> productIDFromText(const std::string &text)
 {
     const bool isPrefixed = text.starts_with("0x") || text.starts_with("0X");
@@ -62,7 +61,7 @@ void declareOptions(CLI::App &app, Options &options)
         ->option_text("PID");
 }
 
-/// The verb that the line ends in: the whole while it has none.
+/// The innermost verb of the line; `app` without one.
 const CLI::App &lastVerb(const CLI::App &line)
 {
     const auto *verb = &line;
@@ -83,7 +82,7 @@ Failure usage(const std::string &message, const CLI::App &verb)
     return {Failure::Code::usage, message, "Try \"" + nameOf(verb) + " --help\"."};
 }
 
-/// What is wrong with a line in which no word follows `verb` that it knows.
+/// The error for a line in which no known word follows `verb`.
 Failure missingWord(const CLI::App &verb, const std::vector<std::string> &words)
 {
     Words known;
@@ -106,7 +105,7 @@ std::string listOf(const Vocabulary &vocabulary)
            "\nActions: " + joined(vocabulary.actions()) + '\n';
 }
 
-/// The help of the verb that the words lead to.
+/// The help of the verb that the words name.
 ParsedArguments helpOf(const CLI::App &app, const Words &words)
 {
     const auto *verb = &app;
@@ -145,10 +144,10 @@ ParsedArguments parseArguments(int argc, const char *const *argv, const Commands
     const auto *help = declareVerb(app, "help", "Show this help, or that of a command");
     app.get_subcommand("help")->add_option("COMMAND", topic, "The command, such as set")->option_text("...");
 
-    app.footer(modelsToSimulate() + examples); // not before: verbs take it over
+    app.footer(modelsToSimulate() + examples); // last: verbs inherit it
 
     const Words words(argv + std::min(argc, 1), argv + argc);
-    if (!words.empty() && words.front() == "complete") { // for shells: what may follow the words behind it
+    if (!words.empty() && words.front() == "complete") { // for shells: completes the words that follow
         const auto found = completions(app, {words.begin() + 1, words.end()});
         return Information{found.empty() ? "" : joined(found, "\n") + '\n'};
     }

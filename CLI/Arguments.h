@@ -16,11 +16,11 @@ class Option;
 
 namespace kelmoth {
 
-/// What every command is told.
+/// Options of every command.
 struct Options {
-    /// Print for programs.
+    /// Print JSON.
     bool json = false;
-    /// Show diagnostic lines as they come.
+    /// Print diagnostic lines at once.
     bool verbose = false;
     /// List of simulated models, unchecked; the real mice when absent.
     std::optional<std::string> simulate = std::nullopt;
@@ -28,29 +28,29 @@ struct Options {
     std::optional<std::uint16_t> productID = std::nullopt;
 };
 
-/// A command line that makes sense: the command holds its own options.
+/// A valid command line. The command holds its own options.
 struct Invocation {
     Options options;
-    Command *command = nullptr; ///< one of those that were offered
+    Command *command = nullptr; ///< one of the commands passed in
 };
 
 using ParsedArguments = std::variant<Invocation, Information, Failure>;
 
 /// Reads the arguments as `main` gets them. Options that every command takes may stand before or after it.
-/// `vocabulary` is asked for the words that a help text lists.
+/// `vocabulary` provides the words that a help text lists.
 ParsedArguments parseArguments(int argc, const char *const *argv, const Commands &commands,
                                const std::function<Vocabulary(const Options &)> &vocabulary);
 
-/// Whether a line that makes no sense asks for JSON.
+/// Whether an invalid command line asks for JSON.
 bool asksForJSON(int argc, const char *const *argv);
 
-/// Declares a further verb of a command.
+/// Adds a verb to a command.
 CLI::App *declareVerb(CLI::App &parser, std::string_view name, std::string_view summary);
 
-/// Declares an operand that has to be there.
+/// Adds a required operand.
 void declareWord(CLI::App &parser, const char *name, std::string &target, const char *help);
 
-/// Declares an operand or option that is a whole number of the range, perhaps with a fraction.
+/// Adds an operand or option for a whole number in the range, or also a fraction if `mayBeFraction`.
 CLI::Option *declareNumber(CLI::App &parser, const std::string &name, const std::function<void(double)> &take,
                            Int lowest, Int highest, const std::string &help, bool mayBeFraction = false);
 

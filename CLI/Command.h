@@ -16,15 +16,15 @@ namespace kelmoth {
 
 class Session;
 
-/// One verb of kelmothctl. Adding one: a file in CLI/Commands, and a line each in the two lists below.
+/// One verb of kelmothctl. To add one, add a file in CLI/Commands and a line in each of the two lists below.
 class Command {
 public:
-    /// What the help says of a command.
+    /// The help of a command.
     struct Text {
         std::string_view name;      ///< the word on the command line
         std::string_view summary;   ///< one line for the list of commands
-        std::string_view details;   ///< below its options: what it does, examples
-        bool hasVocabulary = false; ///< and the words of the settings
+        std::string_view details;   ///< printed below its options: what it does, examples
+        bool hasVocabulary = false; ///< the help also lists the words of the settings
     };
 
     explicit Command(const Text &text) : m_text(text) {}
@@ -32,10 +32,10 @@ public:
 
     const Text &text() const { return m_text; }
 
-    /// Declares options, operands and further verbs of its own; they are set when `run` begins.
+    /// Adds its options, operands and verbs; they are set when `run` starts.
     virtual void declare(CLI::App &) {}
 
-    /// Does the work. The session outlives it. Main thread, within the event loop.
+    /// Runs the command. The session outlives it. Main thread, within the event loop.
     virtual QCoro::Task<ExitStatus> run(Session *session) = 0;
 
 private:

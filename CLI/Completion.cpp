@@ -22,7 +22,7 @@ Words numbers(int lowest, int highest, const std::string &before = "")
     return words;
 }
 
-/// The actions, with each number that one takes.
+/// The actions, with all their numbers.
 Words actions(const Vocabulary &vocabulary)
 {
     Words words;
@@ -37,7 +37,7 @@ Words actions(const Vocabulary &vocabulary)
     return words;
 }
 
-/// The models to simulate, behind those that a list names already.
+/// The models to simulate, appended to an unfinished list.
 Words models(std::string_view list)
 {
     const auto comma = list.rfind(',');
@@ -61,7 +61,7 @@ Words products()
     return words;
 }
 
-/// What can stand for an operand or an option, by its name in the help.
+/// The possible values of an operand or option, by its name in the help.
 Words valuesOf(const std::string &name, std::string_view word)
 {
     const auto vocabulary = Vocabulary::ofAll();
@@ -89,7 +89,7 @@ Words valuesOf(const std::string &name, std::string_view word)
     return row == table.end() ? Words{} : row->second;
 }
 
-/// The option of a verb, or of those that it stands under; none when there is no such.
+/// The option of a verb or of its parents; null when there is none.
 const CLI::Option *optionOf(const CLI::App *verb, const std::string &name)
 {
     while (verb != nullptr && verb->get_option_no_throw(name) == nullptr) {
@@ -136,7 +136,7 @@ const CLI::App *verbOf(const CLI::App &parser, const std::string &name)
 Words completions(const CLI::App &parser, const Words &words)
 {
     const auto *verb = &parser;
-    const CLI::Option *open = nullptr; // its value comes next
+    const CLI::Option *open = nullptr; // the option whose value comes next
     std::size_t position = 0;
     for (std::size_t i = 0; i + 1 < words.size(); ++i) {
         const auto &word = words[i];

@@ -8,14 +8,14 @@ class App;
 
 namespace kelmoth {
 
-/// The verbs that can follow a verb, in the order of the help.
+/// The verbs of a verb, in the order of the help.
 std::vector<const CLI::App *> verbsOf(const CLI::App &parser);
 
-/// The one of them with this name; null when there is none.
+/// The one with this name; null without one.
 const CLI::App *verbOf(const CLI::App &parser, const std::string &name);
 
-/// The words that can stand for the last of these, which is unfinished and may be empty, after those before
-/// it. A word that ends in a colon or a comma goes on. None where a file or any other text belongs.
+/// The completions of the last word, which may be empty, after the words before it. A completion that ends in
+/// a colon or a comma is not finished. None where a file or any other text is expected.
 Words completions(const CLI::App &parser, const Words &words);
 
 } // namespace kelmoth

@@ -8,32 +8,32 @@
 
 namespace kelmoth {
 
-/// What the process tells its caller.
+/// Exit status.
 enum class ExitStatus {
     done = 0,
     failed = 1,       ///< the mouse refused or did not answer, or the output could not be written
-    usage = 2,        ///< the arguments make no sense; nothing was done
+    usage = 2,        ///< invalid arguments; nothing was done
     noMouse = 3,      ///< no mouse that can be configured
-    noPermission = 4, ///< there is one, but this user may not open it
-    notSaved = 5,     ///< the mouse took it, but it could not be saved
+    noPermission = 4, ///< the user has no permission to open the mouse
+    notSaved = 5,     ///< the mouse accepted the change, but it could not be saved
 };
 
-/// Why a command does not do its work, for the user and for the caller of the process.
+/// The failure of a command, for the user and for the caller of the process.
 struct Failure {
     enum class Code { failed, usage, noMouse, noPermission, refused, noAnswer, unplugged, notSaved };
     Code code = Code::failed;
     std::string message; ///< one English line or more
-    // NOLINTNEXTLINE(readability-redundant-member-init): what leaves it out is no mistake
-    std::string remedy = {}; ///< what the user can do; empty where that is not known
+    // NOLINTNEXTLINE(readability-redundant-member-init): lets initializers omit it
+    std::string remedy = {}; ///< what the user can do; empty: unknown
 
-    /// What was sent to the mouse and what it answered say more.
+    /// The log of requests and answers is useful.
     bool isOfMouse() const
     {
         return code == Code::refused || code == Code::noAnswer || code == Code::unplugged;
     }
 };
 
-/// The codes as programs are told them, each with its exit status.
+/// The machine-readable codes, each with its exit status.
 template <> struct RawValues<Failure::Code> {
     struct Row {
         std::string_view rawValue;
@@ -47,16 +47,16 @@ template <> struct RawValues<Failure::Code> {
     };
 };
 
-/// The status of a process that ends with the failure.
+/// The exit status of the failure.
 inline ExitStatus statusOf(const Failure &failure)
 {
     return tableRow(failure.code).status;
 }
 
-/// The version of everything that is printed for programs.
+/// The version of all JSON output.
 inline constexpr int schema = 1;
 
-/// The member "error" of what programs are told.
+/// The member "error" of JSON output.
 inline nlohmann::ordered_json errorJSON(const Failure &failure)
 {
     nlohmann::ordered_json json{{"code", rawValue(failure.code)}, {"message", failure.message}};

@@ -12,7 +12,7 @@ namespace {
 
 using Code = Failure::Code;
 
-/// Why commands cannot be sent to a mouse that is attached like this.
+/// Why a mouse takes no commands over this connection.
 Obstacle obstacleOfKind(const RazerDevice &device)
 {
     if (device.isBluetooth()) {
@@ -50,7 +50,7 @@ namespace {
 Failure forbidden(const ListedMouse &mouse, const std::vector<ListedMouse> &mice)
 {
     auto remedy = permissionRemedy() + "\n\"kelmothctl doctor\" looks closer.";
-    // Mice are told apart by their product IDs.
+    // Mice are identified by their product IDs.
     const auto other = std::ranges::find_if(mice, [&mouse](const auto &candidate) {
         return candidate.obstacle == Obstacle::none && candidate.device.productID != mouse.device.productID;
     });
@@ -75,7 +75,7 @@ std::vector<ListedMouse> listMice(Session *session)
 
 bool isGone(const RazerDevice &device, const HIDMonitor &monitor)
 {
-    // The node of a mouse that is pulled out goes before the system tells of it.
+    // The node of an unplugged mouse disappears before the system reports it.
     const auto handle = monitor.deviceHandle(device.id);
     return !handle || handle->probeAccess() == ENODEV;
 }

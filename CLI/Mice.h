@@ -27,31 +27,30 @@ template <> struct RawValues<Obstacle> {
 /// A listed mouse.
 struct ListedMouse {
     RazerDevice device;
-    std::string path; ///< of its device node; empty once the mouse has gone
+    std::string path; ///< path of its device node; empty once it is detached
     Obstacle obstacle = Obstacle::none;
 };
 
-/// The mouse as it is now. Opens its device node, sends nothing.
+/// The current state of the mouse. Opens its device node, sends nothing.
 ListedMouse look(const RazerDevice &device, const HIDMonitor &monitor);
 
-/// The mice that are meant, in attach order. Opens device nodes, sends nothing.
+/// The selected mice, in attach order. Opens device nodes, sends nothing.
 std::vector<ListedMouse> listMice(Session *session);
 
-/// Whether a mouse has been pulled out. The system may not have told the monitor yet.
+/// Whether a mouse has been unplugged, also before the system reports it to the monitor.
 bool isGone(const RazerDevice &device, const HIDMonitor &monitor);
 
-/// Has the battery of a mouse read, until the deadline at most, and takes over what the list then holds.
-/// False when the mouse has gone.
+/// Reads the battery of a mouse, until the deadline at most, and updates the mouse from the list. False when
+/// it is detached.
 QCoro::Task<bool> readBattery(ListedMouse *mouse, HIDMonitor *monitor, QDeadlineTimer deadline);
 
-/// The failure when the system gives no way to find mice.
+/// The failure when the system cannot enumerate mice.
 inline const Failure noView{Failure::Code::failed, "the system does not show its mice"};
 
-/// "no supported mouse is attached", or that none with the product ID that was asked for is.
+/// "no supported mouse is attached", or none with the requested product ID.
 std::string noneAttached(const Options &options);
 
-/// The mouse to talk to: the first of a kind that can be configured, as the manager of its settings chooses,
-/// if it can be opened.
+/// The mouse to configure: the first configurable one, as DeviceManager chooses, if it can be opened.
 std::variant<ListedMouse, Failure> chooseMouse(Session *session);
 
 } // namespace kelmoth

@@ -5,23 +5,23 @@
 
 namespace kelmoth {
 
-/// The mouse that a command works with.
+/// The mouse of a command.
 struct Mouse {
     Session *session;
     ListedMouse listed;
-    DeviceReading reading = {}; ///< what it said of its settings; empty where that was not asked for
+    DeviceReading reading = {}; ///< its settings; empty unless they were read
 
     const RazerDevice &device() const { return listed.device; }
 
-    /// Why a change was not made; none when it was.
+    /// Why a change failed; none when it succeeded.
     std::optional<Failure> failureOf(const WriteResult &result) const;
 };
 
-/// A command that works with one mouse: chooses and opens it, reads it, and says why not, once.
+/// A command for one mouse: chooses, opens and reads it, and reports the failure of that.
 class MouseCommand : public Command {
 public:
-    /// What happens before the work: nothing, a full read, or that with nobody else changing settings from
-    /// then on until the end.
+    /// What to do before `work`: nothing, a full read, or a full read under the change lock, which is held
+    /// until the end.
     enum class Need { none, reading, changing };
 
     MouseCommand(const Text &text, Need need) : Command(text), m_need(need) {}
@@ -29,13 +29,13 @@ public:
     QCoro::Task<ExitStatus> run(Session *session) final;
 
 protected:
-    /// What is wrong before any mouse is looked for.
+    /// The failure of the checks before any mouse is searched for.
     virtual std::optional<Failure> prepare() { return std::nullopt; }
 
-    /// What is wrong before the mouse is asked for anything.
+    /// The failure of the checks before anything is sent to the mouse.
     virtual std::optional<Failure> objection(Mouse *) { return std::nullopt; }
 
-    /// The work. What it prints of a failure itself stays the only thing that is printed.
+    /// Does the work. If it prints a failure itself, nothing more is printed.
     virtual QCoro::Task<std::optional<Failure>> work(Mouse *mouse) = 0;
 
 private:

@@ -59,7 +59,7 @@ void Output::fail(const Failure &failure, bool json)
 
 void Output::showComplaints()
 {
-    // Nobody is left to be told when this fails.
+    // Ignore errors: there is no other channel to report them.
     writeAll(m_standardError, m_complaints);
     m_complaints.clear();
 }

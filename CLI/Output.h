@@ -4,31 +4,29 @@
 
 namespace kelmoth {
 
-/// The program's two output streams, written without a buffer of its own: a line is out when the call
-/// returns. Main thread.
+/// The program's two output streams, unbuffered: a line is written when the call returns. Main thread.
 class Output {
 public:
     /// Both descriptors stay the caller's.
     explicit Output(int standardOutput, int standardError);
 
-    /// Writes a finished text to standard output. After a failure nothing more is written.
-    /// False when the text did not get out.
+    /// Writes a text to standard output. Writes nothing after a failure. False when it was not written.
     bool print(std::string_view text);
 
-    /// Writes one JSON document as one line of ASCII: whatever a name holds, no terminal is steered by it.
+    /// Writes one JSON document as one line of ASCII, so that no name in it can control a terminal.
     bool printJSON(const nlohmann::ordered_json &document);
 
     /// Whether anything has been printed.
     bool hasPrinted() const { return m_hasPrinted; }
 
-    /// Shows a question at once, and whether the answer, a line of standard input, begins with a yes.
+    /// Asks a question; true when the answer, a line of standard input, begins with yes.
     bool ask(std::string_view question) const;
 
-    /// Keeps a message for the user until the end, where diagnostic lines do not bury it. Line ends within
-    /// the text stay; everything else that could steer a terminal is made visible.
+    /// Keeps a message for the end, after all diagnostic lines. Line ends stay; other control characters are
+    /// made visible.
     void complain(std::string_view text);
 
-    /// Complains of a failure; in JSON too, when nothing has been printed yet and a program reads.
+    /// Reports a failure; also in JSON if that is requested and nothing has been printed yet.
     void fail(const Failure &failure, bool json);
 
     /// Writes the messages to standard error, each after the program's name.
@@ -37,7 +35,7 @@ public:
     /// The errno of the first failed write to standard output; 0 while there was none.
     int error() const { return m_error; }
 
-    /// Whether the one who read standard output has gone: not a failure, but a reason to stop.
+    /// Whether the reader of standard output is gone: not a failure, but a reason to stop.
     bool isReaderGone() const;
 
     int standardOutput() const { return m_standardOutput; }

@@ -10,7 +10,7 @@
 
 namespace kelmoth {
 
-/// What one run of a command works with. Main thread.
+/// The context of one run of a command. Main thread.
 class Session {
 public:
     /// `output` outlives the session.
@@ -20,25 +20,24 @@ public:
     Output &output() const { return *m_output; }
     const Terminal &terminal() const { return m_terminal; }
 
-    /// The monitor, watching from the first call on, and batteries too if that says so. That the mice which
-    /// are present are listed does not mean that watching works: see `isMonitoring`.
+    /// The monitor, started by the first call, which also decides about batteries. The present mice are
+    /// listed even when watching fails: see `isMonitoring`.
     HIDMonitor &monitor(bool watchesBatteries = false);
 
-    /// The listed mice that are meant: all, or those with the product ID that was asked for.
+    /// The selected mice in the list: all, or those with the requested product ID.
     std::vector<RazerDevice> devices();
 
-    /// The owner of the settings of the first of these that can be configured. From the first call on it
-    /// reads that mouse.
+    /// The manager of the first configurable one of them. It starts reading that mouse at the first call.
     DeviceManager &manager();
 
-    /// Tells the user of a failure, and programs when nothing has been printed for them yet; its status.
+    /// Reports a failure as Output does, and returns its exit status.
     ExitStatus report(const Failure &failure);
 
-    /// Whether a failure of the mouse was among those reported.
+    /// Whether a failure of the mouse was reported.
     bool hasMouseFailed() const { return m_hasMouseFailed; }
 
-    /// Waits, some seconds at most, until what the manager saved has reached the disk. The failure when it
-    /// has not.
+    /// Waits, some seconds at most, until the saved settings are on the disk. None on success, else the
+    /// failure.
     std::optional<Failure> flushDefaults() const;
 
 private:
@@ -46,7 +45,7 @@ private:
     Platform m_platform;
     Output *m_output;
     Terminal m_terminal;
-    ToastManager m_toasts; ///< nobody looks
+    ToastManager m_toasts; ///< not shown
     std::unique_ptr<HIDMonitor> m_monitor;
     std::unique_ptr<DeviceManager> m_manager;
     bool m_hasMouseFailed = false;

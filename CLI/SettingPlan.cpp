@@ -17,13 +17,13 @@ using Kind = SettingStep::Kind;
 using Part = SettingStep::Part;
 using JSON = nlohmann::ordered_json;
 
-/// A position as users count.
+/// A position counted from 1.
 Int counted(Int position)
 {
     return position < std::numeric_limits<Int>::max() ? position + 1 : position;
 }
 
-/// Whether a mouse that is sent the one is as if it were sent the other.
+/// Whether both have the same effect when sent to a mouse.
 bool isSameLight(RGBZone zone, const RGBSetting &a, const RGBSetting &b, const RazerDevice &device)
 {
     using namespace RazerProtocol;
@@ -135,7 +135,7 @@ private:
         }
     }
 
-    /// What the record holds and no command of the mouse sets.
+    /// Adds what is in the record but cannot be set by a command.
     void planRest()
     {
         const auto &held = m_mouse.state;
@@ -153,7 +153,7 @@ private:
     }
 
     const DeviceState &m_record;
-    const std::optional<Int> m_liftOffLevel; ///< of the file, 0 to 2
+    const std::optional<Int> m_liftOffLevel; ///< from the file, 0 to 2
     const DeviceReading &m_mouse;
     const RazerDevice &m_device;
     std::vector<SettingStep> m_steps;

@@ -37,7 +37,7 @@ std::string Table::render(const Terminal &terminal, std::size_t indent) const
     const auto widths = columnWidths(m_rows, terminal);
     std::string text;
     for (const auto &row : m_rows) {
-        // Spaces are owed until something follows them.
+        // Write padding only before further text.
         std::size_t owed = indent;
         for (std::size_t i = 0; i < row.size(); ++i) {
             const auto &cell = row[i];

@@ -7,27 +7,27 @@
 
 namespace kelmoth {
 
-/// How a piece of text is shown where colour is wanted.
+/// The style of a text where colour is wanted.
 enum class Style { plain, heading, good, bad, warning };
 
-/// What standard output can show. A plain value.
+/// Capabilities of standard output. A plain value.
 struct Terminal {
-    bool hasColor = false;     ///< escape sequences for colour are understood and wanted
+    bool hasColor = false;     ///< escape sequences for colour are supported and wanted
     bool hasTrueColor = false; ///< also those for any 24-bit colour
 
-    /// What the descriptor stands for, and what the environment asks for: colour only on a terminal that is
-    /// not "dumb", and not when NO_COLOR is set to anything.
+    /// Detects the capabilities from the descriptor and the environment: colour only on a terminal that is
+    /// not "dumb", and not when NO_COLOR is set.
     static Terminal detect(int descriptor);
 
-    /// The text in a style; whatever in it could steer the terminal is made visible.
+    /// The text in a style, with control characters made visible.
     std::string styled(std::string_view text, Style style) const;
 
-    /// Two columns of a colour and a space; nothing without true colour.
+    /// Two columns of a colour and a space; empty without true colour.
     std::string swatch(RGBColor color) const;
 };
 
-/// The columns that a text takes on a terminal: none for a combining mark, two for a wide character. Needs a
-/// UTF-8 locale (the application object sets one).
+/// The width of a text on a terminal: 0 columns for a combining mark, 2 for a wide character. Needs a UTF-8
+/// locale (the application object sets one).
 std::size_t displayWidth(std::string_view text);
 
 } // namespace kelmoth

@@ -22,14 +22,14 @@ void forwardQtMessage(QtMsgType, const QMessageLogContext &, const QString &mess
     log("%s", qUtf8Printable(message));
 }
 
-/// The system that is worked on: this one, or simulated mice in its place. None when the list of simulated
-/// mice is wrong; `failure` then says how.
+/// The platform: this system, or simulated mice. None when the list of simulated mice is invalid, with the
+/// reason in `failure`.
 std::optional<Platform> composePlatform(const Options &options, std::shared_ptr<Log> log,
                                         std::string *failure)
 {
     auto platform = linuxPlatform();
-    // No bundle: what is printed is English in every session, for the programs that read it.
-    platform.userDefaults = settingsUserDefaults(std::chrono::seconds{20}); // a busy disk is no failure
+    // No bundle: output is always English, for programs that read it.
+    platform.userDefaults = settingsUserDefaults(std::chrono::seconds{20}); // for a busy disk
     platform.log = std::move(log);
     if (options.simulate && !simulateMice(*options.simulate, platform, failure)) {
         return std::nullopt;
@@ -56,7 +56,7 @@ ExitStatus runCommand(const Invocation &invocation, Output &output)
         status = QCoro::waitFor(invocation.command->run(&session));
         hasMouseFailed = session.hasMouseFailed();
     }
-    // Whoever still waited for the mouse learns now that it is over, and lets go of what it holds.
+    // Let coroutines that still wait for the mouse end and release their resources.
     QCoreApplication::processEvents();
     platform->userDefaults->flush();
     if (hasMouseFailed) {
@@ -65,7 +65,7 @@ ExitStatus runCommand(const Invocation &invocation, Output &output)
     return status;
 }
 
-/// The words of the mouse that would be configured; without one those of all models.
+/// The words for the mouse that would be configured; those of all models without one.
 Vocabulary attachedVocabulary(const Options &options, Output &output)
 {
     std::string obstacle;
@@ -109,9 +109,9 @@ int main(int argc, char **argv)
     using namespace kelmoth;
 
     reserveStandardStreams();
-    // Signals that end a program end this one as it stands, whatever it waits for: each line of output is out
-    // when it is written, and the kernel gives back the lock and lets no more than the transfer under way
-    // end. A reader that goes away is noticed by the write that fails.
+    // Termination signals end the program at once, whatever it waits for: output is unbuffered, the kernel
+    // releases the locks, and at most the current transfer is completed. A closed reader is detected by a
+    // failing write.
     std::signal(SIGPIPE, SIG_IGN);
     Output output(STDOUT_FILENO, STDERR_FILENO);
     auto status = run(argc, argv, output);

@@ -7,7 +7,7 @@ namespace kelmoth {
 
 namespace {
 
-/// Shows what stands between this user and the mouse.
+/// Shows what keeps this user from configuring the mouse.
 class DoctorCommand : public Command {
 public:
     DoctorCommand()
@@ -29,8 +29,8 @@ public:
             output.print(udevRule);
             co_return ExitStatus::done;
         }
-        // Simulated mice have nothing of this system between them and the user, and it is not looked at: what
-        // it would show is not what the other commands are given.
+        // Simulated mice do not depend on this system, so do not examine it: it would not show the mice of
+        // the other commands.
         Diagnosis diagnosis{{}, session->options().simulate.has_value()};
         if (diagnosis.isSimulated) {
             const auto choice = chooseMouse(session);

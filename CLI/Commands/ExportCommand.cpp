@@ -26,7 +26,7 @@ public:
     }
 
 protected:
-    /// Not after a second of reading.
+    /// Fail before reading the mouse, which takes a second.
     std::optional<Failure> objection(Mouse *) override
     {
         return m_file == "-" ? std::nullopt : failureOf(obstacleToWriting(m_file));
@@ -38,7 +38,7 @@ protected:
         const auto &reading = mouse->reading;
         std::optional<Failure> failure;
         auto needed = reading.unanswered;
-        needed.liftOff = false; // the file can do without
+        needed.liftOff = false; // optional in the file
         if (!needed.empty()) {
             auto words = unansweredWords(*mouse);
             std::erase(words, "battery");
@@ -46,7 +46,7 @@ protected:
                        "the mouse did not answer for " + joined(words) + ": nothing was written"};
             co_return failure;
         }
-        // What a mouse says is finite: it has a stored form.
+        // Values from a mouse are finite, so they can be encoded.
         const auto text = encode(SettingsFile{reading.state, reading.liftOffLevel}).value() + '\n';
         if (!reading.liftOffLevel) {
             output.complain("the mouse did not answer for lift-off distance: it is left out");

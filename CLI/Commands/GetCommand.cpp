@@ -14,7 +14,7 @@ namespace {
 
 using JSON = nlohmann::ordered_json;
 
-/// A value as scripts take it: no quotes, the members of a list with a space between them.
+/// A value for scripts: no quotes, list members separated by spaces.
 std::string bareText(const JSON &value)
 {
     if (!value.is_structured()) {
@@ -29,7 +29,7 @@ std::string bareText(const JSON &value)
     return joined(words, " ");
 }
 
-/// Prints one value, and asks the mouse for no more than that.
+/// Prints one value, and reads only that from the mouse.
 class GetCommand : public MouseCommand {
 public:
     GetCommand()
@@ -108,7 +108,7 @@ private:
         if (m_kind == "battery" || m_kind == "charging") {
             co_return co_await askBattery(mouse, m_kind == "battery");
         }
-        // What is asked for, and where it stands among all settings.
+        // The requested item, and its position among all settings.
         DeviceItems items;
         std::string where = "/dpi/stages";
         if (m_kind == "light") {

@@ -9,10 +9,10 @@ namespace kelmoth {
 
 namespace {
 
-/// No record of settings comes near it.
+/// Far larger than any record of settings.
 constexpr qint64 largestFile = qint64{1024} * 1024;
 
-/// Gives a mouse the settings of a file.
+/// Writes the settings of a file to a mouse.
 class ImportCommand : public MouseCommand {
 public:
     ImportCommand()

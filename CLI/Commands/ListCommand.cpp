@@ -8,7 +8,7 @@ namespace kelmoth {
 
 namespace {
 
-/// Long enough for several mice, of which one never answers.
+/// Timeout: enough for several mice of which one does not answer.
 constexpr std::chrono::seconds limit{5};
 
 std::string renderList(const std::vector<ListedMouse> &mice, const Terminal &terminal)

@@ -5,7 +5,7 @@ namespace kelmoth {
 
 namespace {
 
-/// Shows what a mouse says about its settings.
+/// Shows the settings that a mouse reports.
 class ReadCommand : public MouseCommand {
 public:
     ReadCommand()

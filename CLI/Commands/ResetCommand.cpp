@@ -11,7 +11,7 @@ namespace {
 
 using Part = SettingStep::Part;
 
-/// Gives a mouse the defaults of its model.
+/// Writes the defaults of its model to a mouse.
 class ResetCommand : public MouseCommand {
 public:
     ResetCommand()

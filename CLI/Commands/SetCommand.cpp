@@ -11,34 +11,34 @@ namespace {
 
 using Objection = std::optional<std::string>;
 
-/// One kind of change: what the command line asks for, and how the owner of the settings is asked to do it.
+/// One kind of change: its command line, and its call of the device manager.
 class Change {
 public:
     virtual ~Change() = default;
 
-    /// Declares operands and options; they are set when any of the following is called.
+    /// Adds operands and options; they are set when the functions below are called.
     virtual void declare(CLI::App &parser) = 0;
 
-    /// What of the change this model does not know, and what it does; none when nothing is wrong.
+    /// What the model does not support, with the alternatives; none when the change is valid.
     virtual Objection objection(const RazerDevice &) const { return std::nullopt; }
 
-    /// What of the change does not fit what the mouse, which has been read, holds.
+    /// What in the change does not fit the settings that were read from the mouse.
     virtual Objection misfit(const DeviceState &) const { return std::nullopt; }
 
-    /// Whether the mouse has left unanswered what the change would have to leave as it is.
+    /// Whether the mouse did not answer for a setting that the change must preserve.
     virtual bool isBlind(const UnansweredItems &) const { return false; }
 
-    /// Writes the change to the mouse, which has been read.
+    /// Writes the change to the mouse after it has been read.
     virtual QCoro::Task<WriteResult> apply(DeviceManager *manager) = 0;
 
-    /// What holds once the mouse has taken it: "DPI of stage 2 is now 900".
+    /// The message after success: "DPI of stage 2 is now 900".
     virtual std::string outcome(const DeviceManager &manager) const = 0;
 
-    /// Takes what has been changed out of what the mouse was not heard to say.
+    /// Removes what has been changed from the unanswered items.
     virtual void settle(UnansweredItems &) const {}
 };
 
-/// What is wrong with a stage, counted from 1, for a mouse with these settings.
+/// The error of a stage, counted from 1, for a mouse with these settings.
 Objection missingStage(Int stage, const DeviceState &held)
 {
     const auto count = std::ssize(held.dpiStages);
@@ -211,7 +211,7 @@ public:
     }
 
 private:
-    /// Those of the zones that are meant.
+    /// The selected ones among these zones.
     std::vector<RGBZone> zones(const auto &offered) const
     {
         std::vector<RGBZone> meant;
@@ -268,7 +268,7 @@ public:
     void settle(UnansweredItems &unanswered) const override { unanswered.buttons.erase(button()); }
 
 private:
-    /// To be called once there is no objection.
+    /// Call it only if `objection` has returned none.
     MouseButton button() const { return *findWord(m_button, allCases<MouseButton>()); }
 
     std::string m_button;
@@ -400,7 +400,7 @@ private:
             std::make_unique<LiftOffChange>()},
     };
     std::string_view m_name;
-    Change *m_change = nullptr; ///< the one that the command line asks for
+    Change *m_change = nullptr; ///< the one on the command line
 };
 
 } // namespace

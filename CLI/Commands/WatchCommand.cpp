@@ -20,8 +20,8 @@ std::string changeLine(const MouseChange &change, const Terminal &terminal)
     return line + " (" + productIDText(device.productID) + ", " + device.connectionLabel() + ")\n";
 }
 
-/// Writes a line for each thing that happens to a mouse, until the end of its reader or of the process.
-/// Sleeps in between: it has no timer.
+/// Writes a line for each event of a mouse, until its reader or the process ends. Sleeps in between, without
+/// a timer.
 class WatchCommand : public Command {
 public:
     WatchCommand()
@@ -34,9 +34,9 @@ public:
     QCoro::Task<ExitStatus> run(Session *session) override
     {
         m_session = session;
-        // Without it a watch of mice that never change would outlive its reader.
+        // Otherwise a watch without events would outlive its reader.
         m_reader.emplace(session->output().standardOutput());
-        // Level and charging status change one after the other: queued, they are seen together.
+        // Queued, so that level and charging status, which change one after the other, are compared together.
         auto &monitor = session->monitor(true);
         QObject::connect(
             &monitor, &HIDMonitor::connectedDevicesChanged, &monitor, [this] { report(); },
@@ -82,7 +82,7 @@ private:
     Session *m_session = nullptr;
     std::optional<ReaderWatch> m_reader;
     std::vector<RazerDevice> m_known;
-    std::map<QUuid, ListedMouse> m_mice; ///< as they were last seen
+    std::map<QUuid, ListedMouse> m_mice; ///< as last seen
 };
 
 } // namespace

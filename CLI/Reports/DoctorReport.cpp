@@ -24,7 +24,7 @@ JSON variable(const char *name)
     return value.isEmpty() ? JSON() : JSON(value.toStdString());
 }
 
-/// Where the program runs, by the names that programs are told.
+/// The system, with the member names of the JSON.
 JSON systemJSON()
 {
     const bool isRemote = !variable("SSH_CONNECTION").is_null() || !variable("SSH_TTY").is_null();
@@ -93,7 +93,7 @@ std::string renderProblems(const Examination &examination, const Terminal &termi
     const auto &problems = examination.problems;
     for (auto problem = problems.begin(); problem != problems.end(); ++problem) {
         text += terminal.styled(problem->what, Style::warning) + '\n';
-        // Several problems often have one remedy in common.
+        // Several problems often share a remedy.
         if (const auto next = problem + 1; next == problems.end() || next->remedy != problem->remedy) {
             text += "  " + terminal.styled(problem->remedy, Style::plain) + '\n';
         }

@@ -8,17 +8,17 @@ namespace kelmoth {
 /// The text of Resources/70-kelmoth.rules.
 extern const std::string_view udevRule;
 
-/// What was found out, and on what.
+/// The result of an examination, and its system.
 struct Diagnosis {
     Examination examination;
-    bool isSimulated = false; ///< nothing of this system has been looked at
+    bool isSimulated = false; ///< this system has not been examined
     ExitStatus verdict = ExitStatus::noMouse;
 };
 
-/// Everything that was found, for people: the system, facts, problems with their remedies, and the verdict.
+/// The report as text: the system, facts, problems with remedies, and the verdict.
 std::string renderDiagnosis(const Diagnosis &diagnosis, const Terminal &terminal);
 
-/// The same for programs.
+/// The report as JSON.
 nlohmann::ordered_json diagnosisJSON(const Diagnosis &diagnosis);
 
 } // namespace kelmoth

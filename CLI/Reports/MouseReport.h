@@ -13,20 +13,20 @@ std::string title(const RazerDevice &device);
 /// "78 %", "78 % (charging)", "unknown" before it has been read, "-" where there is no battery to read.
 std::string batteryText(const RazerDevice &device);
 
-/// The member "device" of what programs are told: who a mouse is, and where.
+/// The member "device" of JSON output: the identity and location of a mouse.
 nlohmann::ordered_json deviceJSON(const RazerDevice &device, const std::string &path);
 
-/// The member "battery"; null where there is none or it did not say.
+/// The member "battery"; null without a battery or an answer.
 nlohmann::ordered_json batteryJSON(const RazerDevice &device);
 
 /// The members "configurable" and "reason" with these two.
 nlohmann::ordered_json mouseJSON(const ListedMouse &mouse);
 
-/// Something that happened to a mouse.
+/// An event of a mouse.
 struct MouseChange {
     enum class Kind { attached, detached, battery };
     Kind kind;
-    RazerDevice device; ///< as it is now; one that is detached as it last was
+    RazerDevice device; ///< its current state, or the last one before its detach
 };
 
 template <> struct RawValues<MouseChange::Kind> {
@@ -37,8 +37,8 @@ template <> struct RawValues<MouseChange::Kind> {
     };
 };
 
-/// What leads from one device list to a later one: first the mice that have gone, then, in list order, those
-/// that have come and those whose battery or charging status has changed.
+/// The events between two device lists: first the detached mice, then, in list order, the attached ones and
+/// those whose battery or charging status has changed.
 std::vector<MouseChange> changesBetween(const std::vector<RazerDevice> &before,
                                         const std::vector<RazerDevice> &after);
 

@@ -181,7 +181,7 @@ Words unansweredWords(const Mouse &mouse)
 double percentOf(double brightness)
 {
     const auto byte = RazerProtocol::brightnessByte(brightness);
-    // A byte is some 0.4 %: at the latest one of the tenths lies within.
+    // A byte is about 0.4 %: at least one tenth is within it.
     for (const double scale : {1.0, 10.0}) {
         const double percent = std::ceil(byte * 100.0 * scale / 255) / scale;
         if (RazerProtocol::brightnessByte(percent / 100) == byte) {
@@ -194,7 +194,7 @@ double percentOf(double brightness)
 std::string lightText(const RGBSetting &setting)
 {
     const bool isFraction =
-        setting.brightness >= 0 && setting.brightness <= 1; // a stored one may be anything
+        setting.brightness >= 0 && setting.brightness <= 1; // stored values may be out of range
     std::array<char, 32> percent{};
     std::snprintf(percent.data(), percent.size(), "%.6g %%",
                   isFraction ? percentOf(setting.brightness) : setting.brightness * 100);

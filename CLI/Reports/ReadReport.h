@@ -5,17 +5,17 @@
 
 namespace kelmoth {
 
-/// What a mouse said of its settings, for people. What it did not answer is shown as such.
+/// The settings of a mouse as text. Marks items without an answer.
 std::string renderReading(const Mouse &mouse);
 
-/// The same for programs: null where the mouse did not answer, and a list of what that concerns.
+/// The same as JSON: null for items without an answer, and a list of them.
 nlohmann::ordered_json readingJSON(const Mouse &mouse);
 
-/// What the mouse was asked and did not answer, each in words.
+/// The items that the mouse did not answer, in words.
 Words unansweredWords(const Mouse &mouse);
 
-/// A brightness in percent, rounded as little as brings the same byte to the mouse when it is set again:
-/// "11.4", "100".
+/// A brightness in percent, with the fewest digits that give the same byte when it is set again: "11.4",
+/// "100".
 double percentOf(double brightness);
 
 /// "static #00ff00, 100 %"
