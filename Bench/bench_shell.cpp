@@ -24,7 +24,7 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto patience = 20s;
+constexpr auto timeout = 20s;
 constexpr std::uint16_t panelWidth = 340;
 constexpr std::uint16_t panelHeight = 610;
 constexpr std::uint32_t itemSide = 24;
@@ -103,7 +103,7 @@ public:
 private:
     static void waitFor(const char *what, const std::function<bool()> &condition)
     {
-        const auto end = Clock::now() + patience;
+        const auto end = Clock::now() + timeout;
         while (!condition()) {
             if (Clock::now() > end) {
                 giveUp((std::string("waited in vain for ") + what).c_str());

@@ -35,8 +35,7 @@ int main(int argc, char **argv)
     MockMouse mouse(testbed, std::make_shared<SimulatedMouse>(*model, now));
     mouse.attach();
 
-    // A wish to end is the program's to answer: it is passed on, and this process outlives it to write the
-    // log.
+    // Pass termination signals on to the program, and outlive it to write the log.
     static qint64 programID = 0;
     QProcess program;
     program.setProcessChannelMode(QProcess::ForwardedChannels);

@@ -13,20 +13,20 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-PATIENCE = 60  # seconds; a loaded machine is slow, a broken program is never done
-Atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)  # milliseconds; its own patience is 800
+TIMEOUT = 60  # seconds; a loaded machine is slow, a broken program is never done
+Atspi.set_timeout(TIMEOUT * 1000, TIMEOUT * 1000)  # milliseconds; its default is 800
 
 
-def wait_for(what, condition, patience=PATIENCE):
+def wait_for(what, condition, timeout=TIMEOUT):
     """Gives what `condition` gives as soon as that is true. Objects that vanish meanwhile are looked up again."""
-    deadline = time.monotonic() + patience
+    deadline = time.monotonic() + timeout
     context = GLib.MainContext.default()
     while True:
         with contextlib.suppress(GLib.Error):
             if result := condition():
                 return result
         if time.monotonic() > deadline:
-            raise AssertionError(f"waited {patience} s for {what}")
+            raise AssertionError(f"waited {timeout} s for {what}")
         alarm = GLib.timeout_add(20, lambda: False)
         context.iteration(True)
         with contextlib.suppress(Exception):
@@ -45,7 +45,7 @@ class Program:
         """Asks the program to end; gives its exit status."""
         if self.process.poll() is None:
             self.process.send_signal(signal.SIGTERM)
-        return self.process.wait(PATIENCE)
+        return self.process.wait(TIMEOUT)
 
     def log(self):
         size = os.fstat(self._log.fileno()).st_size

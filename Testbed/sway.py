@@ -94,7 +94,7 @@ class SwayScreen(Pointer):
         super().__init__((self.width, self.height))
 
     def _panel(self):
-        with socket.socket(socket.AF_UNIX) as sway:  # swaymsg has the patience of 3 s
+        with socket.socket(socket.AF_UNIX) as sway:  # swaymsg has a timeout of 3 s
             sway.connect(os.environ["SWAYSOCK"])
             sway.sendall(b"i3-ipc" + struct.pack("=II", 0, 4))  # for the tree
             size, _ = struct.unpack_from("=II", sway.recv(14, socket.MSG_WAITALL), 6)

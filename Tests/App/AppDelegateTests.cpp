@@ -150,7 +150,7 @@ protected:
     std::unique_ptr<AppDelegate> delegate;
 };
 
-TEST_F(AppDelegateTest, StartsOnceForAUser)
+TEST_F(AppDelegateTest, OnlyOneCopyRunsPerUser)
 {
     preferences.setAppearanceMode(2);
     loginService->now = LoginItemStatus::enabled;
@@ -180,7 +180,7 @@ TEST_F(AppDelegateTest, FollowsNoLinkToALock)
     EXPECT_FALSE(QFile::exists(document));
 }
 
-TEST_F(AppDelegateTest, HandsOverToTheCopyThatRuns)
+TEST_F(AppDelegateTest, ASecondCopyOpensTheFirstOnesPanel)
 {
     const struct {
         std::vector<RunningApplication> running;
@@ -257,7 +257,7 @@ TEST_F(AppDelegateTest, ClicksToggleThePopover)
     EXPECT_EQ(screen.alpha, 1.0);
 }
 
-TEST_F(AppDelegateTest, DoesWhatTheMenuAndOtherCopiesAsk)
+TEST_F(AppDelegateTest, HandlesTheMenuAndRequestsOfOtherCopies)
 {
     launch();
     preferences.chooseLanguage(1);
@@ -285,7 +285,7 @@ TEST_F(AppDelegateTest, DoesWhatTheMenuAndOtherCopiesAsk)
     EXPECT_EQ(ends, 1);
 }
 
-TEST_F(AppDelegateTest, EachOpeningAsksTheMouseOnce)
+TEST_F(AppDelegateTest, EachOpeningReadsTheMouseOnce)
 {
     launch({"basilisk-v3-pro-wired"});
     settle();
@@ -301,7 +301,7 @@ TEST_F(AppDelegateTest, EachOpeningAsksTheMouseOnce)
     EXPECT_THAT(commands, testing::UnorderedElementsAre(0x0486, 0x0780, 0x0784));
 }
 
-TEST_F(AppDelegateTest, IsAWindowWhereNothingShowsTheItem)
+TEST_F(AppDelegateTest, OpensAsAWindowWithoutATray)
 {
     screen.hosted.reset();
     launch();
@@ -326,7 +326,7 @@ TEST_F(AppDelegateTest, IsAWindowWhereNothingShowsTheItem)
     EXPECT_THAT(screen.takeCalls(), ElementsAre("animated", "at item", "front"));
 }
 
-TEST_F(AppDelegateTest, ATrayThatIsReplacedIsNotMissed)
+TEST_F(AppDelegateTest, AReplacedTrayOpensNoWindow)
 {
     screen.hosted.reset();
     launch();

@@ -16,7 +16,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr int patience = 30'000; // milliseconds
+constexpr int waitTimeout = 30'000; // milliseconds
 
 /// A run of the program in the test's own home, on a screen that nobody sees.
 class Program : public QProcess {
@@ -41,7 +41,7 @@ public:
     bool says(const std::string &text)
     {
         while (said.find(text) == std::string::npos) {
-            if (!waitForReadyRead(patience)) {
+            if (!waitForReadyRead(waitTimeout)) {
                 return false;
             }
             said += readAllStandardError().toStdString();
@@ -52,7 +52,7 @@ public:
     /// Waits for the end; -1 when there was none, or not by itself.
     int status()
     {
-        const bool hasEnded = waitForFinished(patience);
+        const bool hasEnded = waitForFinished(waitTimeout);
         said += readAllStandardError().toStdString();
         return hasEnded && exitStatus() == NormalExit ? exitCode() : -1;
     }
@@ -69,7 +69,7 @@ void plant(const char *name)
     EXPECT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
 }
 
-TEST(ProgramTest, AnswersAndRefusesWithoutAScreen)
+TEST(ProgramTest, HandlesArgumentsWithoutAScreen)
 {
     constexpr auto kind = "QT_QPA_PLATFORM";
     Program help(QStringLiteral("--help"), kind, "none");
@@ -95,7 +95,7 @@ TEST(ProgramTest, AnswersAndRefusesWithoutAScreen)
     EXPECT_TRUE(QFileInfo(pictures + QStringLiteral("/dpi-pl-light.png")).isFile());
 }
 
-TEST(ProgramTest, ShowsThePanelUntilItIsToldToEnd)
+TEST(ProgramTest, ShowsThePanelUntilASignal)
 {
     plant("com.kelmoth.app.lock");
     plant("com.kelmoth.app/defaults.ini");
@@ -108,7 +108,7 @@ TEST(ProgramTest, ShowsThePanelUntilItIsToldToEnd)
                                     Not(HasSubstr("qrc:")), Not(HasSubstr("QML"))));
 }
 
-TEST(ProgramTest, SaysOnlyWhatMatters)
+TEST(ProgramTest, OmitsReportsFromTheLog)
 {
     const auto recorded = std::make_shared<RecordedLog>();
     TerseLog log(recorded);

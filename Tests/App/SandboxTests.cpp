@@ -193,7 +193,7 @@ TEST_F(SandboxTest, AllowsWhatTheProgramNeedsAndRefusesTheRest)
     EXPECT_TRUE(QTest::qWaitFor([&] { return fs::exists(home + "/opened"); }));
 }
 
-TEST_F(SandboxTest, ReachesOthersOnlyAsTheDesktopIsReached)
+TEST_F(SandboxTest, ConnectsOnlyAsTheDesktopNeeds)
 {
     const AbstractSocket stranger(::getpid());
     const auto display = ':' + std::to_string(::getpid()) + ".0";

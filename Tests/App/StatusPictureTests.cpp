@@ -27,7 +27,7 @@ static bool standsOut(const QIcon &icon, const QColor &bar, int side)
     return rows == side * 3 / 4 - side / 4;
 }
 
-TEST(StatusPictureTest, StandsOutFromTheBarOrFromAnyWhereTheDesktopTellsNone)
+TEST(StatusPictureTest, HasContrastOnLightDarkAndUnknownBars)
 {
     const struct {
         ColorScheme told;

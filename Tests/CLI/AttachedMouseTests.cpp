@@ -82,7 +82,7 @@ protected:
 void expectEndBy(int signal, QProcess &process)
 {
     ::kill(static_cast<pid_t>(process.processId()), signal);
-    EXPECT_TRUE(process.waitForFinished(patience));
+    EXPECT_TRUE(process.waitForFinished(waitTimeout));
     EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
     EXPECT_EQ(process.exitCode(), signal);
 }
@@ -218,14 +218,14 @@ kelmothctl set lift-off "$(kelmothctl get lift-off)")sh");
     EXPECT_EQ(now.liftOff, held.liftOff);
 }
 
-TEST_F(AttachedMouseTest, WatchFollowsTheCableUntilItIsToldToEnd)
+TEST_F(AttachedMouseTest, WatchReportsAttachAndDetachUntilASignal)
 {
     plugIn("basilisk-v3-pro-wired");
     for (const int signal : {SIGINT, SIGTERM}) {
         QProcess watch;
         watch.start(program, {QStringLiteral("watch")});
         const auto expectLine = [&watch](const char *line) {
-            while (!watch.canReadLine() && watch.waitForReadyRead(patience)) {
+            while (!watch.canReadLine() && watch.waitForReadyRead(waitTimeout)) {
             }
             EXPECT_EQ(watch.readLine(), line);
         };
@@ -258,7 +258,7 @@ TEST_F(AttachedMouseTest, ASignalEndsEveryCommandDuringATransfer)
             isHanging = true;
             QProcess command;
             command.start(program, line);
-            EXPECT_TRUE(isHung.tryAcquire(1, patience));
+            EXPECT_TRUE(isHung.tryAcquire(1, waitTimeout));
             expectEndBy(signal, command);
             isHanging = false;
             goOn.release();
@@ -266,7 +266,7 @@ TEST_F(AttachedMouseTest, ASignalEndsEveryCommandDuringATransfer)
     }
 }
 
-TEST_F(AttachedMouseTest, PermissionIsMissedAtOnce)
+TEST_F(AttachedMouseTest, MissingPermissionFailsAtOnce)
 {
     auto &mouse = plugIn("basilisk-v3-pro-wired");
     attached->permit(false);
@@ -291,7 +291,7 @@ TEST_F(AttachedMouseTest, PermissionIsMissedAtOnce)
     EXPECT_THAT(mouse.takeTransfers(), IsEmpty());
 }
 
-TEST_F(AttachedMouseTest, AFailureBringsItsDiagnostics)
+TEST_F(AttachedMouseTest, AFailurePrintsDiagnostics)
 {
     auto &mouse = plugIn("basilisk-v3");
     mouse.addFault({.kind = SimulatedFault::Kind::noAnswer, .commandID = 0x8B, .times = -1});
@@ -320,7 +320,7 @@ protected:
     const QTemporaryDir directory;
 };
 
-TEST_F(SavedTest, RecordsAreHonoured)
+TEST_F(SavedTest, UsesOwnAndLegacyRecords)
 {
     auto state = DeviceState::defaultState();
     const auto record = [&state](Int pollingRate) {
@@ -364,7 +364,7 @@ TEST_F(SavedTest, RecordsAreHonoured)
 }
 
 /// KELMOTH_TEST_CHANGES: how many changes each of them makes, at most 255.
-TEST_F(SavedTest, TwoWhoChangeAtOnceLoseNothing)
+TEST_F(SavedTest, ConcurrentChangesAreNotLost)
 {
     const auto given = qEnvironmentVariable("KELMOTH_TEST_CHANGES", QStringLiteral("4"));
     auto &mouse = plugIn("basilisk-v3-x-hyperspeed");

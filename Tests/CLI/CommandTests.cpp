@@ -92,7 +92,7 @@ protected:
     }
 };
 
-TEST_F(CommandTest, AWrongWordIsAnsweredWithThoseThatAreAllowedAndNothingIsSent)
+TEST_F(CommandTest, AWrongWordListsTheAllowedOnesAndSendsNothing)
 {
     const struct {
         const char *line;
@@ -207,7 +207,7 @@ TEST_F(CommandTest, GetPrintsWhatReadShows)
     }
 }
 
-TEST_F(CommandTest, ChangeTheFirstMouseOfTheProduct)
+TEST_F(CommandTest, ProductSelectsTheMouse)
 {
     plugIn("basilisk-v3-pro-wired").addFault({.kind = Kind::denied, .times = -1});
     plugIn("basilisk-v3");
@@ -221,7 +221,7 @@ TEST_F(CommandTest, ChangeTheFirstMouseOfTheProduct)
     }
 }
 
-TEST_F(CommandTest, SayWhyAMouseCannotBeConfigured)
+TEST_F(CommandTest, ReportsWhyAMouseIsNotConfigurable)
 {
     plugIn("basilisk-v3-pro:bluetooth");
     plugIn("unknown");
@@ -236,7 +236,7 @@ TEST_F(CommandTest, SayWhyAMouseCannotBeConfigured)
     EXPECT_EQ(doctor.json()["canConfigure"], false);
 }
 
-TEST_F(CommandTest, ReadTellsWhatWasAnsweredFromWhatWasNot)
+TEST_F(CommandTest, ReadMarksUnansweredItems)
 {
     auto &mouse = plugIn("basilisk-v3-pro-wired");
     const auto read = [&](const char *line) {
@@ -268,7 +268,7 @@ TEST_F(CommandTest, ReadTellsWhatWasAnsweredFromWhatWasNot)
                       HasSubstr("Logo          no answer"), HasSubstr("Clutch             no answer")));
 }
 
-TEST_F(CommandTest, NothingIsPrintedOfAMouseThatSaysNothing)
+TEST_F(CommandTest, PrintsNothingWithoutAnAnswer)
 {
     const struct {
         const char *line;
@@ -292,7 +292,7 @@ TEST_F(CommandTest, NothingIsPrintedOfAMouseThatSaysNothing)
     }
 }
 
-TEST(OutputTest, JSONSteersNoTerminal)
+TEST(OutputTest, JSONEscapesControlCharacters)
 {
     OutputFile file;
     EXPECT_TRUE(Output(file.handle(), STDERR_FILENO).printJSON("caf\u00e9 \u009b31m\x1b[0m \x7f \xff"));
@@ -310,7 +310,7 @@ TEST(DiagnosticLogTest, KeepsTheLastLines)
     EXPECT_THAT(file.text(), testing::StartsWith("(3 earlier lines left out; --verbose shows them)\n3\n4\n"));
 }
 
-TEST(MouseChangesTest, OrderWhatHappenedBetweenTwoLists)
+TEST(MouseChangesTest, AreOrderedByDetachThenList)
 {
     const RazerDevice gone;
     RazerDevice stays;
@@ -342,7 +342,7 @@ protected:
     const std::string path = directory.filePath(QStringLiteral("settings.json")).toStdString();
 };
 
-TEST_F(ChangeTest, ItIsSaidWhatHolds)
+TEST_F(ChangeTest, PrintsTheNewSetting)
 {
     const std::pair<const char *, const char *> rows[]{
         {"set stage 4", "active stage is now 4, 3200 DPI\n"},
@@ -387,7 +387,7 @@ TEST_F(ChangeTest, ItIsSaidWhatHolds)
     EXPECT_EQ(json, run("read --json").json());
 }
 
-TEST_F(ChangeTest, ARefusalIsToldInTheManagersWordsAndWhatWasNotReadIsNotWrittenOver)
+TEST_F(ChangeTest, PrintsRefusalsAndKeepsUnreadSettings)
 {
     const std::tuple<const char *, std::uint8_t, std::uint8_t, const char *> rows[]{
         {"set dpi 900", 0x04, 0x06, "kelmothctl: Failed to set DPI\n"},
@@ -416,7 +416,7 @@ TEST_F(ChangeTest, ARefusalIsToldInTheManagersWordsAndWhatWasNotReadIsNotWritten
     }
 }
 
-TEST_F(ChangeTest, ResetGivesTheDefaultsOfTheModel)
+TEST_F(ChangeTest, ResetRestoresTheModelsDefaults)
 {
     for (const auto &model : basiliskModels()) {
         SCOPED_TRACE(model.commandLineName);
@@ -440,7 +440,7 @@ TEST_F(ChangeTest, ResetGivesTheDefaultsOfTheModel)
     }
 }
 
-TEST(SettingWordsTest, EachBrightnessIsPrintedSoThatItComesBackAsTheSameByte)
+TEST(SettingWordsTest, EachPrintedBrightnessGivesTheSameByte)
 {
     for (int byte = 0; byte <= 255; ++byte) {
         const auto percent = percentOf(byte / 255.0);
@@ -449,7 +449,7 @@ TEST(SettingWordsTest, EachBrightnessIsPrintedSoThatItComesBackAsTheSameByte)
     }
 }
 
-TEST_F(ChangeTest, SettingsTravelByFile)
+TEST_F(ChangeTest, ExportAndImportRoundTrip)
 {
     auto &mouse = plugIn("basilisk-v3");
     auto held = mouse.state();
@@ -494,7 +494,7 @@ lift-off distance: medium -> high: failed (Failed to set lift-off distance)
     EXPECT_EQ(other.state().liftOff, held.liftOff);
 }
 
-TEST_F(ChangeTest, OneLockKeepsAllProcessesOfTheUserApart)
+TEST_F(ChangeTest, TheChangeLockExcludesOtherProcesses)
 {
     const auto home = qgetenv("XDG_DATA_HOME").toStdString() + "/com.kelmoth.app.set.lock";
     const auto before = qgetenv("TMPDIR");
@@ -547,7 +547,7 @@ TEST_F(ChangeTest, AnyRecordIsSafeToImport)
     EXPECT_EQ(mouse.takeTransfers().size(), 2 * 2 * 19) << "only the full reads";
 }
 
-TEST_F(ChangeTest, NothingComesOfAnUnusableFile)
+TEST_F(ChangeTest, AnUnusableFileChangesNothing)
 {
     auto &mouse = plugIn("basilisk-v3");
     write(R"({"dpiStages":[{"index":0,"dpi":1,"color":"\u001b[2Jpink"}]})");

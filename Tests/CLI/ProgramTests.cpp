@@ -23,7 +23,7 @@ using testing::Matcher;
 using testing::Not;
 using testing::StartsWith;
 
-TEST(ProgramTest, TellsItsCallerHowItWent)
+TEST(ProgramTest, ReturnsAnExitStatus)
 {
     const auto hasColour = HasSubstr("\x1b[");
     const auto hasSwatch = HasSubstr("\x1b[48;2;0;255;0m");
@@ -163,7 +163,7 @@ TEST(ProgramTest, AWatchEndsWithItsReader)
         watch.setChildProcessModifier([end = output.get()] { ::dup2(end, STDOUT_FILENO); });
         watch.start(program, {QStringLiteral("--simulate"), QStringLiteral("basilisk-v3-x-hyperspeed"),
                               QStringLiteral("watch")});
-        ASSERT_TRUE(watch.waitForStarted(patience));
+        ASSERT_TRUE(watch.waitForStarted(waitTimeout));
         output = {};
         std::string lines; // to their end: a network connection with something unread is reset
         for (char next = 0;
@@ -172,7 +172,7 @@ TEST(ProgramTest, AWatchEndsWithItsReader)
         }
         EXPECT_THAT(lines, HasSubstr("battery"));
         reader = {};
-        EXPECT_TRUE(watch.waitForFinished(patience));
+        EXPECT_TRUE(watch.waitForFinished(waitTimeout));
         EXPECT_EQ(watch.exitCode(), 0);
     }
 }

@@ -13,7 +13,7 @@ namespace kelmoth {
 /// The built kelmothctl.
 inline const QString program = QStringLiteral(KELMOTHCTL);
 
-constexpr int patience = 60'000; // milliseconds
+constexpr int waitTimeout = 60'000; // milliseconds
 
 /// How a process ended, and what it wrote.
 struct Ending {
@@ -39,7 +39,7 @@ inline Ending shell(const std::string &line, const QStringList &arguments = {},
     process.closeWriteChannel();
     while (meanwhile && !process.waitForFinished(1000) && meanwhile()) {
     }
-    EXPECT_TRUE(process.state() == QProcess::NotRunning || process.waitForFinished(patience));
+    EXPECT_TRUE(process.state() == QProcess::NotRunning || process.waitForFinished(waitTimeout));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};

@@ -9,7 +9,7 @@ import tempfile
 import time
 
 shell, program, completions = sys.argv[1:]
-PATIENCE = 60  # seconds
+TIMEOUT = 60  # seconds
 
 START = {
     "bash": ["bash", "--norc", "-i"],
@@ -55,7 +55,7 @@ printf '%s\\n' "$@" >{seen}.new && mv {seen}.new {seen}
 
     def wait_for_words(what):
         output = b""
-        deadline = time.monotonic() + PATIENCE
+        deadline = time.monotonic() + TIMEOUT
         while not os.path.exists(seen):
             if time.monotonic() > deadline:
                 sys.exit(f"{shell}: nothing came of {what!r}:\n{output.decode(errors='replace')}")

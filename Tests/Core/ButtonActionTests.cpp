@@ -11,7 +11,7 @@ namespace {
 using A = ButtonAction;
 
 /// Those of a mouse fresh from the factory are compared where it is read.
-TEST(ButtonAction, TravelsInBothDirectionsUnchanged)
+TEST(ButtonAction, RoundTripsThroughBytes)
 {
     const std::vector<std::pair<A, Data>> rows{
         {A::disabled(), {}},
@@ -36,7 +36,7 @@ TEST(ButtonAction, TravelsInBothDirectionsUnchanged)
     }
 }
 
-TEST(ButtonAction, TakesValuesAndBytesOutOfRange)
+TEST(ButtonAction, HandlesValuesAndBytesOutOfRange)
 {
     using Limits = std::numeric_limits<Int>;
     for (const Int number : {Int{7}, Int{-1}, Limits::max(), Limits::min()}) {
@@ -66,7 +66,7 @@ TEST(KeyboardShortcut, ReadsTextAsTheRulesSay)
     }
 }
 
-TEST(KeyboardShortcut, EveryPairThatHasANameComesBack)
+TEST(KeyboardShortcut, EveryNamedPairRoundTrips)
 {
     int named = 0;
     for (int pair = 0; pair <= 0xFFFF; ++pair) {

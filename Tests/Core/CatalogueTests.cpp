@@ -32,7 +32,7 @@ TEST(RazerDevice, IsRecognisedByProductIDAndOverBluetoothByName)
 }
 
 /// Names and all other texts come from hardware.
-TEST(RazerDevice, IsPrintedHarmlessly)
+TEST(RazerDevice, EscapesControlCharacters)
 {
     EXPECT_EQ(printable("✅ 100% %s\x1B[2J\nc\td\x7F\xC2\x9B;"), "✅ 100% %s␛[2J␊c␉d\uFFFD\uFFFD;");
     EXPECT_EQ(printable("bad\xFF\xC3 \u202Eevil\u2066\u2028"), "bad\uFFFD\uFFFD \uFFFDevil\uFFFD\uFFFD");

@@ -80,7 +80,7 @@ TEST(Contract, OfWordsAndBytes)
     EXPECT_EQ(keyToHIDCode("delete"), 42);
 }
 
-TEST(Contract, OfWhatIsShownBeforeAnyMouse)
+TEST(Contract, OfTheDefaultsWithoutAMouse)
 {
     EXPECT_EQ(
         encode(DeviceState::defaultState()),

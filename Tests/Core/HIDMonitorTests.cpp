@@ -99,7 +99,7 @@ TEST_F(HIDMonitorTest, ListsEachMouseOnceAndSendsOnlyToThoseThatTakeCommands)
     EXPECT_EQ(device, monitor->connectedDevices().end());
 }
 
-TEST_F(HIDMonitorTest, GivesEachModelItsOwnTime)
+TEST_F(HIDMonitorTest, WaitsTheModelsPauseForAnAnswer)
 {
     for (const auto &model : basiliskModels()) {
         plugIn(model.commandLineName);
@@ -110,7 +110,7 @@ TEST_F(HIDMonitorTest, GivesEachModelItsOwnTime)
     }
 }
 
-TEST_F(HIDMonitorTest, AMouseThatMayNotBeOpenedIsListedAndAskedByHIDReportsOnceItMay)
+TEST_F(HIDMonitorTest, AMouseWithoutPermissionIsListedAndUsesHIDReportsLater)
 {
     SimulatedMachineTest::plugIn("basilisk-v3-pro").addFault({.kind = Kind::denied, .times = -1});
     watch();
@@ -127,7 +127,7 @@ TEST_F(HIDMonitorTest, AMouseThatMayNotBeOpenedIsListedAndAskedByHIDReportsOnceI
     EXPECT_EQ(takeAttempts(), 1);
 }
 
-TEST_F(HIDMonitorTest, AMousePulledOutAtAnyTransferGivesNoAnswerAndLeavesTheList)
+TEST_F(HIDMonitorTest, AMouseUnpluggedInATransferLeavesTheList)
 {
     for (int transfer = 0; transfer < 2; ++transfer) {
         plugIn("basilisk-v3-pro-wireless");
@@ -159,7 +159,7 @@ TEST_F(HIDMonitorTest, AMousePulledOutAtAnyTransferGivesNoAnswerAndLeavesTheList
     }
 }
 
-TEST_F(HIDMonitorTest, ServesCallersInTheirOrder)
+TEST_F(HIDMonitorTest, RunsCommandsInOrder)
 {
     plugIn("basilisk-v3");
     std::vector<QCoro::Task<std::optional<Data>>> answers;
@@ -176,7 +176,7 @@ TEST_F(HIDMonitorTest, ServesCallersInTheirOrder)
     EXPECT_THAT(zones, ElementsAre(0x0A, 0x0A, 0x04, 0x04, 0x01, 0x01)); // request and answer
 }
 
-TEST_F(HIDMonitorTest, ItsEndDropsWhatHasNotStartedAndStopsBetweenTwoTransfers)
+TEST_F(HIDMonitorTest, EndTransfersDropsQueuedCommandsAndStopsRunningOnes)
 {
     // Each attempt is a request, a pause, a read and a pause; the sixth attempt is the first of the other
     // path.
@@ -198,7 +198,7 @@ TEST_F(HIDMonitorTest, ItsEndDropsWhatHasNotStartedAndStopsBetweenTwoTransfers)
     EXPECT_EQ(send(command::getLiftOff{}), std::nullopt) << "for good";
 }
 
-TEST_F(HIDMonitorTest, ReadsTheBatteryWhereThereIsOneAndKeepsWhatItKnows)
+TEST_F(HIDMonitorTest, ReadsTheBatteryAndKeepsTheLastLevel)
 {
     const SimulatedFault none{.times = 0};
     const SimulatedFault noLevel{.kind = Kind::noAnswer, .commandID = 0x80, .times = -1};

@@ -10,7 +10,7 @@
 namespace kelmoth {
 namespace {
 
-TEST(L10n, SpeaksThePreferredLanguageElseTheSystems)
+TEST(L10n, UsesThePreferredLanguageElseTheSystems)
 {
     Platform platform;
     fillQtPlatform(platform);

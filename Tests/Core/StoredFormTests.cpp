@@ -34,7 +34,7 @@ const std::string sampleText =
     R"("clutch",{"keyPress":{"_0":"ctrl+ą\""}},"profile",{"other":{"_0":[0,255]}}],)"
     R"("hyperScrollEnabled":true,"scrollWheelMode":"free_scroll"})";
 
-TEST(StoredForm, IsTheAgreedTextAndComesBackEqual)
+TEST(StoredForm, RoundTripsAsTheAgreedText)
 {
     EXPECT_EQ(encode(sample), sampleText);
     EXPECT_EQ(decodeDeviceState(sampleText), sample);
@@ -119,7 +119,7 @@ TEST(StoredForm, AcceptsAndRefusesEachMemberByItsRules)
     }
 }
 
-TEST(StoredForm, OfAKeyThatOccursTwiceTheLastValueCounts)
+TEST(StoredForm, TheLastOfDuplicateKeysCounts)
 {
     auto text = sampleText;
     text.replace(text.find("dpi_up"), 6, "left");
@@ -127,7 +127,7 @@ TEST(StoredForm, OfAKeyThatOccursTwiceTheLastValueCounts)
     EXPECT_EQ(decoded.buttonMappings.at(MouseButton::left), ButtonAction::dpiChange(INT64_MIN));
 }
 
-TEST(StoredForm, RefusesTextThatIsNoRecord)
+TEST(StoredForm, RejectsTextThatIsNoRecord)
 {
     const std::string zero(1, '\0');
     const std::string texts[]{"", "null", "{}{}", "{\"a\":NaN}", sampleText + zero, sampleText + zero + 'x'};

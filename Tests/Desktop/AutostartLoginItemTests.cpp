@@ -72,7 +72,7 @@ template <auto request> static std::optional<std::string> failureOf(AutostartLog
 constexpr auto registering = failureOf<&AutostartLoginItem::registerItem>;
 constexpr auto unregistering = failureOf<&AutostartLoginItem::unregisterItem>;
 
-TEST_F(AutostartLoginItemTest, AnyPathSurvivesTheEntry)
+TEST_F(AutostartLoginItemTest, AnyPathIsQuotedInTheEntry)
 {
     for (const auto &name :
          {"plain", "with space/kelmoth", "a\"b", "c'd", "100%/%U", "back\\slash\\\\", "$HOME `id`",
@@ -96,7 +96,7 @@ TEST_F(AutostartLoginItemTest, AnyPathSurvivesTheEntry)
     }
 }
 
-TEST_F(AutostartLoginItemTest, StatusIsWhatTheEntrySays)
+TEST_F(AutostartLoginItemTest, StatusFollowsTheEntry)
 {
     AutostartLoginItem item(program(QStringLiteral("kelmoth")));
     EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
@@ -153,7 +153,7 @@ TEST_F(AutostartLoginItemTest, StatusIsWhatTheEntrySays)
     EXPECT_EQ(QFileInfo(target).size(), 10);
 }
 
-TEST_F(AutostartLoginItemTest, TheEntryFollowsTheProgramOnlyWhereItHasTo)
+TEST_F(AutostartLoginItemTest, TheEntryIsRepairedOnlyWhenNeeded)
 {
     const auto installed = program(QStringLiteral(".local/opt/a b/kelmoth"));
     const auto link = home.filePath(QStringLiteral("link"));
@@ -196,7 +196,7 @@ TEST_F(AutostartLoginItemTest, TheEntryFollowsTheProgramOnlyWhereItHasTo)
     }
 }
 
-TEST_F(AutostartLoginItemTest, SaysWhatStandsInTheWay)
+TEST_F(AutostartLoginItemTest, ReportsErrors)
 {
     AutostartLoginItem item(program(QStringLiteral("kelmoth")));
     QDir().mkpath(entryPath());
@@ -212,7 +212,7 @@ TEST_F(AutostartLoginItemTest, SaysWhatStandsInTheWay)
     EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
 }
 
-TEST_F(AutostartLoginItemTest, AnInstalledProgramIsOneThatLiesThereWithLinksResolved)
+TEST_F(AutostartLoginItemTest, InstalledIsDecidedWithLinksResolved)
 {
     const auto installed = program(QStringLiteral(".local/opt/kelmoth/kelmoth"));
     const auto built = program(QStringLiteral(".local/src/kelmoth/build/bin/kelmoth"));
@@ -236,7 +236,7 @@ TEST_F(AutostartLoginItemTest, AnInstalledProgramIsOneThatLiesThereWithLinksReso
     EXPECT_EQ(AutostartLoginItem(link).bundlePath(), link.toStdString());
 }
 
-TEST_F(AutostartLoginItemTest, TheProgramIsCalledWhatItWasStartedAs)
+TEST_F(AutostartLoginItemTest, ProgramPathIsThatOfTheStart)
 {
     const auto own = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
     const auto link = home.filePath(QStringLiteral("link"));
@@ -251,7 +251,7 @@ TEST_F(AutostartLoginItemTest, TheProgramIsCalledWhatItWasStartedAs)
     }
 }
 
-TEST_F(AutostartLoginItemTest, OpensTheSettingsOfTheDesktopElseTheFolder)
+TEST_F(AutostartLoginItemTest, OpensTheDesktopsSettingsElseTheDirectory)
 {
     QFile record(home.filePath(QStringLiteral("record")));
     qputenv("PATH", home.filePath(QStringLiteral("tools")).toUtf8());

@@ -51,7 +51,7 @@ private:
     QDBusMessage m_last;
 };
 
-TEST(DBusNotificationsTest, OneReplacesAnotherHoweverLateTheServiceAnswers)
+TEST(DBusNotificationsTest, ReplacesTheLastEvenIfTheServiceAnswersLate)
 {
     const PrivateBus bus;
     DBusNotifications notifications(bus.connect());

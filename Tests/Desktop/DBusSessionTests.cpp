@@ -42,7 +42,7 @@ private:
     std::optional<DBusSession> m_other;
 };
 
-TEST_F(DBusSessionTest, CopiesFindAndHearEachOther)
+TEST_F(DBusSessionTest, CopiesFindAndNotifyEachOther)
 {
     DBusSession session(bus.connect(), identifier);
     EXPECT_TRUE(session.runningApplications(about).empty());
@@ -62,7 +62,7 @@ TEST_F(DBusSessionTest, CopiesFindAndHearEachOther)
 }
 
 /// Its parent has not noticed yet, and a child of its own holds the connection.
-TEST_F(DBusSessionTest, ACopyThatHasEndedDoesNotRun)
+TEST_F(DBusSessionTest, AnEndedCopyIsNotRunning)
 {
     QProcess copy;
     copy.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), QStringLiteral(R"(
@@ -84,7 +84,7 @@ os._exit(0))"),
     copy.waitForFinished();
 }
 
-TEST_F(DBusSessionTest, WhatComesBeforeAnybodyListensIsNotMissed)
+TEST_F(DBusSessionTest, DeliversNotificationsFromBeforeTheObserver)
 {
     DBusSession session(bus.connect(), identifier);
     EXPECT_TRUE(session.runningApplications(about).empty()); // the bus has heard of it
@@ -94,7 +94,7 @@ TEST_F(DBusSessionTest, WhatComesBeforeAnybodyListensIsNotMissed)
     EXPECT_TRUE(QTest::qWaitFor([this] { return calls == 1; }));
 }
 
-TEST_F(DBusSessionTest, StrangersAreNotHeard)
+TEST_F(DBusSessionTest, IgnoresSignalsOfStrangers)
 {
     DBusSession session(bus.connect(), identifier);
     observe(session);
@@ -115,7 +115,7 @@ TEST_F(DBusSessionTest, StrangersAreNotHeard)
     QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
 }
 
-TEST_F(DBusSessionTest, TellsOfItsEndAndDoesWithoutABus)
+TEST_F(DBusSessionTest, ReportsItsEndAndWorksWithoutABus)
 {
     auto dying = std::make_unique<PrivateBus>();
     DBusSession ending(dying->connect(), identifier);
@@ -130,7 +130,7 @@ TEST_F(DBusSessionTest, TellsOfItsEndAndDoesWithoutABus)
     EXPECT_TRUE(alone.runningApplications(about).empty());
 }
 
-TEST(SessionBusAddress, IsNamedOrLiesInTheRuntimeDirectory)
+TEST(SessionBusAddress, ComesFromTheEnvironmentOrTheRuntimeDirectory)
 {
     const QTemporaryDir runtime;
     qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
@@ -143,7 +143,7 @@ TEST(SessionBusAddress, IsNamedOrLiesInTheRuntimeDirectory)
     EXPECT_EQ(sessionBusAddress(), QStringLiteral("unix:path=/elsewhere"));
 }
 
-TEST(RunningProcessTest, EndsAsAskedOrIsGivenUp)
+TEST(RunningProcessTest, EndsOnRequestOrTimesOut)
 {
     const auto start = [](const QString &script) {
         auto process = std::make_unique<QProcess>();
@@ -161,7 +161,7 @@ TEST(RunningProcessTest, EndsAsAskedOrIsGivenUp)
     EXPECT_EQ(endProcess(deaf->processId(), 1s), EndOfProcess::refused);
 }
 
-TEST(RunningProcessTest, HasEndedAlsoBeforeItsParentNotices)
+TEST(RunningProcessTest, AZombieHasEnded)
 {
     const auto child = ::fork();
     if (child == 0) {

@@ -98,7 +98,7 @@ protected:
     FakePortal portal{bus.connect()};
 };
 
-TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
+TEST_F(PortalDesktopSettingsTest, ReadsTheSettingsOfEachDesktop)
 {
     struct Row {
         const char *what;
@@ -174,7 +174,7 @@ TEST_F(PortalDesktopSettingsTest, UnderstandsWhatEachDesktopSays)
     EXPECT_EQ(portal.asked(), (QVariantList{QStringList{appearance, gnome, accessibility, plasma}}));
 }
 
-TEST_F(PortalDesktopSettingsTest, FollowsAPortalThatComesChangesAndGoes)
+TEST_F(PortalDesktopSettingsTest, FollowsThePortalsStartChangesAndEnd)
 {
     const auto dark = one(appearance, "color-scheme", 1U);
     const auto light = one(appearance, "color-scheme", 2U);
@@ -199,7 +199,7 @@ TEST_F(PortalDesktopSettingsTest, FollowsAPortalThatComesChangesAndGoes)
     expectNext(ColorScheme::dark);
 }
 
-TEST_F(PortalDesktopSettingsTest, AsksOnceMoreHoweverManyChangesAreTold)
+TEST_F(PortalDesktopSettingsTest, QueriesOnceMoreAfterManyChanges)
 {
     portal.appear();
     portal.answer.reset();

@@ -226,7 +226,7 @@ class DesktopsTest(unittest.TestCase):
         return picture
 
     def ended(self):
-        self.assertEqual(self.program.process.wait(PATIENCE), 0, self.program.log())
+        self.assertEqual(self.program.process.wait(TIMEOUT), 0, self.program.log())
         self.bar.item_gone()
 
     def test_clicks(self):
@@ -357,7 +357,7 @@ if __name__ == "__main__":
         sys.exit()
     with SHELL.desktop() as DESKTOP:
         from gi.repository import Gio, GLib
-        from panel import PATIENCE, Panel, wait_for
+        from panel import TIMEOUT, Panel, wait_for
         from screen import PANEL, Area, Screen
 
         CLICKS = os.path.join(DESKTOP.home, "clicks")

@@ -71,7 +71,7 @@ class ShellTest(unittest.TestCase):
 
     def ended(self, program):
         """The program ends by itself, well, and leaves nothing that would stop the next start."""
-        self.assertEqual(program.process.wait(PATIENCE), 0, program.log())
+        self.assertEqual(program.process.wait(TIMEOUT), 0, program.log())
         self.assertFalse(self.is_locked())
 
     def is_locked(self):
@@ -259,7 +259,7 @@ class WithoutAHost(ShellTest):
             SCREEN.close_panel()
             self.hidden()
             self.assertIsNone(program.process.poll())
-            self.assertEqual(self.start().process.wait(PATIENCE), 0)
+            self.assertEqual(self.start().process.wait(TIMEOUT), 0)
 
 
 class OneInstance(ShellTest):
@@ -269,7 +269,7 @@ class OneInstance(ShellTest):
     def second(self, *arguments, **environment):
         """Another start, which is to end at once; gives what it says."""
         program = self.start(*arguments, **environment)
-        self.assertEqual(program.process.wait(PATIENCE), 0, program.log())
+        self.assertEqual(program.process.wait(TIMEOUT), 0, program.log())
         return program.log()
 
     def test_a_second_start_shows_the_first(self):
@@ -314,7 +314,7 @@ class OneInstance(ShellTest):
         program = self.launch(**nothing)
         self.assertIn(REFUSAL, self.second(**nothing))
         self.show()
-        self.assertEqual(self.start("--quit", **nothing).process.wait(PATIENCE), 1)  # whom it cannot find
+        self.assertEqual(self.start("--quit", **nothing).process.wait(TIMEOUT), 1)  # whom it cannot find
         program.process.terminate()
         self.ended(program)
 
@@ -352,7 +352,7 @@ class OneInstance(ShellTest):
         self.toggle()
         self.choose_polish()
         self.second("--quit")
-        self.assertEqual(program.process.wait(PATIENCE), 0)
+        self.assertEqual(program.process.wait(TIMEOUT), 0)
         with open(calls, encoding="utf-8") as lines:
             families = set(re.findall(r"socket\((\w+)", lines.read()))
         self.assertLessEqual({"AF_UNIX"}, families)
@@ -404,7 +404,7 @@ if __name__ == "__main__":
     with Desktop() as DESKTOP:
         import hosts
         from hosts import extents
-        from panel import PATIENCE, Panel, wait_for
+        from panel import TIMEOUT, Panel, wait_for
         from screen import Area, Screen
 
         SCREEN, OTHER, BARE = Screen(), Area(100, 300, 200, 200), (600, 100)  # the last with nothing on it

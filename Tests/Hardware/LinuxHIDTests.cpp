@@ -15,9 +15,9 @@ namespace kelmoth {
 using testing::SizeIs;
 
 using Bytes = std::vector<std::uint8_t>;
-constexpr int patience = 20'000; // milliseconds
+constexpr int waitTimeout = 20'000; // milliseconds
 
-TEST(ReportDescriptorTest, GivesTheLongestFeatureReportOfAnHonestDescriptorOnly)
+TEST(ReportDescriptorTest, FindsTheLongestFeatureReportOfValidDescriptors)
 {
     const Bytes size8{0x75, 8};
     const Bytes ninety{0x95, 90};
@@ -91,7 +91,7 @@ TEST_F(LinuxHIDTest, DescribesAnInterfaceWithoutOpeningIt)
     }
 }
 
-TEST_F(LinuxHIDTest, TheDoctorNamesWhatStandsInTheWayOfAUserWithoutRights)
+TEST_F(LinuxHIDTest, TheDoctorReportsMissingPermissions)
 {
     using enum DoctorProblem::Kind;
     const auto directory = testbed->path("/rules.d");
@@ -155,7 +155,7 @@ protected:
     std::vector<std::shared_ptr<HIDDevice>> removed;
 };
 
-TEST_F(HotplugTest, FollowsAMouseThatComesAndGoesAndComesBack)
+TEST_F(HotplugTest, FollowsAttachDetachAndReattach)
 {
     const auto otherVendor = attachMouse("basilisk-v3", {.hidID = "0003:00001234:00000099"}, 2);
     const auto mouse = attachMouse("basilisk-v3-pro-wired");
@@ -163,10 +163,10 @@ TEST_F(HotplugTest, FollowsAMouseThatComesAndGoesAndComesBack)
     watch();
     for (std::size_t round = 1; round <= 2; ++round) {
         mouse->attach();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 4 * round; }, patience));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 4 * round; }, waitTimeout));
         EXPECT_EQ(attached.back()->probeAccess(), 0);
         mouse->detach();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return removed.size() == 4 * round; }, patience));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return removed.size() == 4 * round; }, waitTimeout));
         EXPECT_EQ(attached.back()->probeAccess(), ENODEV);
     }
     EXPECT_TRUE(attached[0]->isEqual(*removed[3])); // in the order in which they went
@@ -175,10 +175,10 @@ TEST_F(HotplugTest, FollowsAMouseThatComesAndGoesAndComesBack)
     closed->close();
     mouse->attach();
     watch();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 12; }, patience)) << "seen by the other only";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 12; }, waitTimeout)) << "seen by the other only";
 }
 
-TEST_F(HotplugTest, MissesNothingBetweenTheListAndTheWatch)
+TEST_F(HotplugTest, MissesNoChangeBetweenListAndWatch)
 {
     const auto early = attachMouse("basilisk-v3-pro-wired");
     const auto listed = manager->copyDevices();
@@ -187,17 +187,17 @@ TEST_F(HotplugTest, MissesNothingBetweenTheListAndTheWatch)
     const auto late = attachMouse("basilisk-v3", {}, 2);
     watch();
     EXPECT_THAT(attached, SizeIs(0)) << "only from the event loop";
-    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 4 && removed.size() == 4; }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 4 && removed.size() == 4; }, waitTimeout));
     late->vanish();
     MockMouse::areEventsLost = true;
     early->attach();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 8 && removed.size() == 8; }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 8 && removed.size() == 8; }, waitTimeout));
     EXPECT_EQ(listed[0]->beginExchange(), ENODEV);
     EXPECT_EQ(listed[0]->properties().maxFeatureReportSize, std::nullopt) << "too late to ask";
 }
 
 /// A thousand times it is gone and there again.
-TEST_F(HotplugTest, FollowsAStorm)
+TEST_F(HotplugTest, FollowsManyAttachesAndDetaches)
 {
     const auto mouse = attachMouse("basilisk-v3");
     watch();
@@ -211,7 +211,7 @@ TEST_F(HotplugTest, FollowsAStorm)
     });
     loop.exec();
     storm.join();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == removed.size() + 4; }, patience));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == removed.size() + 4; }, waitTimeout));
     EXPECT_GE(removed.size(), 3996U); // the first may come before the mouse has been listed
     for (std::size_t interface = 0; interface < 4; ++interface) {
         const auto &device = attached[attached.size() - 4 + interface];
@@ -234,7 +234,7 @@ TEST_F(HotplugTest, ACallbackMayEndTheManager)
         const auto end = [&](const auto &) { ++calls, manager.reset(); };
         manager->registerDeviceMatchingCallback(end);
         manager->registerDeviceRemovalCallback(end);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return calls > 0; }, patience));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return calls > 0; }, waitTimeout));
         EXPECT_EQ(calls, 1);
     }
 }

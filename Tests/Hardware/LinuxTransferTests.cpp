@@ -56,7 +56,7 @@ protected:
 };
 
 /// Up to five attempts by USB, and up to five more by HID reports when those gave no answer at all.
-TEST_F(LinuxTransferTest, EveryFaultEndsInALineOrAnIgnoredDevice)
+TEST_F(LinuxTransferTest, EveryFaultIsLoggedOrIgnored)
 {
     using Trouble = std::function<void(MockMouse &)>;
     struct Row {
@@ -127,7 +127,7 @@ TEST_F(LinuxTransferTest, EveryFaultEndsInALineOrAnIgnoredDevice)
     }
 }
 
-TEST_F(LinuxTransferTest, ReportsTravelUnchangedBesideTheDriverAndWhereNoneIs)
+TEST_F(LinuxTransferTest, TransfersReportsWithAndWithoutAKernelDriver)
 {
     for (const bool hasDriver : {true, false}) {
         const auto mouse = attachMouse(model, {.hasDriver = hasDriver});
@@ -182,7 +182,7 @@ TEST_F(LinuxTransferTest, FailuresOfLibusbComeBackAsErrno)
     }
 }
 
-TEST_F(LinuxTransferTest, AnAccessRightThatComesLateIsWaitedForOnceInEachAttach)
+TEST_F(LinuxTransferTest, LatePermissionIsAwaitedOncePerAttach)
 {
     const auto mouse = attachMouse(model);
     mouse->hidraw(0).isDenied = true;

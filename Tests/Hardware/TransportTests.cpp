@@ -86,7 +86,7 @@ protected:
     MockHidraw hidraw{mouse, 0};
 };
 
-TEST_F(TransportTest, TwoProcessesNeverGetEachOthersAnswers)
+TEST_F(TransportTest, TwoProcessesGetTheirOwnAnswers)
 {
     constexpr int rounds = 60;
     const auto ask = [](const std::shared_ptr<USBRazerDevice> &transport, RGBZone zone) {
@@ -103,7 +103,7 @@ TEST_F(TransportTest, TwoProcessesNeverGetEachOthersAnswers)
     EXPECT_EQ(mouse->takeTransfers().size(), 4U * rounds) << "each at the first attempt";
 }
 
-TEST_F(TransportTest, ATransportMayBeDroppedAndItsDeviceVanishDuringATransfer)
+TEST_F(TransportTest, SurvivesDetachAndDestructionDuringATransfer)
 {
     auto transport = openTransport();
     const auto system = makeSystem();
@@ -132,7 +132,7 @@ TEST_F(TransportTest, ATransportMayBeDroppedAndItsDeviceVanishDuringATransfer)
     goOn.count_down();
 }
 
-TEST_F(TransportTest, SendsWholeReportsAndNothingWhileAnotherHasTheMouse)
+TEST_F(TransportTest, SendsWholeReportsAndRespectsTheLock)
 {
     const auto transport = openTransport();
     EXPECT_TRUE(transport->sendRazerReport(Data(60, 1)));
@@ -147,7 +147,7 @@ TEST_F(TransportTest, SendsWholeReportsAndNothingWhileAnotherHasTheMouse)
 
 using ExchangeLockTest = TransportTest;
 
-TEST_F(ExchangeLockTest, WhoHasJustFinishedQueuesBehindWhoWaits)
+TEST_F(ExchangeLockTest, AWaitingProcessComesFirst)
 {
     const auto first = openNode();
     const auto second = openNode();
@@ -161,7 +161,7 @@ TEST_F(ExchangeLockTest, WhoHasJustFinishedQueuesBehindWhoWaits)
     EXPECT_EQ(takeExchange(second.get(), waiting), 0);
 }
 
-TEST_F(ExchangeLockTest, IsWaitedForTwoSecondsAndEndsWithItsHolder)
+TEST_F(ExchangeLockTest, TimesOutAfterTwoSecondsAndEndsWithItsHolder)
 {
     auto holder = openNode();
     const auto node = openNode();

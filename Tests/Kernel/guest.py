@@ -24,7 +24,7 @@ FILES = ("/bin/busybox", "/bin/kmod", "/bin/udevadm", "/sbin/modprobe", "/lib/sy
 
 AS_USER = ("/usr/bin/setpriv --reuid 1000 --regid 1000 --clear-groups env HOME=/home/user "
            "XDG_RUNTIME_DIR=/run/user/1000 QT_QPA_PLATFORM=offscreen ")
-PATIENCE = 120  # seconds, for a boot or a command on a busy machine
+TIMEOUT = 120  # seconds, for a boot or a command on a busy machine
 
 Outcome = namedtuple("Outcome", "status out err")
 
@@ -77,7 +77,7 @@ class Port:
 
     def __init__(self, path):
         self._listener = socket.socket(socket.AF_UNIX)
-        self._listener.settimeout(PATIENCE)
+        self._listener.settimeout(TIMEOUT)
         self._listener.bind(path)
         self._listener.listen()
         self.path = path
@@ -86,7 +86,7 @@ class Port:
         """To the emulator, which has been started."""
         with self._listener:
             connection, _ = self._listener.accept()
-        connection.settimeout(PATIENCE)
+        connection.settimeout(TIMEOUT)
         self._stream = connection.makefile("rwb")
 
     def say(self, line):

@@ -12,7 +12,7 @@ import time
 import unittest
 from collections import namedtuple
 
-from guest import AS_USER, PATIENCE, Guest
+from guest import AS_USER, TIMEOUT, Guest
 
 PROGRAMS, MOUSE = sys.argv[1:3]
 
@@ -52,7 +52,7 @@ def full_read(product):
 
 
 def wait_for(what, condition):
-    deadline = time.monotonic() + PATIENCE
+    deadline = time.monotonic() + TIMEOUT
     while not (result := condition()):
         if time.monotonic() > deadline:
             raise AssertionError("never: " + what)

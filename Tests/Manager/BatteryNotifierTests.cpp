@@ -21,7 +21,7 @@ struct FakeNotifications : NotificationService {
 
 using BatteryNotifierTest = DeviceManagerTest;
 
-TEST_F(BatteryNotifierTest, TellsOfEachThresholdOnceOnEachWayDown)
+TEST_F(BatteryNotifierTest, NotifiesOfEachThresholdOncePerDischarge)
 {
     constexpr auto pro = "basilisk-v3-pro-wireless";
     constexpr int none = 1000; // no answer
@@ -61,7 +61,7 @@ TEST_F(BatteryNotifierTest, TellsOfEachThresholdOnceOnEachWayDown)
     }
 }
 
-TEST_F(BatteryNotifierTest, IsSilentWhereTheUserWantsItSo)
+TEST_F(BatteryNotifierTest, IsSilentWhenDisabled)
 {
     for (const std::int64_t stored : {0, 1, 2}) {
         plugIn({"basilisk-v3-x-hyperspeed"});

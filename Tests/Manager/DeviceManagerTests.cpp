@@ -51,7 +51,7 @@ TEST(MergeSavedState, TakesOverOnlyWhatTheModelSupports)
     }
 }
 
-TEST_F(DeviceManagerTest, AWrongThreadIsNoticed)
+TEST_F(DeviceManagerTest, AssertsTheMainThread)
 {
     plugIn({"basilisk-v3"});
     GTEST_FLAG_SET(death_test_style, "threadsafe");
@@ -61,7 +61,7 @@ TEST_F(DeviceManagerTest, AWrongThreadIsNoticed)
     EXPECT_DEBUG_DEATH(elsewhere([&] { monitor->stopMonitoring(); }), "currentThread");
 }
 
-TEST_F(DeviceManagerTest, ReadsTheFirstMouseThatCanBeConfiguredAndSavesWhatItSays)
+TEST_F(DeviceManagerTest, ReadsAndSavesTheFirstConfigurableMouse)
 {
     plugIn({"basilisk-v3:bluetooth", "basilisk-v3-pro-wired", "basilisk-v3"});
     EXPECT_TRUE(manager->isConnected());
@@ -88,7 +88,7 @@ TEST_F(DeviceManagerTest, ReadsTheFirstMouseThatCanBeConfiguredAndSavesWhatItSay
     EXPECT_FALSE(manager->isConnected());
 }
 
-TEST_F(DeviceManagerTest, ShowsNothingOfAReadBeforeItsEnd)
+TEST_F(DeviceManagerTest, PublishesAReadOnlyAtItsEnd)
 {
     plugIn({"basilisk-v3"});
     const auto before = manager->deviceState();
@@ -137,7 +137,7 @@ TEST_F(DeviceManagerTest, ShowsNothingOfAReadBeforeItsEnd)
     EXPECT_EQ(manager->liftOffLevel(), std::nullopt);
 }
 
-TEST_F(DeviceManagerTest, DropsAReadWhoseMouseHasChangedAtAnyWait)
+TEST_F(DeviceManagerTest, DropsAReadWhenTheMouseChanges)
 {
     for (int pause = 0; pause < 19; ++pause) {
         SCOPED_TRACE(pause);
@@ -160,7 +160,7 @@ TEST_F(DeviceManagerTest, DropsAReadWhoseMouseHasChangedAtAnyWait)
     }
 }
 
-TEST_F(DeviceManagerTest, GoesOnReadingWhileOtherMiceComeAndGo)
+TEST_F(DeviceManagerTest, KeepsReadingWhileOtherMiceAttachAndDetach)
 {
     plugIn({"basilisk-v3", "basilisk-v3-pro-wired", "basilisk-v3-x-hyperspeed"});
     mice[1]->unplug();
@@ -176,7 +176,7 @@ TEST_F(DeviceManagerTest, GoesOnReadingWhileOtherMiceComeAndGo)
     EXPECT_EQ(manager->liftOffLevel(), 2);
 }
 
-TEST_F(DeviceManagerTest, KeepsTheSettingsOfAMouseThatHasGoneAndReadsItAnewWhenItReturns)
+TEST_F(DeviceManagerTest, KeepsSettingsAfterDetachAndReadsAgainAfterAttach)
 {
     plugIn({"basilisk-v3"});
     mouse().addFault({.kind = Kind::rejected, .commandID = 0x8B});
@@ -203,7 +203,7 @@ TEST_F(DeviceManagerTest, KeepsTheSettingsOfAMouseThatHasGoneAndReadsItAnewWhenI
     EXPECT_EQ(levels.count(), 2); // unknown first, then as read
 }
 
-TEST_F(DeviceManagerTest, MayEndWhileItWaitsForTheMouse)
+TEST_F(DeviceManagerTest, MayBeDestroyedDuringACommand)
 {
     plugIn({"basilisk-v3"});
     time->hold();
@@ -220,7 +220,7 @@ TEST_F(DeviceManagerTest, MayEndWhileItWaitsForTheMouse)
 }
 
 /// What an observer does when it hears of the other mouse is about that mouse alone.
-TEST_F(DeviceManagerTest, AWriterCalledFromANotificationWritesToTheNewMouseWhatIsItsOwn)
+TEST_F(DeviceManagerTest, AWriterCalledFromASlotWritesToTheNewMouse)
 {
     using Signal = void (DeviceManager::*)();
     for (const Signal signal : {&DeviceManager::connectedDeviceChanged, &DeviceManager::isConnectedChanged,
@@ -241,7 +241,7 @@ TEST_F(DeviceManagerTest, AWriterCalledFromANotificationWritesToTheNewMouseWhatI
     }
 }
 
-TEST_F(DeviceManagerTest, AnObserverMayDeleteItAtAnyNotification)
+TEST_F(DeviceManagerTest, ASlotMayDeleteIt)
 {
     for (int notification = 0; notification < 16; ++notification) {
         SCOPED_TRACE(notification);
@@ -266,7 +266,7 @@ TEST_F(DeviceManagerTest, AnObserverMayDeleteItAtAnyNotification)
     }
 }
 
-TEST(DeviceManagerDeathTest, TheSharedOneGoesBeforeWhatItStandsOn)
+TEST(DeviceManagerDeathTest, TheSharedManagerIsDestroyedBeforeItsCollaborators)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto endApplication = [] {

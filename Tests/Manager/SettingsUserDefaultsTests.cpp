@@ -75,7 +75,7 @@ protected:
     std::shared_ptr<RecordedLog> log = RecordedLog::install();
 };
 
-TEST_F(SettingsUserDefaultsTest, KeepsValuesForTheirOwnerOnly)
+TEST_F(SettingsUserDefaultsTest, FilesAreReadableByTheirOwnerOnly)
 {
     const auto record = encode(DeviceState::defaultState()).value();
     auto defaults = std::make_unique<SettingsUserDefaults>(path);
@@ -100,7 +100,7 @@ TEST_F(SettingsUserDefaultsTest, KeepsValuesForTheirOwnerOnly)
               QFile::ReadOwner | QFile::WriteOwner);
 }
 
-TEST_F(SettingsUserDefaultsTest, SeesWhatAnotherProgramWroteAndLosesNothingOfIt)
+TEST_F(SettingsUserDefaultsTest, ReadsAndKeepsAnotherProgramsValues)
 {
     SettingsUserDefaults mine(path);
     mine.setInteger("mine", 1);
@@ -117,7 +117,7 @@ TEST_F(SettingsUserDefaultsTest, SeesWhatAnotherProgramWroteAndLosesNothingOfIt)
     EXPECT_EQ(mine.integerForKey("mine"), 3);
 }
 
-TEST_F(SettingsUserDefaultsTest, ReadsAFileThatIsNoneAsEmptyAndReplacesIt)
+TEST_F(SettingsUserDefaultsTest, TreatsAnInvalidFileAsEmptyAndReplacesIt)
 {
     const std::vector<QByteArray> files{
         "",
@@ -137,7 +137,7 @@ TEST_F(SettingsUserDefaultsTest, ReadsAFileThatIsNoneAsEmptyAndReplacesIt)
     EXPECT_THAT(log->takeLines(), ElementsAre());
 }
 
-TEST_F(SettingsUserDefaultsTest, ItsFilesAreThoseOfQSettings)
+TEST_F(SettingsUserDefaultsTest, FilesAreCompatibleWithQSettings)
 {
     for (const auto *text : {"", " blank ", "a, b; c = \"d\" \\ '", "@home", "@ByteArray(x)",
                              "\001face\x1f\n\t", "zażółć 🖱", "[x]"}) {
@@ -156,7 +156,7 @@ TEST_F(SettingsUserDefaultsTest, ItsFilesAreThoseOfQSettings)
     EXPECT_THAT(contents(), AllOf(StartsWith("[General]\nours=2\n"), EndsWith(others)));
 }
 
-TEST_F(SettingsUserDefaultsTest, LeavesAloneWhatIsNoRegularFileOfItsOwn)
+TEST_F(SettingsUserDefaultsTest, LeavesOtherKindsOfFilesAlone)
 {
     const auto document = home.filePath(QStringLiteral("document")).toStdString();
     std::ofstream(document) << "[General]\nlanguageMode=1\n";
@@ -201,7 +201,7 @@ TEST_F(SettingsUserDefaultsTest, LeavesAloneWhatIsNoRegularFileOfItsOwn)
     }
 }
 
-TEST_F(SettingsUserDefaultsTest, SaysThatItCouldNotSaveAndLeavesTheOldFileWhole)
+TEST_F(SettingsUserDefaultsTest, ReportsAFailedSaveAndKeepsTheOldFile)
 {
     SettingsUserDefaults(path).setData(key, "old");
     // A full disk: no file may grow beyond some bytes.
@@ -246,7 +246,7 @@ TEST_F(SettingsUserDefaultsTest, SaysThatItCouldNotSaveAndLeavesTheOldFileWhole)
 }
 
 /// A program that writes two records in turn is killed at random moments, 200 times.
-TEST_F(SettingsUserDefaultsTest, AKillAtAnyMomentLeavesAWholeRecord)
+TEST_F(SettingsUserDefaultsTest, AKillLeavesACompleteRecord)
 {
     auto first = DeviceState::defaultState();
     first.dpiStages.resize(200); // so large that it is not written in one piece
@@ -275,7 +275,7 @@ TEST_F(SettingsUserDefaultsTest, AKillAtAnyMomentLeavesAWholeRecord)
     }
 }
 
-TEST_F(SettingsUserDefaultsTest, DoesNotWaitForeverForAnotherProgram)
+TEST_F(SettingsUserDefaultsTest, TimesOutWhenAnotherProgramHoldsTheLock)
 {
     SettingsUserDefaults(path).setData(key, "old");
     static const auto other = lock(); // the writer that was given up would go on once it is free

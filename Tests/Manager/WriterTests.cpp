@@ -51,7 +51,7 @@ protected:
     }
 };
 
-TEST_F(WriterTest, ChangesTheMouseThenWhatIsShownAndSavedAndNothingBefore)
+TEST_F(WriterTest, PublishesAndSavesOnlyAfterTheMouseAccepts)
 {
     for (const auto &writer : writers) {
         SCOPED_TRACE(writer.failure);
@@ -80,7 +80,7 @@ TEST_F(WriterTest, ChangesTheMouseThenWhatIsShownAndSavedAndNothingBefore)
 }
 
 /// Each command of each writer fails in turn: refused at once, or a question that is not answered at all.
-TEST_F(WriterTest, LeavesEverythingAsItWasWhenACommandFails)
+TEST_F(WriterTest, ChangesNothingWhenACommandFails)
 {
     for (const auto &writer : writers) {
         for (std::size_t index = 0; index < writer.commands.size(); ++index) {
@@ -114,7 +114,7 @@ TEST_F(WriterTest, LeavesEverythingAsItWasWhenACommandFails)
 }
 
 /// The mouse is pulled out, or leaves the list and answers all the same.
-TEST_F(WriterTest, IsSilentWhenTheMouseChangesDuringAnyWait)
+TEST_F(WriterTest, ShowsNoToastWhenTheMouseChanges)
 {
     for (const auto &writer : writers) {
         for (std::size_t wait = 0; wait < 2 * writer.commands.size(); ++wait) {
@@ -142,7 +142,7 @@ TEST_F(WriterTest, IsSilentWhenTheMouseChangesDuringAnyWait)
     }
 }
 
-TEST_F(WriterTest, KeepsOthersOutAndLetsAFullReadFollow)
+TEST_F(WriterTest, RefusesConcurrentWritesAndDefersAFullRead)
 {
     for (const auto &writer : writers) {
         SCOPED_TRACE(writer.failure);
@@ -175,7 +175,7 @@ TEST_F(WriterTest, KeepsOthersOutAndLetsAFullReadFollow)
     }
 }
 
-TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
+TEST_F(WriterTest, RefusesUnsupportedValues)
 {
     plugIn({"basilisk-v3-x-hyperspeed"});
     const auto before = manager->deviceState();
@@ -217,7 +217,7 @@ TEST_F(WriterTest, RefusesWhatTheModelDoesNotOffer)
     EXPECT_TRUE(finish(manager->setButtonMapping(MouseButton::left, click, 0, true)));
 }
 
-TEST_F(WriterTest, SaysThatThereIsNoMouseWhereAControlCouldStillBeUsed)
+TEST_F(WriterTest, ReportsAMissingMouse)
 {
     plugIn({"basilisk-v3:bluetooth"});
     for (const auto &writer : writers) {
@@ -228,7 +228,7 @@ TEST_F(WriterTest, SaysThatThereIsNoMouseWhereAControlCouldStillBeUsed)
 }
 
 /// The mouse says yes, and does something else.
-TEST_F(WriterTest, BelievesWhatIsReadBackAndNotThatItWasAccepted)
+TEST_F(WriterTest, PublishesTheValueReadBack)
 {
     plugIn({"basilisk-v3"});
     const auto before = manager->deviceState();

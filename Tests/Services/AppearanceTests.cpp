@@ -14,7 +14,7 @@ protected:
     Preferences preferences{defaults};
 };
 
-TEST_F(AppearanceTest, PutsThePreferenceBeforeTheDesktopAndThatBeforeThePalette)
+TEST_F(AppearanceTest, PreferenceOverridesDesktopOverridesPalette)
 {
     using Row = std::tuple<std::int64_t, ColorScheme, bool, bool>;
     using enum ColorScheme;
@@ -32,7 +32,7 @@ TEST_F(AppearanceTest, PutsThePreferenceBeforeTheDesktopAndThatBeforeThePalette)
     }
 }
 
-TEST_F(AppearanceTest, TellsOfChangesAsLongAsItLives)
+TEST_F(AppearanceTest, EmitsChangesUntilItIsDestroyed)
 {
     {
         Appearance appearance(preferences, desktop);

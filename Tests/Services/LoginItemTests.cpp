@@ -14,7 +14,7 @@ const std::string here = "/Applications/Link/Kelmoth";
 using Calls = std::vector<std::string>;
 using Path = std::optional<std::string>;
 
-TEST(LoginItemTest, SwitchesOnAndOffAndMendsWhatPointsElsewhere)
+TEST(LoginItemTest, RegistersUnregistersAndRepairsTheEntry)
 {
     const auto log = RecordedLog::install();
     const auto defaults = std::make_shared<MemoryDefaults>();

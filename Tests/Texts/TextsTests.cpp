@@ -155,7 +155,7 @@ TEST(Texts, EveryTextIsTranslatedAndEveryEntryUsed)
     }
 }
 
-TEST(Texts, TheTablesAreOfOneShape)
+TEST(Texts, TranslationsHaveTheFormOfTheirKeys)
 {
     const auto english = tableOf("en");
     const auto polish = tableOf("pl");
@@ -169,7 +169,7 @@ TEST(Texts, TheTablesAreOfOneShape)
     }
 }
 
-TEST(Texts, AFaultIsSeen)
+TEST(Texts, DetectsFaults)
 {
     const auto source = QStringLiteral(R"SOURCE(
         // "In a comment" /* "In another" */

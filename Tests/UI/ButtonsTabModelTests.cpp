@@ -19,7 +19,7 @@ protected:
     }
 };
 
-TEST_F(ButtonsTabTest, ListsTheButtonsOfTheModelWithWhatTheyDo)
+TEST_F(ButtonsTabTest, ListsTheModelsButtonsWithTheirActions)
 {
     const std::tuple<std::vector<std::string>, int, int> rows[]{
         {{}, 5, 0},

@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Schemes, PaletteTest,
                          testing::Combine(testing::Bool(), testing::Bool(),
                                           testing::Values(-1, 0xFFFF66, 0x080808, 0xE62D42, 0x26A269)));
 
-TEST(Contrast, IsThatOfTheStandard)
+TEST(Contrast, MatchesWCAG)
 {
     EXPECT_NEAR(contrastRatio(Qt::black, Qt::white), 21, 1e-6);
     EXPECT_NEAR(contrastRatio(0x777777, Qt::white), 4.478, 0.001);

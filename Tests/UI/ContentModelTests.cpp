@@ -5,7 +5,7 @@ namespace kelmoth {
 
 using ContentTest = PanelTest;
 
-TEST_F(ContentTest, TheBadgeTellsTheCharge)
+TEST_F(ContentTest, TheBadgeShowsTheCharge)
 {
     const std::tuple<Int, bool, std::string> rows[]{
         {0, false, "battery.0"},        {14, false, "battery.0"},       {15, false, "battery.25"},
@@ -32,7 +32,7 @@ TEST_F(ContentTest, TheBadgeTellsTheCharge)
     }
 }
 
-TEST_F(ContentTest, SaysWhyAPageCannotBeUsed)
+TEST_F(ContentTest, ShowsWhyAPageIsUnavailable)
 {
     // The mouse and its connection, then the title and how the last line begins; none: the page can be used.
     using Text = const char *;
@@ -101,7 +101,7 @@ TEST_F(ContentTest, EveryFormattedTextFollowsTheLanguage)
     QCoreApplication::removeTranslator(&translator);
 }
 
-TEST_F(ContentTest, TheAboutSheetEntersAnewEachTime)
+TEST_F(ContentTest, TheAboutSheetAnimatesEachTime)
 {
     open({});
     auto &about = *panel->about();
@@ -140,7 +140,7 @@ TEST_F(ContentTest, TerminatingEndsTheProgram)
 }
 
 /// A view's delegates stay where the rows change.
-TEST(RowsModelTest, TellsOfTheRowsThatChangedAndOfNoOthers)
+TEST(RowsModelTest, EmitsChangesOfTheChangedRowsOnly)
 {
     RowsModel rows({"label", "selected"});
     rows.setRows({{QStringLiteral("a"), true}, {QStringLiteral("b"), false}});

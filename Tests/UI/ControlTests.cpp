@@ -49,7 +49,7 @@ Item {
     }
 })";
 
-TEST(Slider, ADragIsOneEditInSteps)
+TEST(Slider, ADragIsOneSteppedEdit)
 {
     Scene scene(slider);
     QQuickItem *item = scene.item("slider");
@@ -65,7 +65,7 @@ TEST(Slider, ADragIsOneEditInSteps)
     EXPECT_FALSE(item->property("editing").toBool());
 }
 
-TEST(Slider, EachKeyEachHeldKeyAndEachStepOfAToolIsAnEditOfItsOwn)
+TEST(Slider, EachKeyAndEachToolStepIsOneEdit)
 {
     Scene scene(slider);
     QQuickItem *item = scene.item("slider");
@@ -125,7 +125,7 @@ TEST(Slider, EachKeyEachHeldKeyAndEachStepOfAToolIsAnEditOfItsOwn)
     EXPECT_FALSE(tool->state().focused) << "the focus does not come anew";
 }
 
-TEST(Strip, IsTakenHoldOfByItsKnobWhichStandsAtTheValue)
+TEST(Strip, ItsKnobIsAtTheValueAndDraggable)
 {
     Scene scene(R"(
 Item {
@@ -173,7 +173,7 @@ Item {
     SwitchControl { objectName: "switch"; y: 50; width: 300; text: "Launch"; checked: root.mode === 1; onToggled: value => root.log += value + " " }
 })";
 
-TEST(Choices, ArePressedByPointerKeysAndToolsAndChangedByTheirOwnerAlone)
+TEST(Choices, ReportPressesByPointerKeysAndTools)
 {
     Scene scene(choices);
     auto *a = scene.item("a");
@@ -205,7 +205,7 @@ TEST(Choices, ArePressedByPointerKeysAndToolsAndChangedByTheirOwnerAlone)
     EXPECT_TRUE(scene.window().geometry().contains(launch->rect()));
 }
 
-TEST(FocusRings, AreShownToThoseWhoUseKeys)
+TEST(FocusRings, AreShownForKeyboardFocusOnly)
 {
     Scene scene(choices);
     auto *a = scene.item("a");

@@ -41,7 +41,7 @@ TEST_F(ProViewTest, OnALowScreenThePageScrollsAndTheRestStaysWhole)
     }
 }
 
-TEST_F(ProViewTest, AfterATransitionOnePageIsThere)
+TEST_F(ProViewTest, OnlyOnePageRemainsAfterATransition)
 {
     // Without motion there is nothing to wait for.
     panel->selectTab(ContentModel::rgb);
@@ -59,7 +59,7 @@ TEST_F(ProViewTest, AfterATransitionOnePageIsThere)
         QTest::qWaitFor([&] { return find("Stage 1", radio) && shown("place") == std::vector<double>{0}; }));
 }
 
-TEST_F(ProViewTest, APageThatWasLeftIsFoundAtItsTopWithNothingOpen)
+TEST_F(ProViewTest, ALeftPageIsScrolledToItsTopAndCollapsed)
 {
     const auto top = [this] {
         (void)view->grabWindow();
@@ -141,7 +141,7 @@ TEST_F(ProViewTest, NoTextIsCutOrCoveredInAnyLanguageAndScale)
 }
 
 /// It has fewer effects, and the tiles of the others go while nothing is drawn.
-TEST_F(ViewTest, AnotherMouseMayComeWhileThePanelIsHidden)
+TEST_F(ViewTest, TheMouseMayChangeWhileThePanelIsHidden)
 {
     show({"basilisk-v3", "basilisk-v3-x-hyperspeed"});
     panel->selectTab(ContentModel::rgb);
@@ -160,7 +160,7 @@ TEST_F(ViewTest, AnotherMouseMayComeWhileThePanelIsHidden)
     EXPECT_FALSE(find("Breathe", radio));
 }
 
-TEST_F(ViewTest, ARowMayGoWithItsPickerOpen)
+TEST_F(ViewTest, ARowMayBeRemovedWithItsPickerOpen)
 {
     show({"basilisk-v3", "basilisk-v3-x-hyperspeed"});
     panel->selectTab(ContentModel::buttons);

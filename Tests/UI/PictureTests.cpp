@@ -113,7 +113,7 @@ TEST(SurfacePicture, CornersAreContinuousButNoLargerThanTheyMayBe)
     EXPECT_EQ(qAlpha(round.pixel(15, 1)), 255);
 }
 
-TEST(SurfacePicture, NoSizeIsTooStrangeToPaint)
+TEST(SurfacePicture, PaintsAnySize)
 {
     for (const QSizeF &size : {QSizeF(0.1, 0.1), QSizeF(1e6, 1), QSizeF(3, 4000)}) {
         SurfaceLook look = card();
@@ -127,7 +127,7 @@ TEST(SurfacePicture, NoSizeIsTooStrangeToPaint)
     }
 }
 
-TEST(Blur, IsAGaussianOfTheGivenWidthInPlanesAndPictures)
+TEST(Blur, IsAGaussianOfTheGivenWidth)
 {
     for (const double sigma : {0.6, 1.5, 2.6, 8.0, 30.0}) {
         Plane plane{401, 3, std::vector<float>(std::size_t{401} * 3)};

@@ -63,7 +63,7 @@ TEST_F(RGBTabTest, SendsTheColorOfTheStripOrTheSwatch)
     EXPECT_EQ(tab().currentColor().rgb(), QColor::fromHsvF(0.65F, 0.9F, 0.9F).rgb());
 }
 
-TEST_F(RGBTabTest, WritesAtTheEndOfADragAndSaysSo)
+TEST_F(RGBTabTest, WritesAtTheEndOfADragAndShowsAToast)
 {
     open({"basilisk-v3"});
     tab().dragHue(0.6543);
@@ -96,7 +96,7 @@ TEST_F(RGBTabTest, WritesAtTheEndOfADragAndSaysSo)
     EXPECT_EQ(lines.back(), "🔵 RGBTabView: setRGB returned: ❌");
 }
 
-TEST_F(RGBTabTest, ShowsOfAStoredBrightnessWhatThereIs)
+TEST_F(RGBTabTest, ClampsAStoredBrightness)
 {
     const std::pair<double, QString> rows[]{{1e308, QStringLiteral("100%")}, {-1e308, QStringLiteral("0%")}};
     open({"basilisk-v3"});
@@ -117,7 +117,7 @@ TEST_F(RGBTabTest, ShowsOfAStoredBrightnessWhatThereIs)
     }
 }
 
-TEST_F(RGBTabTest, OffersWhatTheModelHas)
+TEST_F(RGBTabTest, OffersTheModelsZonesAndEffects)
 {
     const std::tuple<std::vector<std::string>, std::vector<std::string>, int> rows[]{
         {{"basilisk-v3"}, {"Off", "Static", "Spectrum", "Wave"}, 3},
@@ -135,7 +135,7 @@ TEST_F(RGBTabTest, OffersWhatTheModelHas)
     EXPECT_THAT(messages, ElementsAre("No device connected"));
 }
 
-TEST_F(RGBTabTest, EachZoneHasItsOwnLight)
+TEST_F(RGBTabTest, EachZoneHasItsOwnSetting)
 {
     open({"basilisk-v3", "basilisk-v3-x-hyperspeed"});
     light(logo, {255, 0, 0}, RGBEffect::wave);

@@ -49,7 +49,7 @@ TEST_F(SettingsTabTest, LiftOffFollowsTheMouse)
     }
 }
 
-TEST_F(SettingsTabTest, TheSwitchShowsWhatTheSystemSays)
+TEST_F(SettingsTabTest, TheSwitchShowsTheSystemsStatus)
 {
     const std::tuple<LoginItemStatus, bool, bool, std::string, bool> rows[]{
         {notRegistered, true, false, "", false},     {enabled, true, true, "", false},
@@ -71,7 +71,7 @@ TEST_F(SettingsTabTest, TheSwitchShowsWhatTheSystemSays)
     EXPECT_THAT(loginService->takeCalls(), IsEmpty());
 }
 
-TEST_F(SettingsTabTest, AFlipRegistersOrSpringsBack)
+TEST_F(SettingsTabTest, ASwitchRegistersOrReverts)
 {
     using Texts = std::vector<std::string>;
     const std::string failed = "Launch at Login could not be changed: disk full";

@@ -55,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(UsedInThePanel, SpringTest,
                                          Motion{0.4, 0.8}, Motion{0.6, 0.6}, Motion{0.3, 0.96},
                                          Motion{0.3, 1.0}));
 
-TEST(Spring, TakesNonsenseForTheNearestThatMakesSense)
+TEST(Spring, ClampsInvalidParameters)
 {
     EXPECT_EQ(Spring::curve(-1, 7), Spring::curve(0.01, 1));
     EXPECT_EQ(Spring::duration(1e9, -3), Spring::duration(10, 0.4));

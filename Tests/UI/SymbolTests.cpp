@@ -71,7 +71,7 @@ TEST(Symbols, EveryNameInUseHasAnIcon)
     }
 }
 
-TEST(Symbols, EveryIconIsThereAndLikeNoOther)
+TEST(Symbols, EveryIconExistsAndIsUnique)
 {
     std::map<QByteArray, std::string_view> pictures;
     for (const SymbolIcon &symbol : symbolTable()) {

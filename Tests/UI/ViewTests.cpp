@@ -3,7 +3,7 @@
 
 namespace kelmoth {
 
-TEST_F(ProViewTest, ATapReachesTheMouseAndItsAnswerShows)
+TEST_F(ProViewTest, ATapWritesToTheMouseAndShowsItsAnswer)
 {
     const auto light = [this] { return mouse().state().lights.at(RGBZone::logo); };
     // What is tapped and on which page, what the mouse holds, and what it holds afterwards.
@@ -51,7 +51,7 @@ TEST_F(ProViewTest, ADragOfTheSliderIsShownWhileItLastsAndWrittenAtItsEnd)
     EXPECT_TRUE(state("800", radio).checked);
 }
 
-TEST_F(ProViewTest, AStripTakesItsWholeWidthAndNoMore)
+TEST_F(ProViewTest, AStripMapsItsWholeWidthAndClamps)
 {
     panel->selectTab(ContentModel::rgb);
     drag("Hue", slider, 0.5, 1.04);
@@ -126,7 +126,7 @@ TEST_F(ProViewTest, AButtonIsGivenAnActionAKeyAndAProfile)
     EXPECT_FALSE(find("Button remapped", QAccessible::AlertMessage));
 }
 
-TEST_F(ProViewTest, AKeyIsShownAsItIsWrittenInEveryLanguage)
+TEST_F(ProViewTest, AKeyIsLabelledInEveryLanguage)
 {
     panel->selectTab(ContentModel::buttons);
     finish(manager->setButtonMapping(MouseButton::forward, ButtonAction::keyPress("up"), 1, false));
@@ -139,7 +139,7 @@ TEST_F(ProViewTest, AKeyIsShownAsItIsWrittenInEveryLanguage)
     EXPECT_EQ(find("strzałka w lewo", button)->object()->property("shownLabel"), QStringLiteral("←"));
 }
 
-TEST_F(ViewTest, WhatSymbolsShowIsSaidToo)
+TEST_F(ViewTest, SymbolsHaveAccessibleDescriptions)
 {
     show({"basilisk-v3-pro-wired"});
     panel->selectTab(ContentModel::rgb);
@@ -154,7 +154,7 @@ TEST_F(ViewTest, WhatSymbolsShowIsSaidToo)
     }
 }
 
-TEST_F(ProViewTest, TheKeyboardDoesItAll)
+TEST_F(ProViewTest, TheKeyboardMovesTheFocusAndWrites)
 {
     using Steps = std::vector<std::pair<Qt::Key, std::string>>; // each key, and what has the focus then
     const auto walk = [this](const Steps &steps) {
@@ -182,7 +182,7 @@ TEST_F(ProViewTest, TheKeyboardDoesItAll)
     EXPECT_EQ(mouse().state().dpiStages.at(1), 6400);
 }
 
-TEST_F(ProViewTest, EscapeClosesWhatLiesOpenAndNothingElse)
+TEST_F(ProViewTest, EscapeClosesOnlyTheOpenSheetOrRow)
 {
     const auto escape = [this] {
         QKeyEvent event(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
