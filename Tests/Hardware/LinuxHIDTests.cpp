@@ -175,7 +175,8 @@ TEST_F(HotplugTest, FollowsAttachDetachAndReattach)
     closed->close();
     mouse->attach();
     watch();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 12; }, waitTimeout)) << "seen by the other only";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return attached.size() == 12; }, waitTimeout))
+        << "seen by the other only";
 }
 
 TEST_F(HotplugTest, MissesNoChangeBetweenListAndWatch)
