@@ -308,7 +308,7 @@ class DesktopsTest(unittest.TestCase):
 
     def test_quit(self):
         self.launch()
-        self.assertEqual(self.start("--quit").process.wait(PATIENCE), 0)
+        self.assertEqual(self.start("--quit").process.wait(TIMEOUT), 0)
         self.ended()
 
 
