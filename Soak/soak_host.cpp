@@ -398,6 +398,7 @@ void Soak::compareWithCommandLine()
 // NOLINTNEXTLINE(bugprone-exception-escape): what nobody expects ends the run, and fails it
 int main(int argc, char **argv)
 {
+    std::signal(SIGINT, SIG_DFL); // shells start background jobs with it ignored, and so would our programs
     const QCoreApplication application(argc, argv);
     const auto arguments = QCoreApplication::arguments();
     const auto testbed = std::make_shared<kelmoth::MockTestbed>();
