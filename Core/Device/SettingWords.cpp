@@ -62,9 +62,9 @@ constexpr std::array actionWords{
 template <std::size_t size> std::optional<std::array<std::uint8_t, size>> bytesFromHex(std::string_view text)
 {
     std::uint64_t number = 0;
-    const auto *end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, number, 16);
-    if (text.size() != 2 * size || result.ec != std::errc{} || result.ptr != end) {
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number, 16);
+    const bool isWhole = result.ec == std::errc{} && result.ptr == text.data() + text.size();
+    if (text.size() != 2 * size || !isWhole) {
         return std::nullopt;
     }
     std::array<std::uint8_t, size> bytes{};

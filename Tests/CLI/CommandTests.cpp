@@ -157,7 +157,7 @@ TEST_F(CommandTest, EachModelTakesItsOwnWords)
         const auto attemptEach = [&](const auto &tried, const auto &offered, const std::string &before,
                                      const std::string &after = "") {
             for (const auto value : tried) {
-                attempt(before + wordOf(value) + after, std::ranges::count(offered, value) > 0,
+                attempt(joined({before, wordOf(value), after}, ""), std::ranges::count(offered, value) > 0,
                         wordsOf(offered));
             }
         };
