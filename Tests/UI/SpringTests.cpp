@@ -33,9 +33,9 @@ TEST_P(SpringTest, AnimatesWithTheMotionOfAMassOnASpring)
     // The mass on the spring, followed in steps far finer than any frame.
     const double omega = 2 * M_PI / response;
     double time = 0, position = 0, velocity = 0;
-    const auto positionAt = [&, damping = damping](double seconds) {
+    const auto positionAt = [&, ratio = damping](double seconds) {
         for (constexpr double step = 1e-6; time < seconds; time += step) {
-            velocity += step * (omega * omega * (1 - position) - 2 * damping * omega * velocity);
+            velocity += step * (omega * omega * (1 - position) - 2 * ratio * omega * velocity);
             position += step * velocity;
         }
         return position;
