@@ -15,7 +15,7 @@
 namespace {
 
 /// Screens side by side, named by their scales in percent; the first has the plain one.
-nlohmann::json screens()
+std::string screens()
 {
     auto all = nlohmann::json::array();
     for (const int dpi : {96, 98, 100, 102, 106, 110, 120, 128, 144, 168, 192}) {
@@ -25,7 +25,7 @@ nlohmann::json screens()
         screen["logicalDpi"] = dpi;
         all.push_back(screen);
     }
-    return {{"screens", all}, {"synchronousWindowSystemEvents", false}};
+    return nlohmann::json{{"screens", all}, {"synchronousWindowSystemEvents", false}}.dump();
 }
 
 } // namespace
